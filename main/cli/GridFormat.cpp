@@ -1,0 +1,154 @@
+#include "cli/GridFormat.h"
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QStringList>
+#include <algorithm>
+#include <cmath>
+
+namespace tessary {
+
+QLocale AppLocale() {
+    QLocale system = QLocale::system();
+    if (system.language() == QLocale::C) return QLocale(QLocale::English, QLocale::Canada);
+    return system;
+}
+
+QString FormatMoney(double value, const QLocale& locale) {
+    return locale.toCurrencyString(value, QString(), 0);
+}
+
+QString FormatPlain(double value, const QLocale& locale) {
+    QLocale plain = locale;
+    plain.setNumberOptions(plain.numberOptions() | QLocale::OmitGroupSeparator);
+    return plain.toString(value, 'f', 0);
+}
+
+QString AccountsTotalLabel(double total, const QLocale& locale) {
+    QLocale grouped = locale;
+    grouped.setNumberOptions(grouped.numberOptions() & ~QLocale::OmitGroupSeparator);
+    return QStringLiteral("$") + grouped.toString(total, 'f', 0);
+}
+
+QString ClassTotalLabel(double total, const QLocale& locale) {
+    double rounded = RoundHalfEven(total);
+    if (!std::isfinite(rounded) || std::abs(rounded) > 9.0e15)
+        return locale.toString(rounded) + QStringLiteral("%");
+    return QString::number(static_cast<long long>(rounded)) + QStringLiteral("%");
+}
+
+QString DisplayText(const TGrid& grid, GridKind kind, int col, int row, const QLocale& locale) {
+    const TCell& cell = grid.Cell(col, row);
+    if (const auto* d = std::get_if<double>(&cell.value)) {
+        switch (kind) {
+        case GridKind::Accounts:
+            if (col > 0) return FormatMoney(*d, locale);
+            break;
+        case GridKind::Classes:
+            if (col > 0) return FormatPlain(*d, locale);
+            break;
+        case GridKind::Result:
+            if (col > 0 && row > 1) return (col % 2 == 1) ? FormatPlain(*d, locale) : FormatMoney(*d, locale);
+            return locale.toString(*d, 'f', 2);
+        }
+        return FormatPlain(*d, locale);
+    }
+    if (const auto* s = std::get_if<std::string>(&cell.value)) return QString::fromStdString(*s);
+    return {};
+}
+
+CellAlign DisplayAlign(GridKind kind, int col, int row) {
+    if (col == 0) return CellAlign::Left;
+    const int headerRows = kind == GridKind::Result ? 2 : 1;
+    return row < headerRows ? CellAlign::Centre : CellAlign::Right;
+}
+
+namespace {
+
+QString Aligned(const QString& text, int width, CellAlign align) {
+    const int pad = std::max(0, width - static_cast<int>(text.size()));
+    switch (align) {
+    case CellAlign::Left: return text + QString(pad, QLatin1Char(' '));
+    case CellAlign::Right: return QString(pad, QLatin1Char(' ')) + text;
+    case CellAlign::Centre: break;
+    }
+    return QString(pad / 2, QLatin1Char(' ')) + text + QString(pad - pad / 2, QLatin1Char(' '));
+}
+
+} // namespace
+
+QString FormatGridText(const TGrid& grid, GridKind kind, const QLocale& locale) {
+    const int cols = grid.ColCount(), rows = grid.RowCount();
+    const QString sep = QStringLiteral("  ");
+    std::vector<int> width(static_cast<std::size_t>(cols), 0);
+    auto anchorOf = [&](int c, int r) -> const TMerge* {
+        const TMerge* m = grid.MergeAt(c, r);
+        return (m && (m->cols > 1 || m->rows > 1)) ? m : nullptr;
+    };
+    for (int r = 0; r < rows; ++r)
+        for (int c = 0; c < cols; ++c)
+            if (const TMerge* m = anchorOf(c, r); !m || m->cols == 1)
+                width[c] = std::max(width[c], static_cast<int>(DisplayText(grid, kind, c, r, locale).size()));
+    // A text merged over several columns widens the last of them when it does not fit.
+    for (const TMerge& m : grid.Merges()) {
+        if (m.cols < 2 || m.col + m.cols > cols) continue;
+        int span = 0;
+        for (int c = m.col; c < m.col + m.cols; ++c) span += width[c];
+        span += static_cast<int>(sep.size()) * (m.cols - 1);
+        const int need = static_cast<int>(DisplayText(grid, kind, m.col, m.row, locale).size());
+        if (need > span) width[m.col + m.cols - 1] += need - span;
+    }
+
+    QStringList lines;
+    for (int r = 0; r < rows; ++r) {
+        QString line;
+        for (int c = 0; c < cols;) {
+            if (c > 0) line += sep;
+            const TMerge* m = anchorOf(c, r);
+            if (m && m->col == c && m->row == r && m->cols > 1) {
+                int span = 0;
+                for (int k = c; k < std::min(cols, c + m->cols); ++k) span += width[k];
+                span += static_cast<int>(sep.size()) * (std::min(cols, c + m->cols) - c - 1);
+                line += Aligned(DisplayText(grid, kind, c, r, locale), span, CellAlign::Centre);
+                c += m->cols;
+                continue;
+            }
+            QString text = (m && (m->col != c || m->row != r)) ? QString() : DisplayText(grid, kind, c, r, locale);
+            line += Aligned(text, width[c], DisplayAlign(kind, c, r));
+            ++c;
+        }
+        while (line.endsWith(QLatin1Char(' '))) line.chop(1);
+        lines << line;
+    }
+    return lines.join(QLatin1Char('\n')) + QLatin1Char('\n');
+}
+
+QJsonDocument GridToJson(const TGrid& grid) {
+    QJsonArray rows;
+    for (int r = 0; r < grid.RowCount(); ++r) {
+        QJsonArray row;
+        for (int c = 0; c < grid.ColCount(); ++c) {
+            const TCell& cell = grid.Cell(c, r);
+            if (const auto* d = std::get_if<double>(&cell.value)) {
+                if (std::isnan(*d))
+                    row.append(QStringLiteral("nan"));
+                else if (std::isinf(*d))
+                    row.append(*d > 0 ? QStringLiteral("inf") : QStringLiteral("-inf"));
+                else
+                    row.append(*d);
+            } else if (const auto* s = std::get_if<std::string>(&cell.value)) {
+                row.append(QString::fromStdString(*s));
+            } else {
+                row.append(QString());
+            }
+        }
+        rows.append(row);
+    }
+    QJsonObject doc;
+    doc.insert(QStringLiteral("columns"), grid.ColCount());
+    doc.insert(QStringLiteral("rows"), grid.RowCount());
+    doc.insert(QStringLiteral("cells"), rows);
+    return QJsonDocument(doc);
+}
+
+} // namespace tessary

@@ -1,0 +1,37 @@
+// How the grids show their cells: shared by the window and the command line.
+#pragma once
+
+#include <QJsonDocument>
+#include <QLocale>
+#include <QString>
+
+#include "core/Grid.h"
+
+namespace tessary {
+
+enum class GridKind { Accounts, Classes, Result };
+enum class CellAlign { Left, Centre, Right };
+
+// The user's locale; an unset (C/POSIX) locale falls back to English (Canada),
+// which knows the dollar sign and digit grouping.
+QLocale AppLocale();
+
+QString FormatMoney(double value, const QLocale& locale);   // "%.0m"
+QString FormatPlain(double value, const QLocale& locale);   // "%.0f"
+
+// "$" followed by the grand total as "#,##0".
+QString AccountsTotalLabel(double total, const QLocale& locale);
+// The class total rounded (halves to even), then "%".
+QString ClassTotalLabel(double total, const QLocale& locale);
+
+QString DisplayText(const TGrid& grid, GridKind kind, int col, int row, const QLocale& locale);
+CellAlign DisplayAlign(GridKind kind, int col, int row);
+
+// The grid as plain text, columns aligned as the window aligns them.
+QString FormatGridText(const TGrid& grid, GridKind kind, const QLocale& locale);
+
+// {"columns": N, "rows": M, "cells": [[...], ...]}: texts as strings, floats as
+// numbers, non-finite floats as "inf", "-inf" or "nan", empty cells as "".
+QJsonDocument GridToJson(const TGrid& grid);
+
+} // namespace tessary

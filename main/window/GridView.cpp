@@ -1,0 +1,192 @@
+#include "window/GridView.h"
+
+#include <QComboBox>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QPalette>
+
+namespace tessary {
+
+namespace {
+constexpr int kRowObjectRole = Qt::UserRole + 1;
+constexpr int kComboIndexRole = Qt::UserRole + 2;
+
+Qt::Alignment ToQt(CellAlign align) {
+    switch (align) {
+    case CellAlign::Left: return Qt::AlignLeft | Qt::AlignVCenter;
+    case CellAlign::Centre: return Qt::AlignCenter;
+    case CellAlign::Right: return Qt::AlignRight | Qt::AlignVCenter;
+    }
+    return Qt::AlignLeft | Qt::AlignVCenter;
+}
+} // namespace
+
+TGridModel::TGridModel(TGrid& grid, GridKind kind, QObject* parent)
+    : QAbstractTableModel(parent), grid_(grid), kind_(kind), locale_(AppLocale()) {}
+
+int TGridModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : grid_.RowCount(); }
+int TGridModel::columnCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : grid_.ColCount(); }
+
+QVariant TGridModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid()) return {};
+    const int c = index.column(), r = index.row();
+    const bool fixed = r < grid_.FixedRows() || c < grid_.FixedCols();
+    switch (role) {
+    case Qt::DisplayRole:
+        return DisplayText(grid_, kind_, c, r, locale_);
+    case Qt::EditRole: {
+        const TCell& cell = grid_.Cell(c, r);
+        if (const auto* d = std::get_if<double>(&cell.value)) return locale_.toString(*d, 'g', 15);
+        return QString::fromStdString(grid_.Text(c, r));
+    }
+    case Qt::TextAlignmentRole:
+        return QVariant::fromValue(ToQt(DisplayAlign(kind_, c, r)));
+    case Qt::BackgroundRole:
+        if (fixed) return QColor(0xEE, 0xF1, 0xF5);
+        return {};
+    case Qt::FontRole:
+        if (r < grid_.FixedRows()) {
+            QFont f;
+            f.setBold(true);
+            return f;
+        }
+        return {};
+    case kRowObjectRole:
+        return QVariant::fromValue<qlonglong>(grid_.Object(c, r));
+    case kComboIndexRole: {
+        QStringList items;
+        for (auto s : comboItems) items << QString::fromUtf8(s.data(), static_cast<int>(s.size()));
+        return items;
+    }
+    default:
+        return {};
+    }
+}
+
+bool TGridModel::setData(const QModelIndex& index, const QVariant& value, int role) {
+    if (!index.isValid()) return false;
+    const int c = index.column(), r = index.row();
+    if (role == kComboIndexRole) {
+        const int i = value.toInt();
+        if (i < 0 || i >= static_cast<int>(comboItems.size())) return false;
+        grid_.SetText(c, r, std::string(comboItems[static_cast<std::size_t>(i)]));
+        if (onComboChange) onComboChange(r, i);
+    } else if (role == Qt::EditRole) {
+        const QString text = value.toString().trimmed();
+        bool ok = false;
+        double number = locale_.toDouble(text, &ok);
+        if (!ok) {
+            ok = ParseNumber(text.toStdString(), number);
+        }
+        if (c > 0 && ok)
+            grid_.SetFloat(c, r, number);
+        else
+            grid_.SetText(c, r, text.toStdString());
+    } else {
+        return false;
+    }
+    if (onEditDone) onEditDone(c, r);
+    // Totals may have changed anywhere in the grid.
+    emit dataChanged(this->index(0, 0), this->index(rowCount() - 1, columnCount() - 1));
+    return true;
+}
+
+Qt::ItemFlags TGridModel::flags(const QModelIndex& index) const {
+    Qt::ItemFlags f = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
+    if (!readOnly && index.row() >= 1 && index.column() < 4) f |= Qt::ItemIsEditable;
+    return f;
+}
+
+void TGridModel::Refresh() {
+    beginResetModel();
+    endResetModel();
+}
+
+QWidget* TComboDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& option,
+                                      const QModelIndex& index) const {
+    const QStringList items = index.data(kComboIndexRole).toStringList();
+    if (index.column() != 0 || items.isEmpty()) return QStyledItemDelegate::createEditor(parent, option, index);
+    auto* combo = new QComboBox(parent);
+    combo->setEditable(false);
+    combo->clear();
+    combo->addItems(items);
+    // A choice is stored at once, as the original sets the row object on change.
+    connect(combo, &QComboBox::activated, this, [this, combo] {
+        emit const_cast<TComboDelegate*>(this)->commitData(combo);
+    });
+    return combo;
+}
+
+void TComboDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const {
+    if (auto* combo = qobject_cast<QComboBox*>(editor)) {
+        combo->setCurrentIndex(combo->findText(index.data(Qt::EditRole).toString()));
+        return;
+    }
+    QStyledItemDelegate::setEditorData(editor, index);
+}
+
+void TComboDelegate::setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const {
+    if (auto* combo = qobject_cast<QComboBox*>(editor)) {
+        if (combo->currentIndex() >= 0) model->setData(index, combo->currentIndex(), kComboIndexRole);
+        return;
+    }
+    QStyledItemDelegate::setModelData(editor, model, index);
+}
+
+TGridView::TGridView(TGrid& grid, GridKind kind, QWidget* parent)
+    : QTableView(parent), model_(new TGridModel(grid, kind, this)) {
+    setModel(model_);
+    setItemDelegate(new TComboDelegate(this));
+    horizontalHeader()->hide();
+    verticalHeader()->hide();
+    verticalHeader()->setMinimumSectionSize(8);
+    setSelectionMode(QAbstractItemView::SingleSelection);
+    setSelectionBehavior(QAbstractItemView::SelectItems);
+    setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed |
+                    QAbstractItemView::AnyKeyPressed | QAbstractItemView::SelectedClicked);
+    setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setWordWrap(false);
+    setCornerButtonEnabled(false);
+    Refresh();
+}
+
+void TGridView::Refresh() {
+    model_->Refresh();
+    clearSpans();
+    const TGrid& g = model_->Grid();
+    for (const TMerge& m : g.Merges()) setSpan(m.row, m.col, m.rows, m.cols);
+    ApplyWidths();
+}
+
+void TGridView::ApplyWidths() {
+    const TGrid& g = model_->Grid();
+    int others = 0;
+    for (int c = 0; c < g.ColCount(); ++c) {
+        setColumnWidth(c, g.ColWidth(c));
+        if (c > 0) others += g.ColWidth(c);
+    }
+    if (stretchFirstColumn && g.ColCount() > 0) {
+        const int room = viewport()->width() - others;
+        setColumnWidth(0, std::max(g.ColWidth(0), room));
+    }
+}
+
+void TGridView::resizeEvent(QResizeEvent* event) {
+    QTableView::resizeEvent(event);
+    ApplyWidths();
+}
+
+void TGridView::keyPressEvent(QKeyEvent* event) {
+    // Enter moves down, as in a spreadsheet.
+    if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && state() != EditingState &&
+        event->modifiers() == Qt::NoModifier) {
+        const QModelIndex cur = currentIndex();
+        if (cur.isValid() && cur.row() + 1 < model_->rowCount()) {
+            setCurrentIndex(model_->index(cur.row() + 1, cur.column()));
+            return;
+        }
+    }
+    QTableView::keyPressEvent(event);
+}
+
+} // namespace tessary

@@ -1,0 +1,85 @@
+// A grid on screen: a table view over a TGrid, the state the calculation and
+// the command line share.
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QStyledItemDelegate>
+#include <QTableView>
+#include <functional>
+#include <string_view>
+#include <vector>
+
+#include "cli/GridFormat.h"
+#include "core/Grid.h"
+
+namespace tessary {
+
+class TGridModel : public QAbstractTableModel {
+    Q_OBJECT
+public:
+    TGridModel(TGrid& grid, GridKind kind, QObject* parent = nullptr);
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+    TGrid& Grid() { return grid_; }
+    const TGrid& Grid() const { return grid_; }
+    GridKind Kind() const { return kind_; }
+
+    // The grid was changed behind the model's back (calculation, buttons).
+    void Refresh();
+
+    // Called after a cell edit has been stored (the "edit cell done" event).
+    std::function<void(int col, int row)> onEditDone;
+    // Called when a combo choice set a row object (index is 0-based).
+    std::function<void(int row, int index)> onComboChange;
+
+    // Labels offered by the combo editor of column 0; empty: no combo.
+    std::vector<std::string_view> comboItems;
+
+    // Both input grids: a cell is editable when its row >= 1 and its column < 4.
+    bool readOnly = false;
+
+private:
+    TGrid& grid_;
+    GridKind kind_;
+    QLocale locale_;
+};
+
+// Column 0 edits with a drop-down list (no free text).
+class TComboDelegate : public QStyledItemDelegate {
+    Q_OBJECT
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    void setEditorData(QWidget* editor, const QModelIndex& index) const override;
+    void setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override;
+};
+
+class TGridView : public QTableView {
+    Q_OBJECT
+public:
+    TGridView(TGrid& grid, GridKind kind, QWidget* parent = nullptr);
+
+    TGridModel* GridModel() const { return model_; }
+    TGrid& Grid() { return model_->Grid(); }
+
+    // Re-reads cells, merges and column widths from the grid.
+    void Refresh();
+
+    // Column 0 takes the width the other columns leave.
+    bool stretchFirstColumn = false;
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    void ApplyWidths();
+    TGridModel* model_;
+};
+
+} // namespace tessary

@@ -1,0 +1,423 @@
+#include "window/Unit1.h"
+
+#include <QApplication>
+#include <QCoreApplication>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QMessageBox>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QUrl>
+#include <QWindow>
+#include <cmath>
+
+#include "cli/GridFormat.h"
+#include "core/Allocation.h"
+#include "core/CsvInput.h"
+#include "core/Totals.h"
+#include "core/Vocabulary.h"
+#include "window/PlaceholderImport.h"
+
+namespace tessary {
+
+namespace {
+
+int RoundInt(double v) { return static_cast<int>(std::lround(v)); }
+
+// Opens the help file of a "file>window" text, as the shared help launcher does.
+bool LaunchHelp(const QString& helpText) {
+    const QString file = helpText.section(QLatin1Char('>'), 0, 0);
+    if (!QFileInfo::exists(file)) return false;
+    return QDesktopServices::openUrl(QUrl::fromLocalFile(file));
+}
+
+} // namespace
+
+double FitZoom(double wanted, int availableHeight, double pixelsPerInch, int windowHeight) {
+    const double available = availableHeight - 50.0 * pixelsPerInch / 96.0;
+    if (windowHeight > 0 && available < windowHeight * wanted) return available / windowHeight;
+    return wanted;
+}
+
+TForm1::TForm1(QWidget* parent)
+    : QWidget(parent, Qt::Window | Qt::FramelessWindowHint),
+      accounts_(MakeAccountsGrid()),
+      classes_(MakeClassesGrid()),
+      result_(MakeResultGrid()) {
+    setObjectName(QStringLiteral("form"));
+    setWindowTitle(QStringLiteral("Tessary"));
+    setWindowIcon(QIcon(AppIcon(64)));
+    setAttribute(Qt::WA_StyledBackground);
+
+    grdAccounts = new TGridView(accounts_, GridKind::Accounts, this);
+    grdAccounts->setObjectName(QStringLiteral("grdAccounts"));
+    grdAccounts->setAccessibleName(tr("Accounts"));
+    btnAddAcc = MakeButton("btnAddAcc", tr("Add"), true);
+    btnDelAcc = MakeButton("btnDelAcc", tr("Delete"), true);
+    grdClasses = new TGridView(classes_, GridKind::Classes, this);
+    grdClasses->setObjectName(QStringLiteral("grdClasses"));
+    grdClasses->setAccessibleName(tr("Asset class targets"));
+    grdResult = new TGridView(result_, GridKind::Result, this);
+    grdResult->setObjectName(QStringLiteral("grdResult"));
+    grdResult->setAccessibleName(tr("Portfolio allocation"));
+    Label1 = new QLabel(tr("Portfolio Allocation"), this);
+    Label1->setObjectName(QStringLiteral("Label1"));
+    btnImp = MakeButton("btnImp", tr("Add from File"), false);
+    AdvRepeatButton1 = MakeButton("AdvRepeatButton1", tr("Delete"), true);
+    AdvRepeatButton2 = MakeButton("AdvRepeatButton2", tr("Add"), true);
+    btnCalculate = MakeButton("btnCalculate", tr("Calculate"), false);
+    Label2 = new QLabel(QStringLiteral("0%"), this);
+    Label2->setObjectName(QStringLiteral("Label2"));
+    Label2->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    Label3 = new QLabel(QStringLiteral("$0"), this);
+    Label3->setObjectName(QStringLiteral("Label3"));
+    Label3->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+
+    pnCaption = new TCaptionBar(this);
+    pnCaption->setObjectName(QStringLiteral("pnCaption"));
+    lblCaptionBar = new QLabel(QStringLiteral("Tessary"), this);
+    lblCaptionBar->setObjectName(QStringLiteral("lblCaptionBar"));
+    imApplIcon = new QLabel(this);
+    imApplIcon->setObjectName(QStringLiteral("imApplIcon"));
+    imApplIcon->setScaledContents(true);
+    pnWndButtons = new QWidget(this);
+    pnWndButtons->setObjectName(QStringLiteral("pnWndButtons"));
+    hbtMinimize = MakeWindowButton(pnWndButtons, Glyph::Minimize, tr("Minimize"));
+    hbtMinimize->setObjectName(QStringLiteral("hbtMinimize"));
+    hbtQuit = MakeWindowButton(pnWndButtons, Glyph::Close, tr("Quit"));
+    hbtQuit->setObjectName(QStringLiteral("hbtQuit"));
+    rbCorner = new TCornerGrip(this);
+    rbCorner->setObjectName(QStringLiteral("rbCorner"));
+    rbCorner->setAccessibleName(tr("Resize"));
+    AdvRepeatButton3 = MakeButton("AdvRepeatButton3", tr("Help"), false);
+    btnClear = MakeButton("btnClear", tr("Clear"), true);
+
+    grdAccounts->stretchFirstColumn = true;
+    grdClasses->stretchFirstColumn = true;
+    grdResult->GridModel()->readOnly = true;
+    grdResult->setFocusPolicy(Qt::StrongFocus);
+
+    auto* accModel = grdAccounts->GridModel();
+    accModel->comboItems.assign(kAccountKindLabels.begin(), kAccountKindLabels.end());
+    accModel->onComboChange = [this](int row, int index) { grdAccountsComboChange(grdAccounts, row, index); };
+    accModel->onEditDone = [this](int, int) { grdAccountsEditCellDone(); };
+    auto* clsModel = grdClasses->GridModel();
+    clsModel->comboItems.assign(kAssetClassLabels.begin(), kAssetClassLabels.end());
+    clsModel->onComboChange = [this](int row, int index) { grdAccountsComboChange(grdClasses, row, index); };
+    clsModel->onEditDone = [this](int, int) { grdClassesEditCellDone(); };
+
+    connect(btnAddAcc, &QPushButton::clicked, this, &TForm1::btnAddAccClick);
+    connect(btnDelAcc, &QPushButton::clicked, this, &TForm1::btnDelAccClick);
+    connect(AdvRepeatButton2, &QPushButton::clicked, this, &TForm1::AdvRepeatButton2Click);
+    connect(AdvRepeatButton1, &QPushButton::clicked, this, &TForm1::AdvRepeatButton1Click);
+    connect(btnClear, &QPushButton::clicked, this, &TForm1::btnClearClick);
+    connect(btnImp, &QPushButton::clicked, this, &TForm1::btnImpClick);
+    connect(btnCalculate, &QPushButton::clicked, this, &TForm1::btnCalculateClick);
+    connect(hbtQuit, &QPushButton::clicked, this, &TForm1::hbtQuitClick);
+    connect(hbtMinimize, &QPushButton::clicked, this, &TForm1::hbtMinimizeClick);
+    connect(AdvRepeatButton3, &QPushButton::clicked, this, &TForm1::AdvRepeatButton3Click);
+
+    setTabOrder(grdAccounts, btnAddAcc);
+    setTabOrder(btnAddAcc, btnDelAcc);
+    setTabOrder(btnDelAcc, btnClear);
+    setTabOrder(btnClear, btnImp);
+    setTabOrder(btnImp, grdClasses);
+    setTabOrder(grdClasses, AdvRepeatButton2);
+    setTabOrder(AdvRepeatButton2, AdvRepeatButton1);
+    setTabOrder(AdvRepeatButton1, btnCalculate);
+    setTabOrder(btnCalculate, grdResult);
+    setTabOrder(grdResult, AdvRepeatButton3);
+
+    qApp->installEventFilter(this);
+    FormCreate();
+}
+
+QPushButton* TForm1::MakeButton(const char* name, const QString& text, bool compact) {
+    auto* b = new QPushButton(text, this);
+    b->setObjectName(QString::fromLatin1(name));
+    b->setAccessibleName(text);
+    b->setProperty("compact", compact);
+    return b;
+}
+
+void TForm1::FormCreate() {
+    QScreen* scr = screen() ? screen() : QGuiApplication::primaryScreen();
+    pixelsPerInch_ = scr ? scr->logicalDotsPerInch() : 96.0;
+    screenScale_ = pixelsPerInch_ / 96.0;
+    baseFontSize_ = 8;
+
+    // The Linux build ships its help as a page beside the program.
+    helpFile_ = QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("Help/index.html"));
+
+    cnf_.Zoom = kDefaultZoom;
+    const int available = scr ? scr->availableGeometry().height() : 0;
+    if (available > 0) cnf_.Zoom = FitZoom(cnf_.Zoom, available, pixelsPerInch_, kDesignHeight);
+
+    cnf_.StyleSelector = 0;
+    QFont f = font();
+    f.setPointSizeF(baseFontSize_ * cnf_.Zoom);
+    setFont(f);
+    QFont compact = f;
+    compact.setPointSizeF(baseFontSize_ * cnf_.Zoom * 0.85);
+    for (QPushButton* b : findChildren<QPushButton*>())
+        if (b->property("compact").toBool()) b->setFont(compact);
+    setStyleSheet(WindowStyleSheet(cnf_.Zoom));
+    grdResult->setShowGrid(true);
+
+    const QSize size(RoundInt(kDesignWidth * cnf_.Zoom), RoundInt(kDesignHeight * cnf_.Zoom));
+    setMinimumSize(RoundInt(kDesignWidth * cnf_.Zoom * 0.8), RoundInt(kDesignHeight * cnf_.Zoom * 0.8));
+    resize(size);
+    if (scr) move(scr->availableGeometry().center() - rect().center());
+
+    // Column widths are kept in the grids at screen size.
+    for (TGrid* g : {&accounts_, &classes_, &result_})
+        for (int c = 0; c < g->ColCount(); ++c) g->SetColWidth(c, RoundInt(g->ColWidth(c) * cnf_.Zoom));
+
+    FormResize();
+    imApplIcon->setPixmap(AppIcon(RoundInt(24 * cnf_.Zoom * 2)));
+    const int glyph = RoundInt(16 * cnf_.Zoom);
+    hbtMinimize->setIconSize(QSize(glyph, glyph));
+    hbtQuit->setIconSize(QSize(glyph, glyph));
+
+    btnImp->setFixedWidth(RoundInt(75 * cnf_.Zoom * screenScale_));
+    btnCalculate->setFixedWidth(RoundInt(85 * cnf_.Zoom));
+    LayoutControls();
+
+    accounts_.SetRowCount(3);
+    accounts_.SetRowCount(2);
+    classes_.SetRowCount(3);
+    classes_.SetRowCount(2);
+    RefreshGrids();
+}
+
+void TForm1::LayoutControls() {
+    const double z = cnf_.Zoom;
+    // Extra room beyond the design size, in design units: the accounts side
+    // takes 60 % of the width, the result grid all of the height.
+    const double dx = std::max(0.0, width() / z - kDesignWidth);
+    const double dy = std::max(0.0, height() / z - kDesignHeight);
+    const double dxL = dx * 0.6;
+    auto place = [z](QWidget* w, double x, double y, double wd, double ht) {
+        w->setGeometry(RoundInt(x * z), RoundInt(y * z), RoundInt(wd * z), RoundInt(ht * z));
+    };
+    place(pnCaption, 0, 0, width() / z, 26);
+    place(imApplIcon, 7, 3, 20, 20);
+    place(lblCaptionBar, 33, 3, 200, 20);
+    place(pnWndButtons, 452 + dx, 1, 81, 24);
+    place(hbtMinimize, 17, 2, 30, 20);
+    place(hbtQuit, 48, 2, 30, 20);
+
+    place(grdAccounts, 8, 36, 321 + dxL, 169);
+    place(btnAddAcc, 9, 208, 30, 20);
+    place(btnDelAcc, 44, 208, 30, 20);
+    place(btnClear, 79, 208, 30, 20);
+    btnImp->setGeometry(RoundInt(115 * z), RoundInt(208 * z), btnImp->width(), RoundInt(22 * z));
+    place(Label3, 200, 206, 129 + dxL, 22);
+
+    place(grdClasses, 335 + dxL, 36, 190 + (dx - dxL), 169);
+    place(AdvRepeatButton2, 335 + dxL, 208, 30, 20);
+    place(AdvRepeatButton1, 369 + dxL, 208, 30, 20);
+    place(Label2, 405 + dxL, 206, 120 + (dx - dxL), 22);
+    // Ends flush with the classes grid.
+    btnCalculate->setGeometry(grdClasses->x() + grdClasses->width() - btnCalculate->width(), RoundInt(230 * z),
+                              btnCalculate->width(), RoundInt(22 * z));
+    place(Label1, 8, 232, 200, 18);
+
+    place(grdResult, 8, 252, 517 + dx, 177 + dy);
+    place(AdvRepeatButton3, 9, 435 + dy, 55, 20);
+    place(rbCorner, 512 + dx, 437 + dy, 21, 23);
+
+    pnCaption->lower();
+    for (QWidget* w : {static_cast<QWidget*>(imApplIcon), static_cast<QWidget*>(lblCaptionBar), pnWndButtons})
+        w->raise();
+}
+
+void TForm1::FormResize() {
+    LayoutControls();
+    pnCaption->update();
+    captionRegion_ = pnCaption->geometry();
+    buttonsRegion_ = pnWndButtons->geometry();
+    cornerRegion_ = rbCorner->geometry();
+}
+
+void TForm1::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    FormResize();
+}
+
+void TForm1::paintEvent(QPaintEvent* event) {
+    QWidget::paintEvent(event);
+    PaintBorderFrame(this, 2);
+}
+
+HitArea TForm1::HitTest(const QPoint& windowPoint, bool applicationActive) const {
+    return NonClientHitTest(windowPoint, applicationActive, captionRegion_, buttonsRegion_, cornerRegion_);
+}
+
+void TForm1::StartFrameAction(HitArea area, const QPoint& globalPos) {
+    QWindow* handle = windowHandle();
+    bool system = false;
+    if (handle) {
+        system = area == HitArea::Caption ? handle->startSystemMove()
+                                          : handle->startSystemResize(Qt::BottomEdge | Qt::RightEdge);
+    }
+    if (!system) {
+        dragArea_ = area;
+        dragStartGlobal_ = globalPos;
+        dragStartGeometry_ = geometry();
+    }
+}
+
+void TForm1::mousePressEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) {
+        const HitArea area = HitTest(event->position().toPoint(), true);
+        if (area != HitArea::Client) {
+            StartFrameAction(area, event->globalPosition().toPoint());
+            event->accept();
+            return;
+        }
+    }
+    QWidget::mousePressEvent(event);
+}
+
+void TForm1::mouseMoveEvent(QMouseEvent* event) {
+    if (dragArea_ != HitArea::Client && (event->buttons() & Qt::LeftButton)) {
+        const QPoint delta = event->globalPosition().toPoint() - dragStartGlobal_;
+        if (dragArea_ == HitArea::Caption)
+            move(dragStartGeometry_.topLeft() + delta);
+        else
+            resize(std::max(minimumWidth(), dragStartGeometry_.width() + delta.x()),
+                   std::max(minimumHeight(), dragStartGeometry_.height() + delta.y()));
+        return;
+    }
+    QWidget::mouseMoveEvent(event);
+}
+
+void TForm1::mouseReleaseEvent(QMouseEvent* event) {
+    dragArea_ = HitArea::Client;
+    QWidget::mouseReleaseEvent(event);
+}
+
+void TForm1::mouseDoubleClickEvent(QMouseEvent* event) {
+    // A double click on a caption toggles maximised, as on a framed window.
+    if (HitTest(event->position().toPoint(), true) == HitArea::Caption) {
+        hbtBgndClick();
+        return;
+    }
+    QWidget::mouseDoubleClickEvent(event);
+}
+
+bool TForm1::eventFilter(QObject* watched, QEvent* event) {
+    // While the application is inactive, a click anywhere outside the window
+    // buttons grabs the window, as a click on a frame would.
+    if (event->type() == QEvent::MouseButtonPress &&
+        QGuiApplication::applicationState() != Qt::ApplicationActive) {
+        auto* w = qobject_cast<QWidget*>(watched);
+        auto* me = static_cast<QMouseEvent*>(event);
+        if (w && w->window() == this && me->button() == Qt::LeftButton) {
+            const QPoint local = mapFromGlobal(me->globalPosition().toPoint());
+            if (HitTest(local, false) == HitArea::Caption) {
+                activateWindow();
+                StartFrameAction(HitArea::Caption, me->globalPosition().toPoint());
+                return true;
+            }
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void TForm1::LoadInputs(const QByteArray& accountsCsv, const QByteArray& classesCsv) {
+    if (!accountsCsv.isEmpty())
+        LoadAccountsCsv(std::string_view(accountsCsv.constData(), static_cast<std::size_t>(accountsCsv.size())),
+                        accounts_);
+    if (!classesCsv.isEmpty())
+        LoadClassesCsv(std::string_view(classesCsv.constData(), static_cast<std::size_t>(classesCsv.size())),
+                       classes_);
+    grdAccountsEditCellDone();
+    grdClassesEditCellDone();
+    RefreshGrids();
+}
+
+void TForm1::RefreshGrids() {
+    grdAccounts->Refresh();
+    grdClasses->Refresh();
+    grdResult->Refresh();
+}
+
+void TForm1::btnAddAccClick() {
+    accounts_.AddRow();
+    grdAccounts->Refresh();
+}
+
+void TForm1::AdvRepeatButton2Click() {
+    classes_.AddRow();
+    grdClasses->Refresh();
+}
+
+void TForm1::btnDelAccClick() {
+    const int row = grdAccounts->currentIndex().row();
+    if (row >= 1) {
+        accounts_.DeleteRow(row);
+        grdAccounts->Refresh();
+    }
+}
+
+void TForm1::AdvRepeatButton1Click() {
+    const int row = grdClasses->currentIndex().row();
+    if (row >= 1) {
+        classes_.DeleteRow(row);
+        grdClasses->Refresh();
+    }
+}
+
+void TForm1::btnClearClick() {
+    ClearBodyRows(accounts_);
+    grdAccounts->Refresh();
+}
+
+void TForm1::btnImpClick() {
+    TdlgImportPlaceholder dlg(this);
+    dlg.exec();
+    RemoveUnlabelledRows(accounts_);
+    grdAccountsEditCellDone();
+    grdAccounts->Refresh();
+}
+
+void TForm1::btnCalculateClick() {
+    CalculateAllocation(accounts_, classes_, result_, btnAddAcc->width());
+    RefreshGrids();
+}
+
+void TForm1::hbtQuitClick() { close(); }
+
+void TForm1::hbtMinimizeClick() { showMinimized(); }
+
+void TForm1::hbtBgndClick() {
+    if (isMaximized())
+        showNormal();
+    else
+        showMaximized();
+}
+
+void TForm1::AdvRepeatButton3Click() {
+    if (!LaunchHelp(helpFile_ + QStringLiteral(">Second")))
+        QMessageBox::information(this, tr("Help"), tr("The help page could not be opened: %1").arg(helpFile_));
+}
+
+void TForm1::grdAccountsEditCellDone() {
+    const double total = RecomputeAccountTotals(accounts_);
+    Label3->setText(AccountsTotalLabel(total, AppLocale()));
+}
+
+void TForm1::grdClassesEditCellDone() {
+    Label2->setText(ClassTotalLabel(ClassTotal(classes_), AppLocale()));
+}
+
+void TForm1::grdAccountsComboChange(TGridView* grid, int row, int itemIndex) {
+    grid->Grid().SetObject(0, row, itemIndex + 1);
+}
+
+} // namespace tessary

@@ -1,0 +1,51 @@
+// tessary: the allocator's window.
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QFile>
+#include <QTimer>
+#include <cstdio>
+
+#include "cli/Commands.h"
+#include "window/Unit1.h"
+
+int main(int argc, char** argv) {
+    QApplication app(argc, argv);
+    QApplication::setOrganizationName(QStringLiteral("Torvane Labs Inc."));
+    QApplication::setApplicationName(QStringLiteral("Tessary"));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("Splits a client's invested money over asset classes."));
+    parser.addHelpOption();
+    parser.addOption({QStringLiteral("accounts"), QStringLiteral("Fill the accounts grid from a CSV file."),
+                      QStringLiteral("file")});
+    parser.addOption({QStringLiteral("classes"), QStringLiteral("Fill the targets grid from a CSV file."),
+                      QStringLiteral("file")});
+    parser.addOption({QStringLiteral("calculate"), QStringLiteral("Calculate once the grids are filled.")});
+    parser.addOption({QStringLiteral("screenshot"),
+                      QStringLiteral("Render the window to a PNG file and quit."), QStringLiteral("file")});
+    parser.process(app);
+
+    tessary::TForm1 form;
+    try {
+        const QString accounts = parser.value(QStringLiteral("accounts"));
+        const QString classes = parser.value(QStringLiteral("classes"));
+        if (!accounts.isEmpty() || !classes.isEmpty())
+            form.LoadInputs(accounts.isEmpty() ? QByteArray() : tessary::ReadWholeFile(accounts),
+                            classes.isEmpty() ? QByteArray() : tessary::ReadWholeFile(classes));
+    } catch (const std::exception& e) {
+        std::fprintf(stderr, "tessary: %s\n", e.what());
+        return 1;
+    }
+    if (parser.isSet(QStringLiteral("calculate"))) form.btnCalculateClick();
+    form.show();
+
+    const QString shot = parser.value(QStringLiteral("screenshot"));
+    if (!shot.isEmpty()) {
+        QTimer::singleShot(300, &form, [&form, shot] {
+            const bool ok = form.grab().save(shot, "PNG");
+            if (!ok) std::fprintf(stderr, "tessary: cannot write %s\n", qPrintable(shot));
+            QApplication::exit(ok ? 0 : 1);
+        });
+    }
+    return app.exec();
+}
