@@ -125,7 +125,9 @@ TEST(decl_ModelFormat, RejectsFloatsOutsideTheFormat)
         double V = -7.5;
         EXPECT_FALSE(TryModelTextToFloat(T, V));
         EXPECT_EQ(V, -7.5) << "left unchanged on failure";
+        EXPECT_EQ(ModelTextToFloatDef(T, 3), 3);
     }
+    EXPECT_EQ(ModelTextToFloatDef("2.5", 3), 2.5);
     // A text that is only part of a longer buffer must not be read past its end.
     std::string Buf = "12345";
     double V = 0;
@@ -173,14 +175,6 @@ TEST(decl_ModelFormat, ReadsAndRejectsIntegers)
         ASSERT_TRUE(TryModelTextToInt(IntToModelText(V), Back));
         EXPECT_EQ(Back, V);
     }
-}
-
-TEST(decl_ModelFormat, DefaultHelpers)
-{
-    EXPECT_EQ(ModelTextToFloatDef("2.5", -1), 2.5);
-    EXPECT_EQ(ModelTextToFloatDef("abc", -1), -1);
-    EXPECT_EQ(ModelTextToFloatDef("", 3), 3);
-    EXPECT_TRUE(std::isnan(ModelTextToFloatDef("x", kNaN)));
 }
 
 TEST(decl_ModelFormat, LongJunkIsRejectedQuickly)
