@@ -86,6 +86,7 @@ QString WindowStyleSheet(double zoom) {
                "QWidget#form { background: white; }"
                "QPushButton { background: #F4F6F9; border: 1px solid #B8C2CE; border-radius: %1px;"
                "  padding: 0px 4px; color: #1F3552; }"
+               "QPushButton[compact=\"true\"] { padding: 0px; }"
                "QPushButton:hover { background: #E3EAF3; border-color: #6D87A8; }"
                "QPushButton:pressed { background: #CCD8E6; }"
                "QPushButton:focus { border-color: #2F4B6E; }"

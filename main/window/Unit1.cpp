@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QHeaderView>
 #include <QMessageBox>
 #include <QMouseEvent>
 #include <QPainter>
@@ -161,9 +162,16 @@ void TForm1::FormCreate() {
     f.setPointSizeF(baseFontSize_ * cnf_.Zoom);
     setFont(f);
     QFont compact = f;
-    compact.setPointSizeF(baseFontSize_ * cnf_.Zoom * 0.85);
+    compact.setPointSizeF(baseFontSize_ * cnf_.Zoom * 0.8);
     for (QPushButton* b : findChildren<QPushButton*>())
         if (b->property("compact").toBool()) b->setFont(compact);
+    // Grid texts are longer than the design's narrow font made them.
+    QFont gridFont = f;
+    gridFont.setPointSizeF(baseFontSize_ * cnf_.Zoom * 0.9);
+    for (TGridView* g : {grdAccounts, grdClasses, grdResult}) {
+        g->setFont(gridFont);
+        g->verticalHeader()->setDefaultSectionSize(RoundInt(18 * cnf_.Zoom));
+    }
     setStyleSheet(WindowStyleSheet(cnf_.Zoom));
     grdResult->setShowGrid(true);
 

@@ -1,0 +1,132 @@
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <cmath>
+
+#include "cli/Commands.h"
+#include "cli/GridFormat.h"
+#include "core/Allocation.h"
+
+using namespace tessary;
+
+namespace {
+
+class Cli : public ::testing::Test {
+protected:
+    QString Write(const QString& name, const QByteArray& text) {
+        const QString path = dir.filePath(name);
+        QFile f(path);
+        EXPECT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(text);
+        return path;
+    }
+    QJsonObject AllocateJson(const QByteArray& accounts, const QByteArray& classes) {
+        const CliOutput out = RunCli({QStringLiteral("allocate"), QStringLiteral("--accounts"), Write("a.csv", accounts),
+                                      QStringLiteral("--classes"), Write("c.csv", classes), QStringLiteral("--json")});
+        EXPECT_EQ(out.exitCode, 0) << out.err.toStdString();
+        QJsonParseError error{};
+        const QJsonDocument doc = QJsonDocument::fromJson(out.out.toUtf8(), &error);
+        EXPECT_EQ(error.error, QJsonParseError::NoError) << out.out.toStdString();
+        return doc.object();
+    }
+    QTemporaryDir dir;
+};
+
+TEST_F(Cli, JsonIsTheWholeResultGrid) {
+    const QJsonObject o = AllocateJson("h\nNon-Reg.,600\nRRSPs/RRIFs,400\n", "h\nEquities Canada,40\nShort-Term Fixed,60\n");
+    EXPECT_EQ(o.value("columns").toInt(), 5);
+    EXPECT_EQ(o.value("rows").toInt(), 4);
+    const QJsonArray cells = o.value("cells").toArray();
+    ASSERT_EQ(cells.size(), 4);
+    for (const auto& row : cells) EXPECT_EQ(row.toArray().size(), 5);
+    EXPECT_EQ(cells[0].toArray()[0].toString(), "Asset Class");
+    EXPECT_EQ(cells[0].toArray()[2].toString(), "");   // never null
+    EXPECT_EQ(cells[1].toArray()[1].toString(), "%");
+    // Full precision, not the display's rounding.
+    EXPECT_DOUBLE_EQ(cells[2].toArray()[1].toDouble(), 200.0 / 3);
+    EXPECT_EQ(cells[3].toArray()[4].toDouble(), 400);
+}
+
+TEST_F(Cli, NonFiniteNumbersAreStrings) {
+    const QJsonObject o = AllocateJson("h\nNon-Reg.,100\nTFSAs,-50\n", "h\nEquities Canada,100\nShort-Term Fixed,10\n");
+    const QJsonArray cells = o.value("cells").toArray();
+    EXPECT_EQ(cells[3].toArray()[2].toString(), "inf");
+    EXPECT_EQ(cells[3].toArray()[4].toString(), "nan");
+    EXPECT_TRUE(cells[3].toArray()[3].isString());   // untouched "%" cell
+}
+
+TEST_F(Cli, StartsFromTheWindowsResultGrid) {
+    const QJsonObject o = AllocateJson("h\n", "h\n");
+    EXPECT_EQ(o.value("columns").toInt(), 1);
+    EXPECT_EQ(o.value("rows").toInt(), 2);
+    EXPECT_EQ(o.value("cells").toArray()[0].toArray()[0].toString(), "Asset Class");
+}
+
+TEST_F(Cli, TextOutputIsFormattedLikeTheWindow) {
+    const CliOutput out = RunCli({"allocate", "--accounts", Write("a.csv", "h\nNon-Reg.,600\n"), "--classes",
+                                  Write("c.csv", "h\nEquities Canada,40\nShort-Term Fixed,60\n")});
+    ASSERT_EQ(out.exitCode, 0);
+    EXPECT_TRUE(out.out.contains("MD Taxable"));
+    EXPECT_TRUE(out.out.contains("Equities Canada"));
+    EXPECT_TRUE(out.out.contains(" 40 ")) << out.out.toStdString();
+}
+
+TEST_F(Cli, FailuresAreOneLineOnStandardError) {
+    struct Case { QStringList args; int code; const char* mention; };
+    const QString c = Write("c.csv", "h\n");
+    const Case cases[] = {
+        {{"allocate", "--accounts", dir.filePath("missing.csv"), "--classes", c}, 1, "missing.csv"},
+        {{"allocate", "--classes", c}, 1, "--accounts"},
+        {{"allocate", "--accounts", c, "--classes", c, "--bogus"}, 1, "bogus"},
+        {{"frobnicate"}, 2, "frobnicate"},
+    };
+    for (const Case& k : cases) {
+        const CliOutput out = RunCli(k.args);
+        EXPECT_EQ(out.exitCode, k.code) << k.args.join(' ').toStdString();
+        EXPECT_TRUE(out.err.contains(k.mention)) << out.err.toStdString();
+        EXPECT_EQ(out.err.count('\n'), 1) << out.err.toStdString();
+        EXPECT_TRUE(out.out.isEmpty());
+    }
+}
+
+TEST(Format, MoneyPlainAndTotalLabels) {
+    const QLocale en(QLocale::English, QLocale::Canada);
+    const QLocale fr(QLocale::French, QLocale::Canada);
+    EXPECT_EQ(FormatMoney(1234567.4, en), "$1,234,567");
+    EXPECT_EQ(FormatMoney(1234.4, fr), QString("1\u00a0234\u00a0$"));
+    EXPECT_EQ(FormatPlain(1234.6, en), "1235");   // no grouping in "%.0f"
+    EXPECT_EQ(AccountsTotalLabel(1234567.4, en), "$1,234,567");
+    EXPECT_EQ(AccountsTotalLabel(0, en), "$0");
+    struct Case { double total; const char* label; };
+    for (Case k : {Case{100, "100%"}, Case{0.5, "0%"}, Case{1.5, "2%"}, Case{2.5, "2%"}, Case{99.6, "100%"}})
+        EXPECT_EQ(ClassTotalLabel(k.total, en), k.label) << k.total;
+    EXPECT_FALSE(ClassTotalLabel(INFINITY, en).isEmpty());
+    EXPECT_FALSE(FormatMoney(NAN, en).isEmpty());
+}
+
+TEST(Format, DisplayRulesOfTheResultGrid) {
+    const QLocale en(QLocale::English, QLocale::Canada);
+    TGrid g = MakeResultGrid();
+    g.SetColCount(3);
+    g.SetFloat(1, 2, 66.666);
+    g.SetFloat(2, 2, 1500.5);
+    EXPECT_EQ(DisplayText(g, GridKind::Result, 1, 2, en), "67");
+    EXPECT_EQ(DisplayText(g, GridKind::Result, 2, 2, en), "$1,501");
+    EXPECT_EQ(DisplayAlign(GridKind::Result, 1, 1), CellAlign::Centre);
+    EXPECT_EQ(DisplayAlign(GridKind::Result, 1, 2), CellAlign::Right);
+    EXPECT_EQ(DisplayAlign(GridKind::Result, 0, 5), CellAlign::Left);
+    EXPECT_EQ(DisplayAlign(GridKind::Classes, 1, 0), CellAlign::Centre);
+    EXPECT_EQ(DisplayAlign(GridKind::Accounts, 2, 1), CellAlign::Right);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication app(argc, argv);
+    ::testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}

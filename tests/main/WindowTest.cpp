@@ -1,0 +1,163 @@
+// The real main window, offscreen.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QComboBox>
+#include <QTest>
+
+#include "window/Unit1.h"
+
+using namespace tessary;
+
+namespace {
+
+class Window : public ::testing::Test {
+protected:
+    void SetUp() override {
+        form = std::make_unique<TForm1>();
+        form->show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(form.get()));
+    }
+    // Edits a cell through the view, as typing and Enter would.
+    void Type(TGridView* view, int col, int row, const QString& text) {
+        const QModelIndex idx = view->model()->index(row, col);
+        view->setCurrentIndex(idx);
+        view->edit(idx);
+        QWidget* editor = QApplication::focusWidget();
+        ASSERT_NE(editor, nullptr);
+        ASSERT_NE(editor, view);
+        QTest::keyClicks(editor, text);
+        QTest::keyClick(editor, Qt::Key_Return);
+        QApplication::processEvents();
+    }
+    void Choose(TGridView* view, int row, int item) {
+        const QModelIndex idx = view->model()->index(row, 0);
+        view->setCurrentIndex(idx);
+        view->edit(idx);
+        auto* combo = qobject_cast<QComboBox*>(QApplication::focusWidget());
+        ASSERT_NE(combo, nullptr);
+        EXPECT_FALSE(combo->isEditable());
+        EXPECT_EQ(combo->count(), view == form->grdAccounts ? 5 : 6);
+        combo->setCurrentIndex(item);
+        emit combo->activated(item);
+        QTest::keyClick(combo, Qt::Key_Return);
+        QApplication::processEvents();
+    }
+    std::unique_ptr<TForm1> form;
+};
+
+TEST_F(Window, StartsWithOneEmptyBodyRowAndZeroTotals) {
+    EXPECT_EQ(form->Accounts().RowCount(), 2);
+    EXPECT_EQ(form->Classes().RowCount(), 2);
+    EXPECT_EQ(form->Result().RowCount(), 3);
+    EXPECT_EQ(form->Result().ColCount(), 2);
+    EXPECT_EQ(form->Label2->text(), "0%");
+    EXPECT_EQ(form->Label3->text(), "$0");
+    EXPECT_EQ(form->lblCaptionBar->text(), "Tessary");
+    EXPECT_EQ(form->Label1->text(), "Portfolio Allocation");
+    EXPECT_EQ(form->btnImp->text(), "Add from File");
+    EXPECT_EQ(form->Accounts().Text(4, 0), "Total");
+    EXPECT_TRUE(form->windowFlags() & Qt::FramelessWindowHint);
+    EXPECT_LE(form->Cnf().Zoom, kDefaultZoom);
+    // Calculate ends flush with the classes grid.
+    EXPECT_EQ(form->btnCalculate->geometry().right(), form->grdClasses->geometry().right());
+}
+
+TEST_F(Window, ComboChoiceSetsTheRowObject) {
+    Choose(form->grdAccounts, 1, 0);
+    EXPECT_EQ(form->Accounts().Object(0, 1), 1);
+    EXPECT_EQ(form->Accounts().Text(0, 1), "Non-Reg.");
+    Choose(form->grdAccounts, 1, 3);
+    EXPECT_EQ(form->Accounts().Object(0, 1), 4);
+    Choose(form->grdClasses, 1, 2);
+    EXPECT_EQ(form->Classes().Object(0, 1), 3);
+    EXPECT_EQ(form->Classes().Text(0, 1), "Equities Canada");
+}
+
+TEST_F(Window, EditingRecomputesTotals) {
+    Type(form->grdAccounts, 1, 1, "1500");
+    Type(form->grdAccounts, 2, 1, "2500.4");
+    EXPECT_DOUBLE_EQ(form->Accounts().Float(4, 1), 4000.4);
+    EXPECT_EQ(form->Label3->text(), "$4,000");
+    Type(form->grdClasses, 1, 1, "33.5");
+    form->AdvRepeatButton2Click();
+    Type(form->grdClasses, 1, 2, "66.5");
+    EXPECT_EQ(form->Label2->text(), "100%");
+}
+
+TEST_F(Window, TotalColumnAndHeaderAreReadOnly) {
+    auto* m = form->grdAccounts->model();
+    EXPECT_FALSE(m->flags(m->index(1, 4)) & Qt::ItemIsEditable);
+    EXPECT_FALSE(m->flags(m->index(0, 1)) & Qt::ItemIsEditable);
+    EXPECT_TRUE(m->flags(m->index(1, 3)) & Qt::ItemIsEditable);
+    auto* r = form->grdResult->model();
+    EXPECT_FALSE(r->flags(r->index(2, 1)) & Qt::ItemIsEditable);
+}
+
+TEST_F(Window, DeleteAndClearLeaveTheTotalsLabels) {
+    Type(form->grdAccounts, 1, 1, "700");
+    ASSERT_EQ(form->Label3->text(), "$700");
+    form->btnAddAccClick();
+    form->grdAccounts->setCurrentIndex(form->grdAccounts->model()->index(1, 1));
+    form->btnDelAccClick();
+    EXPECT_EQ(form->Accounts().RowCount(), 2);
+    EXPECT_EQ(form->Label3->text(), "$700");
+    form->btnClearClick();
+    EXPECT_EQ(form->Accounts().RowCount(), 1);
+    EXPECT_EQ(form->Label3->text(), "$700");
+    // Deleting with no body row does nothing.
+    form->btnDelAccClick();
+    EXPECT_EQ(form->Accounts().RowCount(), 1);
+}
+
+TEST_F(Window, CalculateFillsTheResultGrid) {
+    form->LoadInputs("h\nNon-Reg.,600\nRRSPs/RRIFs,400\n", "h\nEquities Canada,40\nShort-Term Fixed,60\n");
+    QTest::mouseClick(form->btnCalculate, Qt::LeftButton);
+    EXPECT_EQ(form->Result().ColCount(), 5);
+    EXPECT_EQ(form->Result().Text(3, 0), "RRSPs/RRIFs");
+    EXPECT_DOUBLE_EQ(form->Result().Float(2, 2), 400);
+    // The result columns follow the (zoomed) add button's width.
+    EXPECT_EQ(form->Result().ColWidth(2), static_cast<int>(RoundHalfEven(form->btnAddAcc->width() * 2.0)));
+    EXPECT_EQ(form->grdResult->model()->data(form->grdResult->model()->index(2, 1)).toString(), "67");
+    EXPECT_EQ(form->grdResult->columnSpan(0, 3), 2);
+}
+
+TEST_F(Window, HitTestGivesTheFrameBehaviour) {
+    const QRect cap = form->CaptionRegion(), btn = form->ButtonsRegion(), corner = form->CornerRegion();
+    const QPoint inCaption(cap.left() + 200, cap.center().y());
+    const QPoint inButtons = btn.center();
+    const QPoint inCorner = corner.center();
+    const QPoint inGrid = form->grdResult->geometry().center();
+    EXPECT_EQ(form->HitTest(inCaption, true), HitArea::Caption);
+    EXPECT_EQ(form->HitTest(inCorner, true), HitArea::BottomRight);
+    EXPECT_EQ(form->HitTest(inGrid, true), HitArea::Client);
+    EXPECT_EQ(form->HitTest(inGrid, false), HitArea::Caption);
+    EXPECT_EQ(form->HitTest(inButtons, false), HitArea::Client);
+    // Regions follow a resize.
+    form->resize(form->width() + 100, form->height() + 60);
+    EXPECT_EQ(form->CornerRegion().bottomRight(), form->rbCorner->geometry().bottomRight());
+    EXPECT_EQ(form->HitTest(form->CornerRegion().center(), true), HitArea::BottomRight);
+}
+
+TEST_F(Window, MaximiseToggles) {
+    form->hbtBgndClick();
+    EXPECT_TRUE(form->isMaximized() || form->windowState() & Qt::WindowMaximized);
+    form->hbtBgndClick();
+    EXPECT_FALSE(form->windowState() & Qt::WindowMaximized);
+}
+
+TEST(FitZoom, LimitedByTheAvailableHeight) {
+    EXPECT_DOUBLE_EQ(FitZoom(1.5, 2000, 96, 460), 1.5);
+    EXPECT_DOUBLE_EQ(FitZoom(1.5, 740, 96, 460), 1.5);            // 690 fits in 740 - 50
+    EXPECT_DOUBLE_EQ(FitZoom(1.5, 600, 96, 460), 550.0 / 460);
+    EXPECT_DOUBLE_EQ(FitZoom(1.5, 600, 192, 460), 500.0 / 460);   // 50 pixels at 96 dpi scale
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    ::testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
