@@ -1,0 +1,37 @@
+// Program-wide settings of the planning library. The library reads no
+// configuration of its own: the window and the command line fill these in.
+#pragma once
+
+#include <string>
+
+#include "KvErrors.h"
+
+namespace kv {
+
+struct TProgramSettings {
+    // Configured client-file key (settings "Keys/ClientFileKey", --key or
+    // TESSARY_CLIENT_KEY); empty when none is configured.
+    std::string ClientFileKey;
+    bool ShowHiddenNames = false;   // show solution names a client file hides
+    bool ForbidAltDir = false;      // never read client folders from the alternate directory
+    bool AnyParty = false;          // party -1 owns everything in ownership tests
+    int CurrentYear = 0;            // the planning library's current year
+    bool French = false;            // interface language of item texts
+};
+
+inline TProgramSettings& ProgramSettings() {
+    static TProgramSettings settings;
+    return settings;
+}
+
+// Key of a client file's enciphered texts: the configured key followed by the
+// client header's key seed. Without a configured key a protected file cannot
+// be read, and the message says which one.
+inline std::string RunTimeKey(const std::string& clientName, const std::string& keySeed) {
+    const std::string& configured = ProgramSettings().ClientFileKey;
+    if (configured.empty())
+        throw EKeyMissing("Client file \"" + clientName + "\" is protected and no client-file key is configured.");
+    return configured + keySeed;
+}
+
+} // namespace kv
