@@ -49,4 +49,10 @@ public:
     using EKvError::EKvError;
 };
 
+// A chart of accounts whose version is not the one expected for its product.
+class EEntriesVersion : public EKvError {
+public:
+    using EKvError::EKvError;
+};
+
 } // namespace kv
