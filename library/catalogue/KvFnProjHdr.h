@@ -25,6 +25,16 @@ std::string KindPrefix(std::uint8_t kind);
 // A directory text with one trailing "/" ("" stays "").
 std::string WithTrailingSlash(std::string dir);
 
+// "Invalid data" naming the file it was met in; still an EInvalidData.
+class EInvalidDataIn : public EInvalidData {
+public:
+    explicit EInvalidDataIn(const std::string& path) : message_("Invalid data in file \"" + path + "\"") {}
+    const char* what() const noexcept override { return message_.c_str(); }
+
+private:
+    std::string message_;
+};
+
 // The two solution lists of a client file.
 struct TModelLists {
     std::unique_ptr<TModels> Main;
@@ -110,7 +120,8 @@ public:
     // Renames legacy folders, then folders to their client names, then reads
     // every client folder's header into the list. A header that cannot be read
     // fails the whole load; the message names the file. Renames that fail are
-    // ignored. A data directory that cannot be listed gives no folders.
+    // ignored. A data directory that cannot be listed gives no folders. A wrong
+    // key gives EInvalidDataIn, a missing one EKeyMissing.
     void Load(bool includeAlternate);
     void Clear() noexcept { items_.clear(); }
 

@@ -1,0 +1,436 @@
+#include "catalogue/KvFnProjHdr.h"
+
+#include <cerrno>
+#include <cmath>
+#include <cstdio>
+#include <filesystem>
+#include <unordered_map>
+#include <unordered_set>
+
+#include <fcntl.h>
+
+#include "KvSettings.h"
+#include "catalogue/KvCatalogueText.h"
+#include "catalogue/KvIdentText.h"
+#include "decl/KvModelFormat.h"
+#include "files/KvAnsi.h"
+#include "files/KvFnBufFile.h"
+
+namespace fs = std::filesystem;
+
+namespace kv {
+
+std::string KindPrefix(std::uint8_t kind) {
+    switch (kind) {
+    case 1: return "bs_";
+    case 2: return "qr_";
+    default: return "md_";
+    }
+}
+
+std::string WithTrailingSlash(std::string dir) {
+    if (!dir.empty() && dir.back() != '/') dir += '/';
+    return dir;
+}
+
+// ---------------------------------------------------------------- TProjHdr
+
+namespace {
+
+std::uint8_t FlagToken(std::string_view token, std::uint8_t def) {
+    if (token.empty()) return def;
+    return static_cast<std::uint8_t>(ModelTextToIntDef(token, def));
+}
+
+std::string Deciphered(std::string_view token, const std::string& key) {
+    return AnsiToUtf8(catalogue::DecipherStripped(Utf8ToAnsi(token), key));
+}
+
+} // namespace
+
+TProjHdr::TProjHdr(std::uint8_t kind, std::string fileName, std::string folder, std::string baseDir)
+    : FileName(std::move(fileName)),
+      BaseDir(WithTrailingSlash(std::move(baseDir))),
+      Folder(WithTrailingSlash(std::move(folder))),
+      Kind(kind) {
+    HeaderPath = BaseDir + Folder + FileName;
+}
+
+std::string TProjHdr::Key() const { return RunTimeKey(Name, KeySeed); }
+
+void TProjHdr::ReadHeaderRecords(TBufReadFile& reader) {
+    const std::string record1 = reader.ReadShortStr();
+    const std::vector<std::string_view> t1 = SplitTokens(record1);
+    Name = std::string(TokenAt(t1, 0));
+    ID = IdentUtf8ToInt(TokenAt(t1, 1));
+    if (ID == 0) ID = SubstituteID(HeaderPath);
+
+    const std::string record2 = reader.ReadStr();
+    const std::vector<std::string_view> t = SplitTokens(record2);
+    Date = 0;
+    if (!TryModelTextToFloat(TokenAt(t, 2), Date) || !std::isfinite(Date)) Date = 0;
+    FlagA = FlagToken(TokenAt(t, 3), 0);
+    Number = ModelTextToFloatDef(TokenAt(t, 4), 0);
+    Text3 = std::string(TokenAt(t, 5));
+    FlagB = FlagToken(TokenAt(t, 6), FlagA != 0 ? 1 : 0);
+    FlagC = FlagToken(TokenAt(t, 7), 0);
+    FlagD = FlagToken(TokenAt(t, 8), 0);
+    FlagE = FlagToken(TokenAt(t, 9), 0);
+    FlagF = FlagToken(TokenAt(t, 10), 1);
+    FlagG = FlagToken(TokenAt(t, 11), 0);
+    FlagH = FlagToken(TokenAt(t, 12), 0);
+    KeySeed = std::string(TokenAt(t, 13));
+    FlagI = FlagToken(TokenAt(t, 14), 0);
+    Text4 = std::string(TokenAt(t, 15));
+    Integer = ModelTextToIntDef(TokenAt(t, 16), -1);
+    if (IsProtected()) {
+        const std::string key = Key();
+        Text1 = Deciphered(TokenAt(t, 0), key);
+        Text2 = Deciphered(TokenAt(t, 1), key);
+    } else {
+        Text1 = std::string(TokenAt(t, 0));
+        Text2 = std::string(TokenAt(t, 1));
+    }
+}
+
+void TProjHdr::ReadTrailing(TBufReadFile& reader) {
+    Pairs.clear();
+    Texts.clear();
+    ReportSettings = {};
+    LastText.clear();
+    TrailingSections = 0;
+    if (reader.Eof()) return;
+    const std::uint8_t pairs = reader.ReadByte();
+    for (int i = 0; i < pairs; ++i) {
+        std::string a = reader.ReadShortStr();
+        Pairs.emplace_back(std::move(a), reader.ReadShortStr());
+    }
+    ++TrailingSections;
+    if (reader.Eof()) return;
+    const std::int32_t texts = reader.ReadInt();
+    if (texts > 0) {
+        const std::int64_t left = std::int64_t(reader.Size()) - reader.Position();
+        if (texts > left / 4)
+            throw EReadError("Unexpected end of file " + reader.FileName() + " at offset " +
+                             std::to_string(reader.Position()) + ": " + std::to_string(texts) +
+                             " texts announced, " + std::to_string(left) + " bytes left");
+        Texts.reserve(std::size_t(texts));
+        for (std::int32_t i = 0; i < texts; ++i) Texts.push_back(reader.ReadStr());
+    }
+    ++TrailingSections;
+    if (reader.Eof()) return;
+    for (std::string& s : ReportSettings) s = reader.ReadStr();
+    ++TrailingSections;
+    if (reader.Eof()) return;
+    LastText = reader.ReadStr();
+    ++TrailingSections;
+}
+
+void TProjHdr::LoadHeader() { (void)Load(false); }
+
+TModelLists TProjHdr::Load(bool loadModels) {
+    TBufReadFile reader(HeaderPath, true);
+    ReadHeaderRecords(reader);
+    TModelLists lists;
+    if (!loadModels) return lists;
+    for (auto [list, name] : {std::pair{&lists.Main, "Main"}, std::pair{&lists.Needs, "Needs"}}) {
+        *list = std::make_unique<TModels>(BaseDir, name, Folder);
+        TModels& m = **list;
+        m.HideNames = HideNames();
+        m.Enciphered = IsProtected();
+        m.KeySeed = KeySeed;
+        m.ClientName = Name;
+        m.ReadData(reader, Kind);
+    }
+    ReadTrailing(reader);
+    return lists;
+}
+
+void TProjHdr::LoadReportSettings() { (void)Load(true); }
+
+void TProjHdr::Save(const TModels& main, const TModels& needs) const {
+    const std::string record1 = JoinTokens(std::vector<std::string>{Name, IntToIdentUtf8(ID)});
+    if (Utf8ToAnsi(record1).size() > 255)
+        throw EKvError("The client file's name \"" + Name + "\" is too long to be stored (at most 255 bytes with its identifier)");
+    std::string text1 = Text1, text2 = Text2;
+    if (IsProtected()) {
+        const std::string key = Key();
+        text1 = catalogue::EncipherForSlot(Text1, key, catalogue::Unlimited, "Text 1 of the client file's header");
+        text2 = catalogue::EncipherForSlot(Text2, key, catalogue::Unlimited, "Text 2 of the client file's header");
+    }
+    const std::string record2 = JoinTokens(std::vector<std::string>{
+        text1, text2, Date == 0 ? std::string() : FloatToModelText(Date), IntToModelText(FlagA),
+        FloatToModelText(Number), Text3, IntToModelText(FlagB), IntToModelText(FlagC), IntToModelText(FlagD),
+        IntToModelText(FlagE), IntToModelText(FlagF), IntToModelText(FlagG), IntToModelText(FlagH), KeySeed,
+        IntToModelText(FlagI), Text4, IntToModelText(Integer)});
+    if (TrailingSections >= 1) {
+        if (Pairs.size() > 255) throw EKvError("At most 255 text pairs can be stored in a client file's header");
+        for (const auto& [a, b] : Pairs)
+            if (Utf8ToAnsi(a).size() > 255 || Utf8ToAnsi(b).size() > 255)
+                throw EKvError("A text pair of the client file's header is longer than 255 bytes");
+    }
+
+    // Written beside the file and moved over it, so that a failure leaves the
+    // previous file as it was.
+    const std::string temp = HeaderPath + ".new";
+    try {
+        TBufWriteFile w(temp);
+        w.WriteShortStr(record1);
+        w.WriteStr(record2);
+        main.SaveData(w, Kind);
+        needs.SaveData(w, Kind);
+        if (TrailingSections >= 1) {
+            w.WriteByte(std::uint8_t(Pairs.size()));
+            for (const auto& [a, b] : Pairs) {
+                w.WriteShortStr(a);
+                w.WriteShortStr(b);
+            }
+        }
+        if (TrailingSections >= 2) {
+            w.WriteInt(std::int32_t(Texts.size()));
+            for (const std::string& s : Texts) w.WriteStr(s);
+        }
+        if (TrailingSections >= 3)
+            for (const std::string& s : ReportSettings) w.WriteStr(s);
+        if (TrailingSections >= 4) w.WriteStr(LastText);
+        w.Close();
+    } catch (...) {
+        std::error_code ec;
+        fs::remove(temp, ec);
+        throw;
+    }
+    std::error_code ec;
+    fs::rename(temp, HeaderPath, ec);
+    if (ec) {
+        fs::remove(temp, ec);
+        throw EInOutError("Cannot write file \"" + HeaderPath + "\": " + ec.message());
+    }
+}
+
+// ---------------------------------------------------------------- TProjHdrLst
+
+namespace {
+
+char LowerAscii(char c) { return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c; }
+
+std::string LowerAscii(std::string_view s) {
+    std::string r(s);
+    for (char& c : r) c = LowerAscii(c);
+    return r;
+}
+
+// Listing order: ASCII case-insensitive, then the bytes, so equal-looking names
+// still come out in one fixed order.
+bool ListingLess(const std::string& a, const std::string& b) {
+    const std::size_t n = std::min(a.size(), b.size());
+    for (std::size_t i = 0; i < n; ++i) {
+        const unsigned char x = static_cast<unsigned char>(LowerAscii(a[i]));
+        const unsigned char y = static_cast<unsigned char>(LowerAscii(b[i]));
+        if (x != y) return x < y;
+    }
+    if (a.size() != b.size()) return a.size() < b.size();
+    return a < b;
+}
+
+// '*' any run, '?' one byte, everything else itself with ASCII case ignored.
+bool WildcardMatch(std::string_view pattern, std::string_view name) {
+    std::size_t p = 0, n = 0, star = std::string_view::npos, mark = 0;
+    while (n < name.size()) {
+        if (p < pattern.size() && (pattern[p] == '?' || LowerAscii(pattern[p]) == LowerAscii(name[n]))) {
+            ++p;
+            ++n;
+        } else if (p < pattern.size() && pattern[p] == '*') {
+            star = p++;
+            mark = n;
+        } else if (star != std::string_view::npos) {
+            p = star + 1;
+            n = ++mark;
+        } else {
+            return false;
+        }
+    }
+    while (p < pattern.size() && pattern[p] == '*') ++p;
+    return p == pattern.size();
+}
+
+struct TListing {
+    std::vector<std::string> dirs;          // matching sub-directories, in listing order
+    std::unordered_set<std::string> taken;  // every entry's name, lower case
+};
+
+TListing ListDir(const std::string& dir, std::string_view pattern) {
+    TListing l;
+    if (dir.empty()) return l;
+    std::error_code ec;
+    fs::directory_iterator it(dir, ec);
+    for (; !ec && it != fs::directory_iterator(); it.increment(ec)) {
+        std::string name = it->path().filename().string();
+        l.taken.insert(LowerAscii(name));
+        std::error_code ec2;
+        if (WildcardMatch(pattern, name) && it->is_directory(ec2)) l.dirs.push_back(std::move(name));
+    }
+    std::sort(l.dirs.begin(), l.dirs.end(), ListingLess);
+    return l;
+}
+
+bool IsDirectory(const std::string& path) {
+    std::error_code ec;
+    return fs::is_directory(path, ec);
+}
+
+// Never replaces what is at to; false when nothing was moved.
+bool RenameNoReplace(const std::string& from, const std::string& to) {
+#ifdef RENAME_NOREPLACE
+    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return true;
+    if (errno != ENOSYS && errno != EINVAL) return false;
+#endif
+    // Without the kernel's guarantee a folder created between the test and the
+    // move could still be replaced, but only if it is empty.
+    std::error_code ec;
+    if (fs::symlink_status(to, ec).type() != fs::file_type::not_found || ec) return false;
+    return std::rename(from.c_str(), to.c_str()) == 0;
+}
+
+bool ContainsDb(std::string_view name) { return LowerAscii(name).find("_db") != std::string::npos; }
+
+// Characters that no file name can hold become "_".
+std::string FolderSafe(std::string name) {
+    for (char& c : name)
+        if (c == '/' || c == '\0') c = '_';
+    return name;
+}
+
+} // namespace
+
+TProjHdrLst::TProjHdrLst(std::string dataDir, std::string altDir, std::uint8_t kind)
+    : dataDir_(WithTrailingSlash(std::move(dataDir))),
+      altDir_(WithTrailingSlash(std::move(altDir))),
+      prefix_(KindPrefix(kind)),
+      kind_(kind) {}
+
+TProjHdr& TProjHdrLst::Get(std::int32_t index) const {
+    if (index < 0 || index >= Count()) throw EListError(index);
+    return *items_[std::size_t(index)];
+}
+
+namespace {
+
+// The header of a client folder, from the alternate directory when it holds a
+// copy and may be used, else from the data directory; null when neither has it.
+std::unique_ptr<TProjHdr> ReadFolderHeader(const std::string& name, const std::string& dataDir,
+                                           const std::string& altDir, std::uint8_t kind) {
+    std::string base;
+    if (ContainsDb(name) && !altDir.empty() && !ProgramSettings().ForbidAltDir && IsDirectory(altDir + name))
+        base = altDir;
+    else if (IsDirectory(dataDir + name))
+        base = dataDir;
+    else
+        return nullptr;
+    auto hdr = std::make_unique<TProjHdr>(kind, ModelsFileName, name, base);
+    try {
+        hdr->LoadHeader();
+    } catch (const EInvalidDataIn&) {
+        throw;
+    } catch (const EInvalidData&) {
+        throw EInvalidDataIn(hdr->HeaderPath);
+    }
+    return hdr;
+}
+
+} // namespace
+
+void TProjHdrLst::Load(bool includeAlternate) {
+    Clear();
+
+    // 1. Legacy folders "db*" take the first free "<prefix>db<n>".
+    {
+        TListing l = ListDir(dataDir_, "db*");
+        int n = 1;  // only grows: every move takes a name and frees none of this form
+        for (auto it = l.dirs.rbegin(); it != l.dirs.rend(); ++it) {
+            while (l.taken.count(LowerAscii(prefix_ + "db" + std::to_string(n)))) ++n;
+            const std::string target = prefix_ + "db" + std::to_string(n);
+            if (RenameNoReplace(dataDir_ + *it, dataDir_ + target)) {
+                l.taken.erase(LowerAscii(*it));
+                l.taken.insert(LowerAscii(target));
+            }
+        }
+    }
+
+    // 2. Client folders take their client's name. Headers read here are kept
+    // for step 4 when their folder keeps its name.
+    std::unordered_map<std::string, std::unique_ptr<TProjHdr>> read;
+    {
+        TListing l = ListDir(dataDir_, prefix_ + "db*");
+        for (auto it = l.dirs.rbegin(); it != l.dirs.rend(); ++it) {
+            const std::string& name = *it;
+            std::unique_ptr<TProjHdr> hdr = ReadFolderHeader(name, dataDir_, altDir_, kind_);
+            if (!hdr) continue;
+            const std::size_t first = name.find('_');
+            const std::size_t second = name.find('_', first + 1);
+            const std::string target = name.substr(0, second) + "_" + FolderSafe(hdr->Name);
+            if (target == name) {
+                read.emplace(name, std::move(hdr));
+                continue;
+            }
+            const std::string lower = LowerAscii(target);
+            const bool free = !l.taken.count(lower) || lower == LowerAscii(name);
+            if (free && RenameNoReplace(dataDir_ + name, dataDir_ + target)) {
+                l.taken.erase(LowerAscii(name));
+                l.taken.insert(lower);
+            } else {
+                read.emplace(name, std::move(hdr));
+            }
+        }
+    }
+
+    // 3. and 4.
+    std::vector<std::string> names;
+    if (includeAlternate && !altDir_.empty()) names = ListDir(altDir_, "_db").dirs;
+    {
+        TListing l = ListDir(dataDir_, prefix_ + "db*");
+        names.insert(names.end(), l.dirs.begin(), l.dirs.end());
+    }
+    items_.reserve(names.size());
+    for (const std::string& name : names) {
+        std::unique_ptr<TProjHdr> hdr;
+        if (auto it = read.find(name); it != read.end() && it->second) {
+            const bool sameBase = it->second->BaseDir == ((ContainsDb(name) && !altDir_.empty() &&
+                                                          !ProgramSettings().ForbidAltDir &&
+                                                          IsDirectory(altDir_ + name))
+                                                             ? altDir_
+                                                             : dataDir_);
+            if (sameBase) hdr = std::move(it->second);
+        }
+        if (!hdr) hdr = ReadFolderHeader(name, dataDir_, altDir_, kind_);
+        if (hdr) items_.push_back(std::move(hdr));
+    }
+}
+
+TProjHdr* TProjHdrLst::FindByName(const std::string& name) const noexcept {
+    for (const auto& h : items_)
+        if (h->Name == name) return h.get();
+    return nullptr;
+}
+
+std::string TProjHdrLst::NewDirName() const {
+    const TListing l = ListDir(dataDir_, "*");
+    std::unordered_set<std::string> used;
+    const std::string lowerPrefix = LowerAscii(prefix_ + "db");
+    for (const std::string& entry : l.taken) {
+        if (entry.compare(0, lowerPrefix.size(), lowerPrefix) != 0) continue;
+        const std::size_t bar = entry.find('_', lowerPrefix.size());
+        used.insert(entry.substr(lowerPrefix.size(), bar == std::string::npos ? std::string::npos : bar - lowerPrefix.size()));
+    }
+    int n = 1;
+    while (used.count(std::to_string(n))) ++n;
+    return prefix_ + "db" + std::to_string(n);
+}
+
+void TProjHdrLst::SaveOne(const TProjHdr& hdr, const TModels& main, const TModels& needs) const {
+    std::error_code ec;
+    fs::create_directories(hdr.BaseDir + hdr.Folder, ec);
+    if (ec) throw EInOutError("Cannot create folder \"" + hdr.BaseDir + hdr.Folder + "\": " + ec.message());
+    hdr.Save(main, needs);
+}
+
+} // namespace kv
