@@ -1,0 +1,282 @@
+#include "items/KvFnFinItems.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "KvErrors.h"
+#include "decl/KvModelFormat.h"
+#include "entries/KvFnEntries.h"
+#include "files/KvAnsi.h"
+#include "files/KvFnBufFile.h"
+#include "model/KvFnClassRegistry.h"
+#include "model/KvFnModelData.h"
+
+namespace kv {
+
+constinit const TFinItemClass TFinItem::Class{"TFinItem", nullptr, &CreateItemOf<TFinItem>};
+
+namespace {
+
+std::string_view NameOf(std::string_view line) {
+    const auto eq = line.find('=');
+    return eq == std::string_view::npos ? std::string_view() : line.substr(0, eq);
+}
+
+// Smallest stored sizes, for checking counts against the bytes left before
+// anything is allocated for them.
+constexpr std::uint64_t kMinOwnerBytes = 5;
+constexpr std::uint64_t kMinPayBytes = 8 + 4 + 4 + 8 + 2 + 4 + 4;
+constexpr std::uint64_t kMinPayerBytes = 4 + 8;
+constexpr std::uint64_t kMinItemBytes = 4 + 4 + 1 + 8 + 8 + 1 + 1 + 1 + 1 + 4 + 4;
+
+// The older layout ends its property strings where the next four bytes, as a
+// signed integer, fall below 1000: a short string's length byte and first
+// three characters make such a number, the payment count never does.
+bool NextIsPropertyString(TBufReadFile& r) {
+    const std::int32_t at = r.Position();
+    const std::int32_t v = r.ReadInt();
+    r.SetPosition(at);
+    return v >= 1000;
+}
+
+bool StoresInOlderLayout(const std::string& ansiLine) {
+    if (ansiLine.size() < 3 || ansiLine.size() > 255) return false;
+    const auto b = [&](std::size_t i) { return static_cast<std::uint8_t>(ansiLine[i]); };
+    const std::int32_t v = static_cast<std::int32_t>(std::uint32_t(ansiLine.size()) | std::uint32_t(b(0)) << 8 |
+                                                     std::uint32_t(b(1)) << 16 | std::uint32_t(b(2)) << 24);
+    return v >= 1000;
+}
+
+} // namespace
+
+bool TSpecProps::Add(std::string line) {
+    if (std::find(lines_.begin(), lines_.end(), line) != lines_.end()) return false;
+    lines_.push_back(std::move(line));
+    return true;
+}
+
+std::optional<std::string_view> TSpecProps::Get(std::string_view name) const {
+    if (name.empty()) return std::nullopt;
+    for (const std::string& line : lines_)
+        if (NameOf(line) == name) return std::string_view(line).substr(name.size() + 1);
+    return std::nullopt;
+}
+
+std::string TSpecProps::GetText(std::string_view name, std::string_view def) const {
+    auto v = Get(name);
+    return std::string(v ? *v : def);
+}
+
+std::int32_t TSpecProps::GetInt(std::string_view name, std::int32_t def) const {
+    auto v = Get(name);
+    std::int32_t out = def;
+    if (v && TryModelTextToInt(*v, out)) return out;
+    return def;
+}
+
+double TSpecProps::GetFloat(std::string_view name, double def) const {
+    auto v = Get(name);
+    double out = def;
+    if (v && TryModelTextToFloat(*v, out)) return out;
+    return def;
+}
+
+bool TSpecProps::GetFlag(std::string_view name, std::string_view literal) const {
+    auto v = Get(name);
+    return v && *v == literal;
+}
+
+void TSpecProps::Set(std::string_view name, std::string_view value) {
+    std::string line = std::string(name) + "=" + std::string(value);
+    for (std::string& l : lines_)
+        if (NameOf(l) == name) {
+            l = std::move(line);
+            return;
+        }
+    lines_.push_back(std::move(line));
+}
+
+void TSpecProps::SetInt(std::string_view name, std::int32_t value) { Set(name, IntToModelText(value)); }
+void TSpecProps::SetFloat(std::string_view name, double value) { Set(name, FloatToModelText(value)); }
+
+void TSpecProps::Remove(std::string_view name) {
+    std::erase_if(lines_, [name](const std::string& l) { return NameOf(l) == name; });
+}
+
+TFinItem::TFinItem(const TEntry* entry, TModelData* model, std::int32_t id) : Entry(entry), Model(model), ID(id) {}
+
+TFinItem::~TFinItem() = default;
+
+std::int32_t TFinItem::EntryID() const { return Entry ? Entry->EntryID : 0; }
+
+const TSharesList* TFinItem::OwnershipList() const {
+    const TFinItem* item = this;
+    while ((!item->Shares || item->Shares->Empty()) && item->Parent) item = item->Parent;
+    return item->Shares.get();
+}
+
+std::optional<std::int32_t> TFinItem::OwnerPartyID() const {
+    auto v = SpecProps.Get("OwnerID");
+    std::int32_t id = 0;
+    if (v && TryModelTextToInt(*v, id)) return id;
+    return std::nullopt;
+}
+
+bool TFinItem::IsExclude() const { return SpecProps.GetFlag("isExclude", "1"); }
+
+void TFinItem::AfterRead() { DecodeSpecProps(); }
+
+TFinItem* TFinItem::AddChild(std::unique_ptr<TFinItem> child) {
+    child->SetParent(this);
+    Children.push_back(std::move(child));
+    return Children.back().get();
+}
+
+std::unique_ptr<TFinItem> ReadItemRecord(TBufReadFile& r, TModelData& model, const TRecordContext& ctx,
+                                         TFinItem* parent, int depth) {
+    if (depth > kMaxItemDepth) throw EFileStructure(ctx.Path);
+
+    const std::int32_t entryID = r.ReadInt();
+    const std::int32_t id = r.ReadInt();
+    const TEntry* entry = model.Entries() ? model.Entries()->GetEntryByID(entryID) : nullptr;
+    const TFinItemClass& cls = entry ? ItemClassByNumber(entry->ItemClassNo) : TFinItem::Class;
+    std::unique_ptr<TFinItem> item = cls.Create(entry, &model, id);
+    model.RaiseHighestItemID(id);
+
+    item->Name = ReadName(r, ctx);
+    item->Date1 = r.ReadDate();
+    item->Date2 = r.ReadDate();
+    item->Value = r.ReadDouble();
+    item->Code = r.ReadByte();
+    item->Text = r.ReadStrX();
+
+    const std::uint8_t owners = r.ReadByte();
+    if (owners < 255) {
+        RequireLeft(r, owners * kMinOwnerBytes);
+        item->Shares = std::make_unique<TSharesList>();
+        for (int i = 0; i < owners; ++i) {
+            const std::int32_t partyID = r.ReadInt();
+            const std::uint8_t code = r.ReadByte();
+            item->Shares->AddShare(model.GetParticipantByID(partyID), partyID, code);
+        }
+    }
+
+    item->SpecProps.Clear();
+    if (ctx.Sectioned) {
+        const std::int32_t count = r.ReadInt();
+        if (count > 0) RequireLeft(r, std::uint64_t(count) * 4);
+        for (std::int32_t i = 0; i < count; ++i) item->SpecProps.Add(ReadText(r, ctx));
+    } else {
+        const std::uint8_t expected = r.ReadByte();
+        int read = 0;
+        while (NextIsPropertyString(r)) {
+            if (++read > 254) throw EFileStructure(ctx.Path);
+            item->SpecProps.Add(r.ReadShortStr());
+        }
+        if (read != expected) throw EFileStructure(ctx.Path);
+    }
+
+    const std::int32_t pays = r.ReadInt();
+    if (pays > 0) {
+        item->PaysHeader = r.ReadInt();
+        RequireLeft(r, std::uint64_t(pays) * kMinPayBytes);
+        item->Pays.reserve(static_cast<std::size_t>(pays));
+        for (std::int32_t i = 0; i < pays; ++i) {
+            const double value = r.ReadDouble();
+            TPay pay(r.ReadInt());
+            pay.Value = value;
+            pay.Int1 = r.ReadInt();
+            pay.Value2 = r.ReadDouble();
+            const std::uint8_t lo = r.ReadByte();
+            const std::uint8_t hi = r.ReadByte();
+            pay.Code = static_cast<std::uint16_t>(lo | hi << 8);
+            pay.Text = r.ReadStr();
+            const std::int32_t payers = r.ReadInt();
+            if (payers > 0) {
+                RequireLeft(r, std::uint64_t(payers) * kMinPayerBytes);
+                pay.Payers.reserve(static_cast<std::size_t>(payers));
+            }
+            for (std::int32_t k = 0; k < payers; ++k) {
+                const std::int32_t partyID = r.ReadInt();
+                const double share = r.ReadDouble();
+                pay.Payers.push_back({model.GetParticipantByID(partyID), partyID, share});
+            }
+            item->AddPay(std::move(pay));
+        }
+    }
+
+    item->AfterRead();
+
+    const std::int32_t children = r.ReadInt();
+    if (children > 0) RequireLeft(r, std::uint64_t(children) * kMinItemBytes);
+    for (std::int32_t i = 0; i < children; ++i) {
+        std::unique_ptr<TFinItem> child = ReadItemRecord(r, model, ctx, item.get(), depth + 1);
+        if (child) item->Children.push_back(std::move(child));
+    }
+
+    if (!entry) return nullptr;   // read in full, then dropped with its children
+    item->SetParent(parent);
+    item->AfterLoaded();
+    return item;
+}
+
+void WriteItemRecord(TBufWriteFile& w, TFinItem& item, const TRecordContext& ctx) {
+    item.EncodeSpecProps();
+    w.WriteInt(item.EntryID());
+    w.WriteInt(item.ID);
+    WriteName(w, item.Name, ctx);
+    w.WriteDate(item.Date1);
+    w.WriteDate(item.Date2);
+    w.WriteDouble(item.Value);
+    w.WriteByte(item.Code);
+    w.WriteStrX(item.Text);
+
+    if (!item.Shares) {
+        w.WriteByte(255);
+    } else {
+        if (item.Shares->Count() > 254) throw EKvError("Item \"" + item.Name + "\" has more than 254 owners");
+        w.WriteByte(static_cast<std::uint8_t>(item.Shares->Count()));
+        for (const TPayer& p : item.Shares->Items) {
+            w.WriteInt(p.PartyID);
+            w.WriteByte(static_cast<std::uint8_t>(p.Code));
+        }
+    }
+
+    const auto& lines = item.SpecProps.Lines();
+    if (ctx.Sectioned) {
+        w.WriteInt(static_cast<std::int32_t>(lines.size()));
+        for (const std::string& l : lines) WriteText(w, l, ctx);
+    } else {
+        // Only strings the look-ahead recognises can be stored in the older layout.
+        if (lines.size() > 254) throw EKvError("Item \"" + item.Name + "\" has too many properties for the older layout");
+        for (const std::string& l : lines)
+            if (!StoresInOlderLayout(Utf8ToAnsi(l)))
+                throw EKvError("Property \"" + l + "\" cannot be stored in the older layout");
+        w.WriteByte(static_cast<std::uint8_t>(lines.size()));
+        for (const std::string& l : lines) w.WriteShortStr(l);
+    }
+
+    w.WriteInt(static_cast<std::int32_t>(item.Pays.size()));
+    if (!item.Pays.empty()) {
+        w.WriteInt(item.PaysHeader);
+        for (const TPay& pay : item.Pays) {
+            w.WriteDouble(pay.Value);
+            w.WriteInt(pay.Kind);
+            w.WriteInt(pay.Int1);
+            w.WriteDouble(pay.Value2);
+            w.WriteByte(static_cast<std::uint8_t>(pay.Code & 0xFF));
+            w.WriteByte(static_cast<std::uint8_t>(pay.Code >> 8));
+            w.WriteStr(pay.Text);
+            w.WriteInt(static_cast<std::int32_t>(pay.Payers.size()));
+            for (const TPayer& p : pay.Payers) {
+                w.WriteInt(p.PartyID);
+                w.WriteDouble(p.Code);
+            }
+        }
+    }
+
+    w.WriteInt(static_cast<std::int32_t>(item.Children.size()));
+    for (auto& child : item.Children) WriteItemRecord(w, *child, ctx);
+}
+
+} // namespace kv

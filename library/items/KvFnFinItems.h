@@ -1,0 +1,159 @@
+// Financial items: the base every item class shares (base record, ownership,
+// special properties, payments, children) and the item class metadata.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "model/KvFnParty.h"
+
+namespace kv {
+
+class TEntry;
+class TModelData;
+class TFinItem;
+
+// The class of an item, as a value: name, base class and constructor. Every
+// item class has one constant instance, so the class registry is a table of
+// addresses and "derives from" walks the Parent chain.
+struct TFinItemClass {
+    const char* Name;
+    const TFinItemClass* Parent;
+    std::unique_ptr<TFinItem> (*Create)(const TEntry* entry, TModelData* model, std::int32_t id);
+
+    bool InheritsFrom(const TFinItemClass& other) const {
+        for (const TFinItemClass* c = this; c; c = c->Parent)
+            if (c == &other) return true;
+        return false;
+    }
+};
+
+template <class T>
+std::unique_ptr<TFinItem> CreateItemOf(const TEntry* entry, TModelData* model, std::int32_t id) {
+    return std::make_unique<T>(entry, model, id);
+}
+
+// Declares the class metadata of an item class inside its class body.
+#define KV_ITEM_CLASS_BODY(Name, Base)                                          \
+public:                                                                         \
+    using Base::Base;                                                           \
+    static const ::kv::TFinItemClass Class;                                     \
+    const ::kv::TFinItemClass& ClassType() const override { return Class; }
+
+// Defines it, in one .cpp file.
+#define KV_ITEM_CLASS_DEFINE(Name, Base) \
+    constinit const ::kv::TFinItemClass Name::Class{#Name, &Base::Class, &::kv::CreateItemOf<Name>};
+
+// Special properties: "name=value" strings without duplicates. Names are
+// case-sensitive; a string without "=" is kept but has no name; of two
+// strings with the same name the first is the value read.
+class TSpecProps {
+public:
+    // Adds the string unless an equal one is held; true when added.
+    bool Add(std::string line);
+    void Clear() { lines_.clear(); }
+    int Count() const { return static_cast<int>(lines_.size()); }
+    const std::vector<std::string>& Lines() const { return lines_; }
+
+    std::optional<std::string_view> Get(std::string_view name) const;
+    std::string GetText(std::string_view name, std::string_view def = {}) const;
+    // A missing or unreadable value takes the default.
+    std::int32_t GetInt(std::string_view name, std::int32_t def) const;
+    double GetFloat(std::string_view name, double def) const;
+    // True exactly when the stored text equals the literal ("1" or "Yes").
+    bool GetFlag(std::string_view name, std::string_view literal) const;
+    bool Has(std::string_view name) const { return Get(name).has_value(); }
+
+    // Replaces the first string of that name, or appends one.
+    void Set(std::string_view name, std::string_view value);
+    void SetInt(std::string_view name, std::int32_t value);
+    void SetFloat(std::string_view name, double value);
+    void Remove(std::string_view name);
+
+private:
+    std::vector<std::string> lines_;
+};
+
+// One payment of an item, with its payers.
+struct TPay {
+    explicit TPay(std::int32_t kind = 0) : Kind(kind) {}
+    std::int32_t Kind;
+    double Value = 0;
+    std::int32_t Int1 = 0;
+    double Value2 = 0;
+    std::uint16_t Code = 0;          // two bytes kept together
+    std::string Text;
+    std::vector<TPayer> Payers;      // party and share
+};
+
+using TFinItemList = std::vector<std::unique_ptr<TFinItem>>;
+
+class TFinItem {
+public:
+    TFinItem(const TEntry* entry, TModelData* model, std::int32_t id);
+    virtual ~TFinItem();
+    TFinItem(const TFinItem&) = delete;
+    TFinItem& operator=(const TFinItem&) = delete;
+
+    static const TFinItemClass Class;
+    virtual const TFinItemClass& ClassType() const { return Class; }
+    bool InheritsFrom(const TFinItemClass& c) const { return ClassType().InheritsFrom(c); }
+
+    // Base record.
+    const TEntry* Entry;
+    TModelData* Model;
+    std::int32_t ID;
+    std::string Name;
+    double Date1 = 0, Date2 = 0;
+    double Value = 0;
+    std::uint8_t Code = 0;
+    std::string Text;
+    std::unique_ptr<TSharesList> Shares;   // null: the record gives none
+    TSpecProps SpecProps;
+    std::int32_t PaysHeader = 0;           // the integer stored before the payments
+    std::vector<TPay> Pays;
+    TFinItem* Parent = nullptr;
+    TFinItemList Children;
+
+    std::int32_t EntryID() const;
+
+    // The item's own ownership list or, while that is null or empty, the one of
+    // the nearest ancestor that has entries (possibly null or empty).
+    const TSharesList* OwnershipList() const;
+
+    // Special property "OwnerID"; none when the item has no such property.
+    virtual std::optional<std::int32_t> OwnerPartyID() const;
+    // Special property "isExclude" equal to "1".
+    virtual bool IsExclude() const;
+    // The item's own joint test (the lookups the import makes never ask it).
+    virtual bool IsJoint() const { return false; }
+    // Share items give their share class.
+    virtual const TFinItem* ShareClass() const { return nullptr; }
+
+    // Life-cycle hooks: after the payments are in; after the item and its
+    // parent link are complete; settings from and to the special properties.
+    virtual void AfterRead();
+    virtual void AfterLoaded() {}
+    virtual void DecodeSpecProps() {}
+    virtual void EncodeSpecProps() {}
+
+    void AddPay(TPay pay) { Pays.push_back(std::move(pay)); }
+    void SetParent(TFinItem* parent) { Parent = parent; }
+    TFinItem* AddChild(std::unique_ptr<TFinItem> child);
+
+};
+
+// Reads one item record with its children. Returns null when the record names
+// an entry the chart of accounts does not have (the record is still read in full).
+std::unique_ptr<TFinItem> ReadItemRecord(TBufReadFile& r, TModelData& model, const TRecordContext& ctx,
+                                         TFinItem* parent, int depth);
+void WriteItemRecord(TBufWriteFile& w, TFinItem& item, const TRecordContext& ctx);
+
+// Children deeper than this make a file structure error rather than a stack overflow.
+inline constexpr int kMaxItemDepth = 64;
+
+} // namespace kv

@@ -1,0 +1,463 @@
+#include "model/KvFnModelData.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <limits>
+#include <optional>
+#include <system_error>
+
+#include "KvErrors.h"
+#include "KvSettings.h"
+#include "catalogue/KvFnModels.h"
+#include "decl/KvModelFormat.h"
+#include "entries/KvFnEntries.h"
+#include "files/KvFnBufFile.h"
+
+namespace fs = std::filesystem;
+
+namespace kv {
+
+namespace {
+
+constexpr std::int32_t kHeaderSize = 28;
+constexpr std::int32_t kDirEntrySize = 20;
+constexpr int kSectionCount = 9;
+constexpr int kMaxSmallLists = 3;
+constexpr std::uint16_t kMaxSmallRecords = 1000;
+
+// Smallest stored sizes, for checking counts before allocating.
+constexpr std::uint64_t kMinPartyBytes = 4 + 1 + 1 + 1 + 1 + 1 + 1 + 4 + 1 + 1 + 1 + 4 + 3 + 1 + 2 + 1;
+constexpr std::uint64_t kMinItemBytes = 38;
+constexpr std::uint64_t kMinToDoBytes = 4 + 4 + 1 + 1 + 4 + 8 + 1;
+constexpr std::uint64_t kMinResidenceBytes = 4 + 1 + 8;
+
+struct TDirEntry {
+    std::int32_t ID;
+    std::int64_t Offset;
+    std::int64_t Length;
+};
+
+std::string TildePath(const std::string& path) {
+    const fs::path p(path);
+    return (p.parent_path() / ("~" + p.filename().string())).string();
+}
+
+std::unique_ptr<TStrategy> MakeStrategy(std::uint8_t kind) {
+    if (kind == 0) return std::make_unique<TStrategy>();
+    if (kind == 1) return std::make_unique<TStrategyBS>();
+    return std::make_unique<TStrategyQR>();
+}
+
+} // namespace
+
+std::int32_t SectionedMagic(std::uint8_t kind) {
+    switch (kind) {
+    case 0: return 0xA1;
+    case 1: return 0xA2;
+    case 2: return 0xA3;
+    case 4: return 0xA4;
+    default: return 0xA1;   // read like a personal file, as the other kinds are
+    }
+}
+
+TModelData::TModelData(std::uint8_t kind, const TModel* model, TModels* models, TModels* flagModels, void* owner,
+                       std::string path, TEntries* entries)
+    : kind_(kind), path_(std::move(path)), model_(model), models_(models), flagModels_(flagModels),
+      owner_(owner), entries_(entries), namesEncrypted_(flagModels && flagModels->Enciphered),
+      strategy_(MakeStrategy(kind)) {}
+
+TModelData::~TModelData() = default;
+
+void TModelData::Put(int index, std::unique_ptr<TFinItem> item) {
+    items_.at(static_cast<std::size_t>(index)) = std::move(item);
+}
+
+TFinItem* TModelData::Add(std::unique_ptr<TFinItem> item) {
+    RaiseHighestItemID(item->ID);
+    items_.push_back(std::move(item));
+    return items_.back().get();
+}
+
+void TModelData::Clear() {
+    items_.clear();
+    highestItemID_ = 0;
+}
+
+TParticipant* TModelData::AddParticipant(std::unique_ptr<TParticipant> party) {
+    party->NamesEnciphered = namesEncrypted_;
+    participants_.push_back(std::move(party));
+    return participants_.back().get();
+}
+
+TParticipant* TModelData::GetParticipantByID(std::int32_t id) const {
+    for (const auto& p : participants_)
+        if (p->ID == id) return p.get();
+    return nullptr;
+}
+
+TParticipant* TModelData::GetParticipantByName(const std::string& fullName) const {
+    for (const auto& p : participants_)
+        if (p->FullName() == fullName) return p.get();
+    return nullptr;
+}
+
+std::string TModelData::GetParticipantNameByID(std::int32_t id) const {
+    const TParticipant* p = GetParticipantByID(id);
+    return p ? p->FullName() : std::string();
+}
+
+TParticipant* TModelData::PrincParty() const {
+    for (const auto& p : participants_)
+        if (p->Role == 1) return p.get();
+    return nullptr;
+}
+
+void TModelData::RaiseHighestItemID(std::int32_t id) {
+    const std::int64_t a = std::llabs(static_cast<std::int64_t>(id));
+    highestItemID_ = static_cast<std::int32_t>(std::max<std::int64_t>(highestItemID_, std::min<std::int64_t>(a, INT32_MAX)));
+}
+
+std::string TModelData::IdentifyingText() const { return path_; }
+
+TRecordContext TModelData::Context(std::int32_t version, bool sectioned) const {
+    TRecordContext ctx;
+    ctx.Kind = kind_;
+    ctx.Version = version;
+    ctx.Sectioned = sectioned;
+    ctx.Path = path_;
+    ctx.EncipherNames = namesEncrypted_ && version >= kVersionEnciphered;
+    if (ctx.EncipherNames) {
+        const TModels* list = flagModels_ ? flagModels_ : models_;
+        ctx.Key = RunTimeKey(list && !list->ClientName.empty() ? list->ClientName : path_, list ? list->KeySeed : "");
+    }
+    return ctx;
+}
+
+void TModelData::Load(std::uint8_t flag) {
+    std::string readPath = path_;
+    std::error_code ec;
+    if (!fs::exists(path_, ec)) {
+        const std::string tilde = TildePath(path_);
+        if (fs::exists(tilde, ec)) {
+            if (RecoveryRenames) {
+                fs::rename(tilde, path_, ec);
+                if (ec) readPath = tilde;
+            } else {
+                readPath = tilde;
+            }
+        }
+    }
+    TBufReadFile r(readPath, true);
+    Load(r, flag);
+}
+
+void TModelData::Load(TBufReadFile& r, std::uint8_t flag) {
+    for (auto& c : Counters) c = 0;
+    ClearParticipants();
+    Clear();
+    ToDo.clear();
+    Texts.clear();
+    TypedRecords.clear();
+    SmallLists.clear();
+    Residences.clear();
+    settings_.clear();
+
+    r.SetPosition(0);
+    const std::int32_t magic = r.ReadInt();
+    const bool sectioned = magic == SectionedMagic(kind_) && (kind_ <= 2 || kind_ == 4);
+    ReadSections(r, sectioned, flag);
+    CurrentIndex = -1;
+}
+
+void TModelData::ReadSections(TBufReadFile& r, bool sectioned, std::uint8_t) {
+    std::vector<TDirEntry> dir;
+    if (sectioned) {
+        r.SetPosition(0);
+        r.ReadInt();   // magic
+        version_ = r.ReadInt();
+        const std::int32_t entries = r.ReadInt();
+        r.SetPosition(kHeaderSize);
+        if (entries < 0) throw EFileStructure(path_);
+        RequireLeft(r, std::uint64_t(entries) * kDirEntrySize);
+        dir.reserve(static_cast<std::size_t>(entries));
+        for (std::int32_t i = 0; i < entries; ++i) {
+            TDirEntry e{};
+            e.ID = r.ReadInt();
+            r.ReadData(&e.Offset, 8);
+            r.ReadData(&e.Length, 8);
+            dir.push_back(e);
+        }
+        layout_ = TFileLayout::Sectioned;
+    } else {
+        // The older layout starts with its version.
+        r.SetPosition(0);
+        version_ = r.ReadInt();
+        layout_ = TFileLayout::Sequential;
+    }
+
+    const TRecordContext ctx = Context(version_, sectioned);
+    const std::int64_t fileEnd = r.Size();
+    std::int64_t sectionEnd = fileEnd;
+
+    // Seeks to a section found in the directory; a missing one is read from
+    // where the reader stands.
+    auto enter = [&](int id) {
+        sectionEnd = fileEnd;
+        if (!sectioned) return;
+        for (const TDirEntry& e : dir) {
+            if (e.ID != id) continue;
+            if (e.Offset < 0) return;
+            if (e.Offset > std::numeric_limits<std::int32_t>::max()) throw EFileStructure(path_);
+            r.SetPosition(static_cast<std::int32_t>(e.Offset));
+            if (e.Length >= 0 && e.Offset + e.Length <= fileEnd) sectionEnd = e.Offset + e.Length;
+            return;
+        }
+    };
+    auto count = [&](std::uint64_t minBytes) {
+        const std::int32_t n = r.ReadInt();
+        if (n > 0) RequireLeft(r, std::uint64_t(n) * minBytes);
+        return n;
+    };
+
+    enter(1);
+    for (double& v : Header.Values) v = r.ReadDouble();
+    Header.Title = r.ReadShortStr();
+    Header.Text = r.ReadStr();
+    Header.Date = sectioned ? r.ReadDate() : 0;
+
+    enter(2);
+    if (entries_) entries_->ClearGroupValues();
+    for (std::int32_t i = 0, n = count(1); i < n; ++i) {
+        const std::uint8_t groupID = r.ReadByte();
+        // A group the chart does not have takes only its byte: the next record
+        // starts four bytes early, as in the planning products.
+        if (TEntryGroup* g = entries_ ? entries_->FindGroup(groupID) : nullptr) g->Value = r.ReadInt();
+    }
+
+    enter(3);
+    for (std::int32_t i = 0, n = count(kMinPartyBytes); i < n; ++i) AddParticipant(ReadPartyRecord(r, ctx));
+
+    enter(4);
+    highestItemID_ = 0;
+    for (std::int32_t i = 0, n = count(kMinItemBytes); i < n; ++i)
+        if (auto item = ReadItemRecord(r, *this, ctx, nullptr, 0)) items_.push_back(std::move(item));
+
+    enter(5);
+    for (std::int32_t i = 0, n = count(kMinToDoBytes); i < n; ++i) {
+        TToDoData t;
+        t.ID = r.ReadInt();
+        t.Kind = r.ReadInt();
+        t.Title = r.ReadShortStr();
+        t.Category = r.ReadShortStr();
+        t.Text = ReadText(r, ctx);
+        t.Due = r.ReadDateTime();
+        t.Done = r.ReadBoolean();
+        ToDo.push_back(std::move(t));
+    }
+
+    enter(6);
+    for (std::int32_t i = 0, n = count(4); i < n; ++i) Texts.push_back(ReadText(r, ctx));
+    TakeSettings();
+
+    enter(7);
+    r.ReadStringsX(strategy_->Values);
+
+    enter(8);
+    const std::uint32_t typed = r.ReadNumX();
+    RequireLeft(r, std::uint64_t(typed) * 5);
+    for (std::uint32_t i = 0; i < typed; ++i) {
+        TTypedRecord t;
+        t.ClassCode = r.ReadByte();
+        t.Data = r.ReadStr();
+        TypedRecords.push_back(std::move(t));
+    }
+    for (int list = 0; list < kMaxSmallLists && r.Position() < sectionEnd && !r.Eof(); ++list) {
+        const std::uint16_t n = r.ReadWord();
+        if (n > kMaxSmallRecords) throw EFileStructure(path_);
+        std::vector<TSmallRecord> records(n);
+        for (TSmallRecord& s : records) {
+            s.Code = r.ReadByte();
+            if (s.Code < 100) {
+                s.Words[0] = r.ReadLongWord();
+                s.Words[1] = r.ReadLongWord();
+            }
+        }
+        SmallLists.push_back(std::move(records));
+    }
+
+    enter(9);
+    for (std::int32_t i = 0, n = count(kMinResidenceBytes); i < n; ++i) {
+        TResidence res;
+        res.ID = r.ReadInt();
+        res.Name = r.ReadShortStr();
+        res.Value = r.ReadDouble();
+        Residences.push_back(std::move(res));
+    }
+    r.ReadData(SettingsBlock.data(), kSettingsBlockSize);
+}
+
+void TModelData::TakeSettings() {
+    static const char* const kNames[] = {"CGRate", "GovInflRate", "PrescribedRate", "SBDLIMIT",
+                                         "FTXB", "FTXNB", "PortGrowCoefs", "InsHdrs",
+                                         "JointPA", "QuickPlan", "OptimizeWDCombinedIncome", "RptComments"};
+    settings_.clear();
+    for (const std::string& line : Texts) {
+        const auto eq = line.find('=');
+        if (eq == std::string::npos) continue;
+        const std::string name = line.substr(0, eq);
+        if (std::find(std::begin(kNames), std::end(kNames), name) == std::end(kNames)) continue;
+        settings_.emplace(name, line.substr(eq + 1));   // the first line of a name counts
+    }
+}
+
+std::string TModelData::Setting(const std::string& name) const {
+    auto it = settings_.find(name);
+    return it == settings_.end() ? std::string() : it->second;
+}
+
+double TModelData::SettingFloat(const std::string& name, double def) const {
+    return ModelTextToFloatDef(Setting(name), def);
+}
+
+std::vector<double> TModelData::SettingFloats(const std::string& name) const {
+    std::vector<double> out;
+    const std::string text = Setting(name);
+    std::size_t start = 0;
+    while (start <= text.size() && !text.empty()) {
+        const auto end = text.find(';', start);
+        const std::string piece = text.substr(start, end == std::string::npos ? std::string::npos : end - start);
+        out.push_back(ModelTextToFloatDef(piece, 0));
+        if (end == std::string::npos) break;
+        start = end + 1;
+    }
+    return out;
+}
+
+void TModelData::WriteSection(TBufWriteFile& w, int section, const TRecordContext& ctx) {
+    switch (section) {
+    case 1:
+        for (double v : Header.Values) w.WriteDouble(v);
+        w.WriteShortStr(Header.Title);
+        w.WriteStr(Header.Text);
+        if (ctx.Sectioned) w.WriteDate(Header.Date);
+        break;
+    case 2: {
+        std::vector<const TEntryGroup*> groups;
+        if (entries_)
+            for (const auto& g : entries_->Groups()) groups.push_back(g.get());
+        w.WriteInt(static_cast<std::int32_t>(groups.size()));
+        for (const TEntryGroup* g : groups) {
+            w.WriteByte(g->ID);
+            w.WriteInt(g->Value);
+        }
+        break;
+    }
+    case 3:
+        w.WriteInt(static_cast<std::int32_t>(participants_.size()));
+        for (const auto& p : participants_) WritePartyRecord(w, *p, ctx);
+        break;
+    case 4:
+        w.WriteInt(static_cast<std::int32_t>(items_.size()));
+        for (const auto& item : items_) WriteItemRecord(w, *item, ctx);
+        break;
+    case 5:
+        w.WriteInt(static_cast<std::int32_t>(ToDo.size()));
+        for (const TToDoData& t : ToDo) {
+            w.WriteInt(t.ID);
+            w.WriteInt(t.Kind);
+            w.WriteShortStr(t.Title);
+            w.WriteShortStr(t.Category);
+            WriteText(w, t.Text, ctx);
+            w.WriteDateTime(t.Due);
+            w.WriteBoolean(t.Done);
+        }
+        break;
+    case 6:
+        w.WriteInt(static_cast<std::int32_t>(Texts.size()));
+        for (const std::string& t : Texts) WriteText(w, t, ctx);
+        break;
+    case 7:
+        w.WriteStringsX(strategy_->Values);
+        break;
+    case 8: {
+        w.WriteNumX(static_cast<std::uint32_t>(TypedRecords.size()));
+        for (const TTypedRecord& t : TypedRecords) {
+            w.WriteByte(t.ClassCode);
+            w.WriteStr(t.Data);
+        }
+        // Always three lists: in the older layout the next section follows at
+        // once, and a reader takes whatever comes next for a list.
+        for (int list = 0; list < kMaxSmallLists; ++list) {
+            static const std::vector<TSmallRecord> kNone;
+            const auto& records = list < static_cast<int>(SmallLists.size()) ? SmallLists[list] : kNone;
+            if (records.size() > kMaxSmallRecords) throw EKvError("Too many records in a list of " + path_);
+            w.WriteWord(static_cast<std::uint16_t>(records.size()));
+            for (const TSmallRecord& s : records) {
+                w.WriteByte(s.Code);
+                if (s.Code < 100) {
+                    w.WriteLongWord(s.Words[0]);
+                    w.WriteLongWord(s.Words[1]);
+                }
+            }
+        }
+        break;
+    }
+    case 9:
+        w.WriteInt(static_cast<std::int32_t>(Residences.size()));
+        for (const TResidence& res : Residences) {
+            w.WriteInt(res.ID);
+            w.WriteShortStr(res.Name);
+            w.WriteDouble(res.Value);
+        }
+        w.WriteData(SettingsBlock.data(), kSettingsBlockSize);
+        break;
+    default:
+        break;
+    }
+}
+
+void TModelData::Save(TFileLayout layout, std::int32_t version) {
+    const bool sectioned = layout == TFileLayout::Sectioned;
+    if (!sectioned && version == SectionedMagic(kind_))
+        throw EKvError("Version " + std::to_string(version) + " would read as the sectioned layout");
+    const TRecordContext ctx = Context(version, sectioned);
+    const std::string tmp = TildePath(path_);
+    {
+        TBufWriteFile w(tmp);
+        if (sectioned) {
+            w.WriteInt(SectionedMagic(kind_));
+            w.WriteInt(version);
+            w.WriteInt(kSectionCount);
+            const std::uint8_t reserved[16] = {};
+            w.WriteData(reserved, sizeof reserved);
+            const std::uint8_t emptyDir[kSectionCount * kDirEntrySize] = {};
+            w.WriteData(emptyDir, sizeof emptyDir);
+            TDirEntry dir[kSectionCount];
+            for (int s = 1; s <= kSectionCount; ++s) {
+                const std::int64_t start = w.Position();
+                WriteSection(w, s, ctx);
+                dir[s - 1] = {s, start, w.Position() - start};
+            }
+            const std::int64_t end = w.Position();
+            w.SetPosition(kHeaderSize);
+            for (const TDirEntry& e : dir) {
+                w.WriteInt(e.ID);
+                w.WriteData(&e.Offset, 8);
+                w.WriteData(&e.Length, 8);
+            }
+            w.SetPosition(end);
+        } else {
+            w.WriteInt(version);
+            for (int s = 1; s <= kSectionCount; ++s) WriteSection(w, s, ctx);
+        }
+        w.Close();
+    }
+    std::error_code ec;
+    fs::rename(tmp, path_, ec);
+    if (ec) throw EInOutError("Cannot replace " + path_ + ": " + ec.message());
+    version_ = version;
+    layout_ = layout;
+}
+
+} // namespace kv

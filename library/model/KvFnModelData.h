@@ -1,0 +1,184 @@
+// One solution of a client file in memory ("FinItems.dat"): parties, items,
+// to-do entries, settings, strategy and the rest of its sections.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "items/KvFnFinItems.h"
+#include "model/KvFnParty.h"
+
+namespace kv {
+
+class TEntries;
+class TModels;
+struct TModel;
+
+// The newest format change this build knows (22 August 2017); Save writes it.
+inline constexpr std::int32_t kCurrentFileVersion = kVersionEnciphered;
+
+enum class TFileLayout { Sectioned, Sequential };
+
+// Header magic of the sectioned layout for a product kind.
+std::int32_t SectionedMagic(std::uint8_t kind);
+
+struct TModelHeader {            // section 1
+    double Values[3] = {0, 0, 0};
+    std::string Title;
+    std::string Text;
+    double Date = 0;             // sectioned layout only
+};
+
+struct TToDoData {               // section 5
+    std::int32_t ID = 0;
+    std::int32_t Kind = 0;
+    std::string Title;
+    std::string Category;
+    std::string Text;
+    double Due = 0;
+    bool Done = false;
+};
+
+// Section 8 records of a class this build does not know: kept as read.
+struct TTypedRecord {
+    std::uint8_t ClassCode = 0;
+    std::string Data;
+};
+
+struct TSmallRecord {
+    std::uint8_t Code = 0;
+    std::uint32_t Words[2] = {0, 0};   // stored only for codes below 100
+};
+
+struct TResidence {              // section 9
+    std::int32_t ID = 0;
+    std::string Name;
+    double Value = 0;
+};
+
+// The planning strategy's record (section 7): name=value texts. The class
+// depends on the product kind.
+class TStrategy {
+public:
+    virtual ~TStrategy() = default;
+    std::vector<std::string> Values;
+    virtual const char* ClassName() const { return "TStrategy"; }
+};
+class TStrategyBS : public TStrategy {
+public:
+    const char* ClassName() const override { return "TStrategyBS"; }
+};
+class TStrategyQR : public TStrategy {
+public:
+    const char* ClassName() const override { return "TStrategyQR"; }
+};
+
+inline constexpr int kSettingsBlockSize = 1048;
+
+class TModelData {
+public:
+    // Arguments in the original order: kind, the solution record, the solution
+    // list, the list whose flag says whether names are enciphered, an outer
+    // owner, the path of "FinItems.dat", the chart of accounts. The caller
+    // keeps the record, the lists and the chart alive as long as the model.
+    TModelData(std::uint8_t kind, const TModel* model, TModels* models, TModels* flagModels, void* owner,
+               std::string path, TEntries* entries);
+    ~TModelData();
+    TModelData(const TModelData&) = delete;
+    TModelData& operator=(const TModelData&) = delete;
+
+    // Reads the file (the flag is passed on to the reader).
+    void Load(std::uint8_t flag = 0);
+    // Reads a solution from a reader already made (fuzzing, tests).
+    void Load(TBufReadFile& reader, std::uint8_t flag = 0);
+    // Writes to "~" + file name beside the path first and replaces the
+    // original only once the whole file is written.
+    void Save(TFileLayout layout = TFileLayout::Sectioned, std::int32_t version = kCurrentFileVersion);
+
+    // When "FinItems.dat" is missing but its "~" copy exists: false reads the
+    // copy where it is; true first renames it to the path, as the planning
+    // products do. The import never changes a client folder.
+    bool RecoveryRenames = false;
+
+    // Top-level items, in file order.
+    int Count() const { return static_cast<int>(items_.size()); }
+    TFinItem* Get(int index) const { return items_[static_cast<std::size_t>(index)].get(); }
+    void Put(int index, std::unique_ptr<TFinItem> item);
+    TFinItem* Add(std::unique_ptr<TFinItem> item);
+    const TFinItemList& Items() const { return items_; }
+    void Clear();
+
+    // Parties.
+    const std::vector<std::unique_ptr<TParticipant>>& Participants() const { return participants_; }
+    TParticipant* AddParticipant(std::unique_ptr<TParticipant> party);
+    void ClearParticipants() { participants_.clear(); }
+    TParticipant* GetParticipantByID(std::int32_t id) const;
+    TParticipant* GetParticipantByName(const std::string& fullName) const;
+    std::string GetParticipantNameByID(std::int32_t id) const;
+    // The first party of role 1 (the plan's principal person), or null.
+    TParticipant* PrincParty() const;
+
+    std::uint8_t Kind() const { return kind_; }
+    std::int32_t Version() const { return version_; }
+    TFileLayout Layout() const { return layout_; }
+    const std::string& Path() const { return path_; }
+    const TModel* Model() const { return model_; }
+    TModels* Models() const { return models_; }
+    TEntries* Entries() const { return entries_; }
+    bool NamesEncrypted() const { return namesEncrypted_; }
+    const TStrategy& Strategy() const { return *strategy_; }
+    TStrategy& Strategy() { return *strategy_; }
+
+    std::int32_t CurrentIndex = -1;
+    double Ratio = 0.5;
+    std::int32_t HighestItemID() const { return highestItemID_; }
+    void RaiseHighestItemID(std::int32_t id);
+
+    // The text that names the model when it is handed on whole (the import's mode 1).
+    std::string IdentifyingText() const;
+
+    TModelHeader Header;
+    std::vector<TToDoData> ToDo;
+    std::vector<std::string> Texts;            // section 6, name=value lines
+    std::vector<TTypedRecord> TypedRecords;
+    std::vector<std::vector<TSmallRecord>> SmallLists;   // up to three
+    std::vector<TResidence> Residences;
+    std::array<std::uint8_t, kSettingsBlockSize> SettingsBlock{};
+
+    // Settings taken from the section 6 texts ("CGRate", "GovInflRate", ...):
+    // the raw value, and numbers read with the model-file number format.
+    std::string Setting(const std::string& name) const;
+    double SettingFloat(const std::string& name, double def) const;
+    std::vector<double> SettingFloats(const std::string& name) const;   // ";"-separated
+
+    // Counters the planning engine keeps; Load resets them.
+    std::int32_t Counters[3] = {0, 0, 0};
+
+private:
+    TRecordContext Context(std::int32_t version, bool sectioned) const;
+    void ReadSections(TBufReadFile& r, bool sectioned, std::uint8_t flag);
+    void TakeSettings();
+    void WriteSection(TBufWriteFile& w, int section, const TRecordContext& ctx);
+
+    std::uint8_t kind_;
+    std::int32_t version_ = 0;
+    TFileLayout layout_ = TFileLayout::Sectioned;
+    std::string path_;
+    const TModel* model_;
+    TModels* models_;
+    TModels* flagModels_;
+    void* owner_;
+    TEntries* entries_;
+    bool namesEncrypted_ = false;
+    std::unique_ptr<TStrategy> strategy_;
+    std::vector<std::unique_ptr<TParticipant>> participants_;
+    TFinItemList items_;
+    std::int32_t highestItemID_ = 0;
+    std::map<std::string, std::string> settings_;
+};
+
+} // namespace kv

@@ -1,0 +1,152 @@
+// Parties of a solution: persons, corporations, trusts, joint ventures and
+// persons of a corporate plan, and the share entries that tie them to items.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace kv {
+
+class TBufReadFile;
+class TBufWriteFile;
+
+// File versions are day numbers since 30 December 1899.
+inline constexpr std::int32_t kVersionPropArrays = 38956;   // 27 August 2006: property arrays
+inline constexpr std::int32_t kVersionEnciphered = 42969;   // 22 August 2017: enciphered names
+
+// How a record is stored: what the model knows while reading or writing one.
+struct TRecordContext {
+    std::uint8_t Kind = 0;          // product kind of the client file
+    std::int32_t Version = 0;       // file version (day number)
+    bool Sectioned = true;          // sectioned or older sequential layout
+    bool EncipherNames = false;     // names and texts stored enciphered
+    std::string Key;                // run-time key when EncipherNames
+    std::string Path;               // for error messages
+};
+
+using TPropArrays = std::vector<std::vector<std::string>>;
+
+class TParty {
+public:
+    explicit TParty(std::int32_t id = 0) : ID(id), BenefKey(id) {}
+    virtual ~TParty() = default;
+    virtual const char* ClassName() const { return "TParty"; }
+
+    std::int32_t ID;
+    std::int32_t BenefKey;          // by which trust items name their beneficiary
+    std::uint8_t Role = 0;          // 1 the persons imported; 2 dependants; 10/20 not real parties
+    std::uint8_t PartyType = 0;
+    std::string FirstName, LastName;
+    double BirthDate = 0;
+    bool NamesEnciphered = false;   // copy of the model's flag
+
+    const std::string& GetFirstName() const { return FirstName; }
+    void SetFirstName(std::string s) { FirstName = std::move(s); }
+    const std::string& GetLastName() const { return LastName; }
+    void SetLastName(std::string s) { LastName = std::move(s); }
+    // "First Last"; either alone when the other is empty.
+    std::string FullName() const;
+    // "Last, First"; either alone when the other is empty.
+    std::string FullNameLastFirst() const;
+    bool IsRealParty() const { return Role != 10 && Role != 20; }
+};
+
+class TParticipant : public TParty {
+public:
+    using TParty::TParty;
+    const char* ClassName() const override { return "TParticipant"; }
+
+    std::uint8_t TaxStatus = 0;
+    std::string ThirdName;
+    std::uint8_t Code9 = 0;
+    std::string Text10;
+    bool Flag11 = false;
+    double Date12 = 0;
+    bool Flags13[3] = {false, false, false};
+    std::uint8_t Code14 = 0;
+    std::string Texts15[2];
+    std::string OldTail;            // files before the property arrays
+    TPropArrays Props;              // property arrays as read
+
+    void SetTaxStatus(std::uint8_t s) { TaxStatus = s; }
+
+    // Each class reads and writes its own positions of the arrays; unknown
+    // positions are carried as read.
+    virtual void DecodeProps(const TPropArrays& props);
+    virtual TPropArrays EncodeProps() const;
+    // Rows and row-1 length the writer guarantees (a corporation writes 30).
+    virtual std::size_t MinPropRow1() const { return 0; }
+};
+
+class TCorporation : public TParticipant {
+public:
+    using TParticipant::TParticipant;
+    const char* ClassName() const override { return "TCorporation"; }
+    std::size_t MinPropRow1() const override { return 30; }
+};
+
+class TTrust : public TCorporation {
+public:
+    using TCorporation::TCorporation;
+    const char* ClassName() const override { return "TTrust"; }
+};
+
+class TJointVenture : public TParticipant {
+public:
+    using TParticipant::TParticipant;
+    const char* ClassName() const override { return "TJointVenture"; }
+};
+
+class TCorpParticipant : public TParticipant {
+public:
+    using TParticipant::TParticipant;
+    const char* ClassName() const override { return "TCorpParticipant"; }
+    std::vector<std::int32_t> EmployedBy;   // corporations that employ the person
+    bool IsEmployedBy(std::int32_t corpID) const;
+    void AddEmployer(std::int32_t corpID);
+    void RemEmployer(std::int32_t corpID);
+};
+
+// The class a party record becomes, by its role and type codes (role 60
+// makes a corporate participant only in a trust client file).
+std::unique_ptr<TParticipant> CreateParty(std::uint8_t kind, std::int32_t id, std::uint8_t role,
+                                          std::uint8_t partyType);
+
+// Throws the truncated-file error unless n more bytes are left; counts are
+// checked with it before anything is allocated for them.
+void RequireLeft(const TBufReadFile& r, std::uint64_t n);
+
+// One party record of the parties section.
+std::unique_ptr<TParticipant> ReadPartyRecord(TBufReadFile& r, const TRecordContext& ctx);
+void WritePartyRecord(TBufWriteFile& w, const TParticipant& p, const TRecordContext& ctx);
+
+// Names: enciphered with padding in files that encipher them, else short strings.
+std::string ReadName(TBufReadFile& r, const TRecordContext& ctx);
+void WriteName(TBufWriteFile& w, const std::string& name, const TRecordContext& ctx);
+// Texts: enciphered without padding in files that encipher them, else long strings.
+std::string ReadText(TBufReadFile& r, const TRecordContext& ctx);
+void WriteText(TBufWriteFile& w, const std::string& text, const TRecordContext& ctx);
+
+// One share entry of an ownership list (party and code), or one payer of a
+// payment (party and share).
+struct TPayer {
+    TParty* Party = nullptr;        // null when the identifier names no party
+    std::int32_t PartyID = 0;       // as stored, so an unknown party survives a save
+    double Code = 0;
+};
+
+class TSharesList {
+public:
+    std::vector<TPayer> Items;
+
+    int Count() const { return static_cast<int>(Items.size()); }
+    bool Empty() const { return Items.empty(); }
+    void AddShare(TParty* party, std::int32_t partyID, double code) { Items.push_back({party, partyID, code}); }
+    const TPayer* FindByPartyID(std::int32_t id) const;
+    void DeleteParty(std::int32_t id);
+    double Sum() const;
+};
+
+} // namespace kv
