@@ -1,0 +1,479 @@
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "EntriesTestUtil.h"
+#include "KvErrors.h"
+#include "entries/KvEntriesDemo.h"
+#include "entries/KvFnEntries.h"
+
+using namespace kvtest;
+using kv::TEntries;
+using kv::TEntry;
+namespace DE = kv::DemoEntry;
+
+namespace {
+
+std::vector<std::int32_t> Ids(const std::vector<TEntry*>& list) {
+    std::vector<std::int32_t> ids;
+    for (const TEntry* e : list) ids.push_back(e->EntryID);
+    return ids;
+}
+
+// Every field the file carries, compared one by one.
+void ExpectSameEntry(const TEntry& a, const TEntry& b) {
+    SCOPED_TRACE("entry " + std::to_string(a.EntryID));
+    EXPECT_EQ(a.ItemClassNo, b.ItemClassNo);
+    EXPECT_EQ(a.EntryID, b.EntryID);
+    EXPECT_EQ(a.TreeKeys, b.TreeKeys);
+    EXPECT_EQ(a.Ints, b.Ints);
+    EXPECT_EQ(a.GroupID, b.GroupID);
+    EXPECT_EQ(a.Byte2, b.Byte2);
+    EXPECT_EQ(a.Data4, b.Data4);
+    EXPECT_EQ(a.Data1, b.Data1);
+    EXPECT_EQ(a.Int1, b.Int1);
+    EXPECT_EQ(a.Data2, b.Data2);
+    EXPECT_EQ(a.Flag, b.Flag);
+    EXPECT_EQ(a.Int2, b.Int2);
+    EXPECT_EQ(a.Double1, b.Double1);
+    EXPECT_EQ(a.EntryType ? a.EntryType->Name : "-", b.EntryType ? b.EntryType->Name : "-");
+    EXPECT_EQ(a.Name, b.Name);
+    EXPECT_EQ(a.FrenchName, b.FrenchName);
+    EXPECT_EQ(a.LongText, b.LongText);
+    EXPECT_EQ(a.Name2, b.Name2);
+    EXPECT_EQ(a.FrenchName2, b.FrenchName2);
+    EXPECT_EQ(a.ExtraInts, b.ExtraInts);
+    EXPECT_EQ(a.SpecProps, b.SpecProps);
+    EXPECT_EQ(a.Groups, b.Groups);
+    EXPECT_EQ(a.Parent ? a.Parent->EntryID : 0, b.Parent ? b.Parent->EntryID : 0);
+    EXPECT_EQ(Ids(a.Children), Ids(b.Children));
+}
+
+class EntriesFile : public TempDirTest {
+protected:
+    std::string WriteRaw(const RawChart& c, bool extraInts, const std::string& name = "Entries.dat") {
+        WriteAll(Path(name), RawFile(c, extraInts).b);
+        return Path(name);
+    }
+};
+
+// ---------------------------------------------------------------- layout and round trips
+
+struct KindCase {
+    std::uint8_t kind;
+    bool extraInts;
+};
+
+class EntriesKindLayout : public EntriesFile, public ::testing::WithParamInterface<KindCase> {};
+
+TEST_P(EntriesKindLayout, HandWrittenRecordReadsEveryField) {
+    const auto [kind, extra] = GetParam();
+    RawChart c;
+    c.types = 2;
+    c.entries.push_back({50, 1239, {1, 2, -1, -1}, 4, 1, "RRSP", {"EGRP=PPCON", "RATE=5"}});
+    c.tree1.push_back({0, {}});
+    c.version = kv::ExpectedEntriesVersion(kind);
+    TEntries t(kind, WriteRaw(c, extra));
+    t.Load(true);
+
+    ASSERT_EQ(t.EntriesByID().size(), 1u);
+    const TEntry& e = *t.EntriesByID()[0];
+    EXPECT_EQ(e.ItemClassNo, 50);
+    EXPECT_EQ(e.EntryID, 1239);
+    EXPECT_EQ(e.TreeKeys, (std::array<std::int32_t, 4>{1, 2, -1, -1}));
+    EXPECT_EQ(e.Ints, (std::array<std::int32_t, 3>{-35, 2, 3}));
+    EXPECT_EQ(e.KindCode(), -35);
+    EXPECT_EQ(e.GroupID, 4);
+    EXPECT_EQ(e.Byte2, 9);
+    EXPECT_EQ(e.Data4, (std::array<std::uint8_t, 4>{0xA1, 0xA2, 0xA3, 0xA4}));
+    EXPECT_EQ(e.Data1, 0xB1);
+    EXPECT_EQ(e.Int1, 123456);
+    EXPECT_EQ(e.Data2, 0xB2);
+    EXPECT_TRUE(e.Flag);
+    EXPECT_EQ(e.Int2, -7);
+    EXPECT_EQ(e.Double1, 2.5);
+    ASSERT_NE(e.EntryType, nullptr);
+    EXPECT_EQ(e.EntryType, t.EntryTypes()[1].get());
+    EXPECT_EQ(e.EntryType->Code, 11);
+    EXPECT_EQ(e.EntryType->Name, "type1");
+    EXPECT_EQ(e.Name, "RRSP");
+    EXPECT_EQ(e.FrenchName, "fr:RRSP");
+    EXPECT_EQ(e.LongText, "help:RRSP");
+    EXPECT_EQ(e.Name2, "n2");
+    EXPECT_EQ(e.FrenchName2, "f2");
+    EXPECT_EQ(e.ExtraInts, extra ? (std::array<std::int32_t, 4>{41, 42, 43, 44}) : (std::array<std::int32_t, 4>{}));
+    EXPECT_EQ(e.SpecProp("RATE"), "5");
+    EXPECT_TRUE(e.InGroup(kv::TEntryGrp::EGRP_PPCON));
+    EXPECT_EQ(e.Groups.count(), 1u);
+
+    ASSERT_EQ(t.AccGroups().size(), 1u);
+    EXPECT_EQ(t.AccGroups()[0]->Texts[10], "a10");
+    EXPECT_EQ(t.AccGroups()[0]->Note, "note");
+    ASSERT_EQ(t.EntryVals().size(), 1u);
+    EXPECT_EQ(t.EntryVals()[0].Kind, 3);
+    EXPECT_EQ(t.EntryVals()[0].Text, "v2");
+    EXPECT_EQ(t.EntryVals()[0].Value, 99);
+    EXPECT_EQ(t.EnTaxLabels(), (std::vector<std::string>{"Federal tax", "Provincial tax"}));
+    EXPECT_EQ(t.Version(), kv::ExpectedEntriesVersion(kind));
+}
+
+TEST_P(EntriesKindLayout, DemoChartRoundTripsByteForByte) {
+    const std::uint8_t kind = GetParam().kind;
+    const std::string path = kv::WriteDemoChart(kind, dir_.string());
+    const auto built = kv::MakeDemoChart(kind, path);
+    TEntries t(kind, path);
+    t.Load(true);
+
+    ASSERT_EQ(t.EntriesByID().size(), built->EntriesByID().size());
+    for (std::size_t i = 0; i < t.EntriesByID().size(); ++i)
+        ExpectSameEntry(*t.EntriesByID()[i], *built->EntriesByID()[i]);
+    EXPECT_EQ(Ids(t.Entries()), Ids(built->Entries()));
+    EXPECT_EQ(t.FirstTreeCount(), built->FirstTreeCount());
+    EXPECT_EQ(t.EnTaxLabels(), built->EnTaxLabels());
+    EXPECT_EQ(t.FrTaxLabels(), built->FrTaxLabels());
+    EXPECT_EQ(t.AccGroupNames(), built->AccGroupNames());
+
+    t.Save(Path("again.dat"));
+    EXPECT_EQ(ReadAll(Path("again.dat")), ReadAll(path));
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, EntriesKindLayout,
+                         ::testing::Values(KindCase{0, true}, KindCase{1, false}, KindCase{2, false},
+                                           KindCase{4, true}),
+                         [](const auto& info) { return "Kind" + std::to_string(info.param.kind); });
+
+TEST_F(EntriesFile, KindsDifferBySixteenBytesPerEntry) {
+    const auto personal = kv::MakeDemoChart(0, "");
+    personal->Save(Path("md.dat"));
+    const auto corporate = kv::MakeDemoChart(1, "");
+    corporate->Save(Path("bs.dat"));
+    EXPECT_EQ(ReadAll(Path("md.dat")).size() - ReadAll(Path("bs.dat")).size(),
+              16 * personal->EntriesByID().size());
+}
+
+// The four integers decide where every later field starts, so the other
+// kind's file must never load as a plausible chart.
+TEST_F(EntriesFile, FileOfOtherKindFails) {
+    for (const auto& [written, read] : {std::pair{0, 1}, std::pair{1, 0}, std::pair{4, 2}, std::pair{2, 4}}) {
+        SCOPED_TRACE(std::to_string(written) + " read as " + std::to_string(read));
+        const std::string path = Path("k" + std::to_string(written) + ".dat");
+        kv::MakeDemoChart(std::uint8_t(written), path)->Save(path);
+        TEntries t(std::uint8_t(read), path);
+        EXPECT_THROW(t.Load(false), kv::EKvError);
+        EXPECT_TRUE(t.EntriesByID().empty());
+    }
+}
+
+// ---------------------------------------------------------------- types and tree
+
+TEST_F(EntriesFile, TypeByte255IsNoTypeAndAnIndexPastTheListIsDamage) {
+    RawChart c;
+    c.types = 2;
+    c.entries = {{0, 1, {}, 1, 255, "none", {}}, {0, 2, {}, 1, 0, "first", {}}};
+    TEntries t(1, WriteRaw(c, false));
+    t.Load(false);
+    EXPECT_EQ(t.EntriesByID()[0]->EntryType, nullptr);
+    EXPECT_EQ(t.EntriesByID()[1]->EntryType, t.EntryTypes()[0].get());
+
+    c.entries[1].type = 2;
+    TEntries bad(1, WriteRaw(c, false));
+    EXPECT_THROW(bad.Load(false), kv::EFileStructure);
+}
+
+TEST_F(EntriesFile, TreeSectionsKeepFileOrderAndBothLandInEntries) {
+    RawChart c;
+    for (int i = 0; i < 7; ++i) c.entries.push_back({0, 100 + i, {}, 1, 255, "e" + std::to_string(i), {}});
+    // First section: 0 -> (3 -> (6), 1, 5); 2 is a leaf root. Second: 4.
+    c.tree1 = {{0, {{3, {{6, {}}}}, {1, {}}, {5, {}}}}, {2, {}}};
+    c.tree2 = {{4, {}}};
+    TEntries t(1, WriteRaw(c, false));
+    t.Load(false);
+
+    EXPECT_EQ(Ids(t.Entries()), (std::vector<std::int32_t>{100, 102, 104}));
+    EXPECT_EQ(t.FirstTreeCount(), 2u);
+    const TEntry& root = *t.GetEntryByID(100);
+    EXPECT_EQ(Ids(root.Children), (std::vector<std::int32_t>{103, 101, 105}));
+    EXPECT_TRUE(t.GetEntryByID(102)->Children.empty());
+    EXPECT_EQ(t.GetEntryByID(106)->Parent, t.GetEntryByID(103));
+
+    const struct { std::int32_t id; int level; } levels[] = {{100, 0}, {103, 1}, {106, 2}, {105, 1}, {104, 0}};
+    for (const auto& l : levels) EXPECT_EQ(t.GetEntryByID(l.id)->Level(), l.level) << l.id;
+
+    const struct { std::int32_t outer, inner; bool expected; } parents[] = {
+        {100, 106, true}, {100, 100, true}, {103, 106, true}, {106, 103, false}, {100, 102, false}, {104, 100, false},
+    };
+    for (const auto& p : parents)
+        EXPECT_EQ(t.GetEntryByID(p.outer)->ParentOf(t.GetEntryByID(p.inner)), p.expected) << p.outer << " " << p.inner;
+}
+
+TEST(EntriesTree, ParentOfComparesIdentifiersNotObjects) {
+    TEntry root, child, stranger;
+    root.EntryID = 1;
+    child.EntryID = 2;
+    stranger.EntryID = 2;  // another entry with the child's identifier
+    root.AddChild(&child);
+    EXPECT_TRUE(root.ParentOf(&stranger));
+    EXPECT_FALSE(root.ParentOf(nullptr));
+}
+
+TEST(EntriesTree, AddChildRefusesWhatWouldLoop) {
+    TEntry a, b, c, d;
+    a.AddChild(&b);
+    b.AddChild(&c);
+    EXPECT_FALSE(c.CanAddChild(&a)) << "ancestor under descendant";
+    EXPECT_FALSE(a.CanAddChild(&a)) << "self";
+    EXPECT_FALSE(d.CanAddChild(&c)) << "second parent";
+    EXPECT_FALSE(a.CanAddChild(nullptr));
+    EXPECT_TRUE(c.CanAddChild(&d));
+    EXPECT_THROW(c.AddChild(&a), kv::EKvError);
+    EXPECT_EQ(c.Children.size(), 0u);
+    EXPECT_EQ(a.Parent, nullptr);
+}
+
+// ---------------------------------------------------------------- lookups
+
+TEST_F(EntriesFile, LookupsGiveTheFirstMatchInFileOrder) {
+    RawChart c;
+    c.entries = {{50, 7, {}, 1, 255, "first 7", {}},
+                 {50, 8, {}, 1, 255, "class 50 again", {}},
+                 {60, 7, {}, 1, 255, "second 7", {}}};
+    TEntries t(1, WriteRaw(c, false));
+    t.Load(false);
+    EXPECT_EQ(t.GetEntryByID(7), t.EntriesByID()[0].get());
+    EXPECT_EQ(t.GetEntryByFIClassNo(50), t.EntriesByID()[0].get());
+    EXPECT_EQ(t.GetEntryByFIClassNo(60), t.EntriesByID()[2].get());
+    EXPECT_EQ(t.GetEntryByID(9), nullptr);
+    EXPECT_EQ(t.GetEntryByFIClassNo(0), nullptr);
+    EXPECT_EQ(t.GetEntryName(7, "none"), "first 7");
+    EXPECT_EQ(t.GetEntryName(9, "none"), "none");
+}
+
+TEST_F(EntriesFile, RootEntryNeedsMinusOneInTheOtherKeysAndATopLevelNode) {
+    RawChart c;
+    c.entries = {{0, 1, {5, 0, -1, -1}, 1, 255, "key 2 set", {}},
+                 {0, 2, {5, -1, -1, -1}, 1, 255, "child, not top level", {}},
+                 {0, 3, {5, -1, -1, 0}, 1, 255, "key 4 set", {}},
+                 {0, 4, {5, -1, -1, -1}, 1, 255, "the root", {}},
+                 {0, 5, {5, -1, -1, -1}, 1, 255, "later root", {}},
+                 {0, 6, {6, -1, -1, -1}, 1, 255, "other", {}}};
+    c.tree1 = {{0, {{1, {}}}}, {2, {}}};
+    c.tree2 = {{3, {}}, {4, {}}, {5, {}}};
+    TEntries t(1, WriteRaw(c, false));
+    t.Load(false);
+    EXPECT_EQ(t.GetRootEntry(5), t.GetEntryByID(4));
+    EXPECT_EQ(t.GetRootEntry(6), t.GetEntryByID(6));
+    EXPECT_EQ(t.GetRootEntry(7), nullptr);
+    EXPECT_EQ(t.GetRootEntry(-1), nullptr);
+}
+
+// ---------------------------------------------------------------- groups
+
+TEST(EntriesGroups, CodesParse) {
+    using G = kv::TEntryGrp;
+    const struct { const char* text; std::vector<G> expected; } cases[] = {
+        {"HOME", {G::EGRP_HOME}},
+        {"HOME,REALEST", {G::EGRP_HOME, G::EGRP_REALEST}},
+        {" VACATION , NOSUCH,TOYS", {G::EGRP_VACATION, G::EGRP_TOYS}},
+        {"OTHEREXP,ESTATE", {G::EGRP_OTHEREXP, G::EGRP_ESTATE}},
+        {"GCVEHICLE,,LIFEINS,", {G::EGRP_GCVEHICLE, G::EGRP_LIFEINS}},
+        {"home", {}},
+        {"EGRP_HOME", {}},
+        {"", {}},
+    };
+    for (const auto& c : cases) {
+        kv::TEntryGrps expected;
+        for (G g : c.expected) expected.set(std::size_t(g));
+        EXPECT_EQ(kv::ParseEntryGrps(c.text), expected) << '"' << c.text << '"';
+    }
+    for (std::size_t i = 0; i < kv::EntryGrpCount; ++i) {
+        const auto g = kv::TEntryGrp(i);
+        EXPECT_EQ(kv::ParseEntryGrps(kv::EntryGrpCode(g)), kv::TEntryGrps().set(i)) << i;
+    }
+}
+
+TEST(EntriesGroups, SpecPropLookup) {
+    TEntry e;
+    e.SpecProps = {"RATEX=1", "RATE=5", "RATE=6", "EMPTY=", "noequals", "=orphan"};
+    const struct { const char* name; const char* value; bool has; } cases[] = {
+        {"RATE", "5", true},  {"RATEX", "1", true},    {"RAT", "", false}, {"EMPTY", "", true},
+        {"noequals", "", false}, {"rate", "", false},  {"", "orphan", true},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(e.SpecProp(c.name), c.value) << c.name;
+        EXPECT_EQ(e.HasSpecProp(c.name), c.has) << c.name;
+    }
+}
+
+TEST_F(EntriesFile, GroupsFollowTheEntriesGroupIdentifiers) {
+    RawChart c;
+    c.entries = {{0, 1, {}, 3, 255, "a", {"EGRP=HOME"}}, {0, 2, {}, 0, 255, "b", {}}, {0, 3, {}, 3, 255, "c", {}},
+                 {0, 4, {}, 255, 255, "d", {}}};
+    TEntries t(1, WriteRaw(c, false));
+    t.Load(false);
+    std::vector<int> ids;
+    for (const auto& g : t.Groups()) ids.push_back(g->ID);
+    EXPECT_EQ(ids, (std::vector<int>{3, 0, 255}));
+    for (int id : {1, 2, 4, 254}) EXPECT_EQ(t.FindGroup(std::uint8_t(id)), nullptr) << id;
+    ASSERT_NE(t.FindGroup(0), nullptr);
+    EXPECT_EQ(t.FindGroup(0)->Value, 0);
+    t.FindGroup(3)->Value = 1234;
+    EXPECT_EQ(t.GroupOf(*t.GetEntryByID(3))->Value, 1234);
+    EXPECT_EQ(t.GroupOf(*t.GetEntryByID(2)), t.FindGroup(0));
+    t.ClearGroupValues();
+    EXPECT_EQ(t.FindGroup(3)->Value, 0);
+    t.Load(false);
+    EXPECT_EQ(t.Groups().size(), 3u) << "a second load starts afresh";
+}
+
+TEST_F(EntriesFile, DemoChartCarriesTheImportEntries) {
+    TEntries t(0, kv::WriteDemoChart(0, dir_.string()));
+    t.Load(true);
+    const struct { std::int32_t id, classNo; } accounts[] = {
+        {948, 4}, {2232, 69}, {6105, 159}, {2333, 147}, {1239, 50}, {1132, 49}, {1307, 37}, {5098, 38}, {1375, 38},
+        {6213, 69}, {6242, 69}, {895, 50}, {6139, 202}, {6210, 60}, {-5318, 124}, {DE::CorpShares, 140},
+        {DE::SharesHeld, 84}, {DE::CapitalBenef, 162}, {DE::BankAccount, 20}, {DE::Assets, 3},
+    };
+    for (const auto& a : accounts) {
+        const TEntry* e = t.GetEntryByID(a.id);
+        ASSERT_NE(e, nullptr) << a.id;
+        EXPECT_EQ(e->ItemClassNo, a.classNo) << a.id;
+    }
+    EXPECT_EQ(t.GroupOf(*t.GetEntryByID(DE::Assets))->ID, 0);
+    EXPECT_NE(t.GetEntryByID(948)->GroupID, 0);
+    EXPECT_EQ(t.GetRootEntry(1), t.GetEntryByID(DE::Assets));
+    EXPECT_TRUE(t.GetEntryByID(DE::Investments)->ParentOf(t.GetEntryByID(948)));
+    EXPECT_TRUE(t.GetEntryByID(DE::Residence)->InGroup(kv::TEntryGrp::EGRP_REALEST));
+
+    std::vector<std::int32_t> kinds;
+    for (const TEntry* c : t.GetEntryByID(1239)->Children) kinds.push_back(c->KindCode());
+    EXPECT_EQ(kinds, (std::vector<std::int32_t>{-35, -36, -37, -42}));
+}
+
+// ---------------------------------------------------------------- accounts
+
+TEST(EntriesAccounts, LevelsTopAccountsAndColours) {
+    TEntries t(0, "");
+    auto texts = [](const char* code, const char* color) {
+        std::array<std::string, 11> a;
+        a[0] = code;
+        a[1] = std::string("name ") + code;
+        a[10] = color;
+        return a;
+    };
+    t.AddAcc(texts("1", "255"));
+    t.AddAcc(texts("1.10", ""));
+    t.AddAcc(texts("1.10.5.2", "65280"));  // no 1.10.5: hangs under 1.10
+    t.AddAcc(texts("2", "junk"));
+    t.AddAcc(texts("2.1", "16777216"));  // out of range
+    t.LinkAccounts();
+    const auto& a = t.AccGroups();
+    const struct { std::size_t i; int level; std::size_t top; std::uint32_t color; } cases[] = {
+        {0, 0, 0, 255}, {1, 1, 0, 255}, {2, 2, 0, 65280}, {3, 0, 3, kv::TAcc::DefColor(0)},
+        {4, 1, 3, kv::TAcc::DefColor(1)},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(a[c.i]->AccLevel(), c.level) << c.i;
+        EXPECT_EQ(a[c.i]->TopAcc(), a[c.top].get()) << c.i;
+        EXPECT_EQ(a[c.i]->GetColor(), c.color) << c.i;
+    }
+    EXPECT_NE(kv::TAcc::DefColor(0), kv::TAcc::DefColor(1));
+    EXPECT_EQ(t.AccGroupNames(), (std::vector<std::string>{"name 1", "name 2"}));
+}
+
+// ---------------------------------------------------------------- version
+
+TEST_F(EntriesFile, VersionRules) {
+    const struct {
+        std::uint8_t kind;
+        std::optional<std::int32_t> version;
+        bool showError;
+        bool throws;
+        std::int32_t read;
+    } cases[] = {
+        {0, std::nullopt, false, false, 0}, {0, std::nullopt, true, true, 0}, {0, 45017, true, false, 45017},
+        {4, 45017, true, false, 45017},     {1, 44927, true, false, 44927},   {2, 44986, true, false, 44986},
+        {1, 45017, true, true, 45017},      {1, 45017, false, false, 45017},  {3, std::nullopt, true, false, 0},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::to_string(c.kind) + " " + std::to_string(c.version.value_or(-1)));
+        RawChart raw;
+        raw.entries = {{0, 1, {}, 1, 255, "x", {}}};
+        raw.version = c.version;
+        TEntries t(c.kind, WriteRaw(raw, kv::EntriesHaveExtraInts(c.kind)));
+        if (c.throws)
+            EXPECT_THROW(t.Load(c.showError), kv::EEntriesVersion);
+        else
+            EXPECT_NO_THROW(t.Load(c.showError));
+        EXPECT_EQ(t.Version(), c.read);
+        EXPECT_EQ(t.HasVersion(), c.version.has_value());
+        EXPECT_EQ(t.EntriesByID().size(), 1u) << "the chart stays loaded";
+    }
+}
+
+TEST_F(EntriesFile, VersionMessage) {
+    RawChart raw;
+    raw.version = 41000;
+    const std::string path = WriteRaw(raw, false);
+    TEntries t(1, path);
+    try {
+        t.Load(true);
+        FAIL() << "no exception";
+    } catch (const kv::EEntriesVersion& e) {
+        EXPECT_EQ(std::string(e.what()), path + "\rWrong Entries.dat version.\rVersion 41000, expected 44927.");
+    }
+}
+
+// ---------------------------------------------------------------- French.dat
+
+TEST_F(EntriesFile, FrenchFileIsOptional) {
+    RawChart raw;
+    raw.entries = {{0, 1, {}, 1, 255, "one", {}}, {0, 2, {}, 1, 255, "two", {}}, {0, 1, {}, 1, 255, "dup", {}}};
+    TEntries t(1, WriteRaw(raw, false));
+    EXPECT_EQ(t.FrenchFileName(), Path("French.dat"));
+    t.Load(false);
+    EXPECT_EQ(t.GetEntryByID(2)->FrenchName, "fr:two");
+    EXPECT_TRUE(t.FrTaxLabels().empty());
+
+    ByteWriter fr;
+    fr.I32(3);
+    fr.I32(2); fr.Short("deux");
+    fr.I32(1); fr.Short("un");
+    fr.I32(77); fr.Short("inconnu");
+    fr.I32(1);
+    fr.Short("Impot");
+    WriteAll(Path("French.dat"), fr.b);
+    t.Load(false);
+    EXPECT_EQ(t.GetEntryByID(2)->FrenchName, "deux");
+    EXPECT_EQ(t.EntriesByID()[0]->FrenchName, "un");
+    EXPECT_EQ(t.EntriesByID()[2]->FrenchName, "fr:dup") << "only the first entry of an identifier";
+    EXPECT_EQ(t.FrTaxLabels(), (std::vector<std::string>{"Impot"}));
+
+    // Names only, no tax labels.
+    fr.b.resize(fr.b.size() - 4 - 6);
+    WriteAll(Path("French.dat"), fr.b);
+    t.Load(false);
+    EXPECT_EQ(t.GetEntryByID(2)->FrenchName, "deux");
+    EXPECT_TRUE(t.FrTaxLabels().empty());
+
+    fr.b.resize(fr.b.size() - 2);
+    WriteAll(Path("French.dat"), fr.b);
+    EXPECT_THROW(t.Load(false), kv::EReadError);
+    EXPECT_TRUE(t.EntriesByID().empty());
+}
+
+TEST_F(EntriesFile, DemoFrenchFileRoundTrips) {
+    TEntries t(2, kv::WriteDemoChart(2, dir_.string()));
+    t.Load(true);
+    EXPECT_EQ(t.GetEntryByID(2333)->FrenchName, "CELI");
+    EXPECT_EQ(t.FrTaxLabels().size(), 4u);
+    EXPECT_EQ(t.FrTaxLabels()[0], "Imp\xC3\xB4t f\xC3\xA9\x64\xC3\xA9ral");
+}
+
+TEST_F(EntriesFile, MissingFileIsAnInputOutputError) {
+    TEntries t(0, Path("Entries.dat"));
+    EXPECT_THROW(t.Load(false), kv::EInOutError);
+}
+
+} // namespace
