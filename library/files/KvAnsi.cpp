@@ -79,6 +79,20 @@ inline std::size_t DecodeMultiByte(const unsigned char* p, std::size_t left, cha
 
 } // namespace
 
+std::size_t AsciiPrefixLength(const char* data, std::size_t size, bool stopAtZero) {
+    const auto* p = reinterpret_cast<const unsigned char*>(data);
+    if (!stopAtZero) return AsciiPrefix(p, size);
+    std::size_t i = 0;
+    for (; i + 8 <= size; i += 8) {
+        std::uint64_t w;
+        std::memcpy(&w, p + i, 8);
+        // High bit set in some byte, or some byte zero (the classic has-zero test).
+        if ((w | ((w - 0x0101010101010101ull) & ~w)) & kHighBits) break;
+    }
+    while (i < size && p[i] != 0 && p[i] < 0x80) ++i;
+    return i;
+}
+
 char32_t AnsiToCodePoint(std::uint8_t b) {
     return (b >= 0x80 && b < 0xA0) ? char32_t(kHigh[b - 0x80]) : char32_t(b);
 }
@@ -156,34 +170,34 @@ std::string AnsiToUtf8(std::string_view ansi) {
     return out;
 }
 
-std::string Utf8ToAnsi(std::string_view utf8) {
-    const auto* p = reinterpret_cast<const unsigned char*>(utf8.data());
-    const std::size_t n = utf8.size();
-    std::size_t i = AsciiPrefix(p, n);
-    if (i == n) return std::string(utf8);
-
-    std::string out(n, '\0');
-    char* d = out.data();
-    std::memcpy(d, p, i);
+std::size_t Utf8ToAnsi(const char* utf8, std::size_t size, char* out) {
+    const auto* p = reinterpret_cast<const unsigned char*>(utf8);
+    std::size_t i = AsciiPrefix(p, size);
+    std::memcpy(out, p, i);
     std::size_t o = i;
-    while (i < n) {
+    while (i < size) {
         const unsigned char b = p[i];
         if (b < 0x80) {
-            d[o++] = char(b);
+            out[o++] = char(b);
             ++i;
             continue;
         }
         char32_t c = 0;
-        const std::size_t len = DecodeMultiByte(p + i, n - i, c);
+        const std::size_t len = DecodeMultiByte(p + i, size - i, c);
         if (len == 0) {
-            d[o++] = '?';
+            out[o++] = '?';
             ++i;
         } else {
-            d[o++] = char(CodePointToAnsi(c));
+            out[o++] = char(CodePointToAnsi(c));
             i += len;
         }
     }
-    out.resize(o);
+    return o;
+}
+
+std::string Utf8ToAnsi(std::string_view utf8) {
+    std::string out(utf8.size(), '\0');
+    out.resize(Utf8ToAnsi(utf8.data(), utf8.size(), out.data()));
     return out;
 }
 

@@ -17,6 +17,13 @@ void AnsiToUtf8(const char* data, std::size_t size, std::string& out);
 // UTF-8 to Windows-1252. A character 1252 lacks, and every byte of malformed UTF-8,
 // becomes '?'.
 std::string Utf8ToAnsi(std::string_view utf8);
+// The same into out, which must hold size bytes (the result is never longer than
+// its input). Returns the number of bytes written.
+std::size_t Utf8ToAnsi(const char* utf8, std::size_t size, char* out);
+
+// Length of the leading run of bytes below 0x80, which read the same in both
+// encodings. With stopAtZero the run also ends at the first zero byte.
+std::size_t AsciiPrefixLength(const char* data, std::size_t size, bool stopAtZero = false);
 
 // The code point of one Windows-1252 byte.
 char32_t AnsiToCodePoint(std::uint8_t b);

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdio>
 #include <exception>
+#include <limits>
 #include <random>
 #include <system_error>
 
@@ -130,13 +131,21 @@ std::uint32_t TBufReadFile::ReadNumX() {
     return std::uint32_t(p[0]) | (std::uint32_t(p[1]) << 8) | (std::uint32_t(p[2]) << 16);
 }
 
-void TBufReadFile::ReadText(std::int64_t n, std::string& s) {
+// Kept out of line: inlined behind ReadShortStr, where the count is known to be
+// below 256, GCC copies the text with "rep movsq", several times slower than the
+// library memcpy for names of a few bytes.
+[[gnu::noinline]] void TBufReadFile::ReadText(std::int64_t n, std::string& s) {
     if (n <= 0) {
         s.clear();
         return;
     }
     // Checked before anything is allocated, so a bogus count costs nothing.
     const char* p = Take(std::uint64_t(n));
+    // Most texts are plain ASCII without a zero byte: one pass settles it.
+    if (AsciiPrefixLength(p, std::size_t(n), true) == std::size_t(n)) {
+        s.assign(p, std::size_t(n));
+        return;
+    }
     const void* zero = std::memchr(p, 0, std::size_t(n));
     const std::size_t len = zero ? std::size_t(static_cast<const char*>(zero) - p) : std::size_t(n);
     AnsiToUtf8(p, len, s);
@@ -261,7 +270,7 @@ void TBufWriteFile::WriteData(const void* src, std::int32_t count) {
     count_ += count;
 }
 
-void TBufWriteFile::WriteChars(const char* p, std::size_t n) {
+void TBufWriteFile::WriteCharsSlow(const char* p, std::size_t n) {
     while (n > 0) {
         if (count_ + 1 > FlushLimit) Flash();
         const std::size_t take = std::min(n, std::size_t(FlushLimit - count_));
@@ -303,17 +312,56 @@ void TBufWriteFile::WriteCounted(std::string_view ansi) {
     WriteChars(ansi.data(), ansi.size());
 }
 
-void TBufWriteFile::WriteStr(std::string_view s) { WriteCounted(Utf8ToAnsi(s)); }
+namespace {
+
+// ASCII text is its own Windows-1252 form; only other text needs a converted copy.
+struct TAnsiText {
+    std::string converted;
+    std::string_view bytes;
+
+    explicit TAnsiText(std::string_view utf8) {
+        if (AsciiPrefixLength(utf8.data(), utf8.size()) == utf8.size()) {
+            bytes = utf8;
+        } else {
+            converted = Utf8ToAnsi(utf8);
+            bytes = converted;
+        }
+    }
+};
+
+} // namespace
+
+bool TBufWriteFile::TryWriteTextInPlace(std::string_view utf8, std::size_t countBytes, std::size_t maxLen) {
+    // With this much room neither the count nor any byte of the text would flush.
+    if (count_ + std::int64_t(countBytes + utf8.size()) > FlushLimit) return false;
+    std::uint8_t* text = buffer_ + count_ + countBytes;
+    const std::size_t n = std::min(maxLen, Utf8ToAnsi(utf8.data(), utf8.size(), reinterpret_cast<char*>(text)));
+    if (countBytes == 1) {
+        buffer_[count_] = std::uint8_t(n);
+    } else {
+        const std::int32_t le = bufdetail::FromLittleEndian(std::int32_t(n));
+        std::memcpy(buffer_ + count_, &le, 4);
+    }
+    count_ += std::int32_t(countBytes + n);
+    return true;
+}
+
+void TBufWriteFile::WriteStr(std::string_view s) {
+    if (!TryWriteTextInPlace(s, 4, std::size_t(std::numeric_limits<std::int32_t>::max()))) WriteCounted(TAnsiText(s).bytes);
+}
 
 void TBufWriteFile::WriteShortStr(std::string_view s) {
-    const std::string a = Utf8ToAnsi(s);
+    if (TryWriteTextInPlace(s, 1, 255)) return;
+    const TAnsiText t(s);
+    const std::string_view a = t.bytes;
     const std::size_t n = std::min<std::size_t>(a.size(), 255);
     WriteByte(std::uint8_t(n));
     WriteChars(a.data(), n);
 }
 
 void TBufWriteFile::WriteStrX(std::string_view s) {
-    const std::string a = Utf8ToAnsi(s);
+    const TAnsiText t(s);
+    const std::string_view a = t.bytes;
     const std::size_t n = std::min<std::size_t>(a.size(), kMaxCountX);
     WriteNumX(std::uint32_t(n));
     WriteChars(a.data(), n);

@@ -196,7 +196,19 @@ private:
     }
     // Bytes emitted one character at a time: each byte flushes on its own when
     // the buffer is full, so a long text may straddle a flush.
-    void WriteChars(const char* p, std::size_t n);
+    void WriteChars(const char* p, std::size_t n) {
+        if (count_ + std::int64_t(n) <= FlushLimit) {
+            std::memcpy(buffer_ + count_, p, n);
+            count_ += std::int32_t(n);
+        } else {
+            WriteCharsSlow(p, n);
+        }
+    }
+    void WriteCharsSlow(const char* p, std::size_t n);
+    // Converts a text straight into the buffer behind room for its count when it
+    // surely fits (its code-page form is never longer than the UTF-8 one); false
+    // when it may not, leaving everything as it was.
+    bool TryWriteTextInPlace(std::string_view utf8, std::size_t countBytes, std::size_t maxLen);
     void WriteCounted(std::string_view ansi); // Int count, then the bytes
     void WriteAll(const void* p, std::size_t n);
     [[noreturn]] void ThrowIo(const char* what, int err) const;

@@ -18,7 +18,10 @@ namespace {
 class files_BufFile : public TempDirTest {
 protected:
     // Runs the writes, returns the bytes on disk.
-    Bytes Written(const std::function<void(TBufWriteFile&)>& write, const std::string& name = "out.dat") {
+    // A new file per call unless a name is given: rewriting one file over and over
+    // makes the file system force it to disk each time.
+    Bytes Written(const std::function<void(TBufWriteFile&)>& write, std::string name = "") {
+        if (name.empty()) name = "out" + std::to_string(++files_) + ".dat";
         {
             TBufWriteFile w(Path(name));
             write(w);
@@ -26,6 +29,7 @@ protected:
         }
         return ReadAll(Path(name));
     }
+    int files_ = 0;
     TBufReadFile ReaderOver(const Bytes& bytes, const std::string& name = "in.dat") {
         WriteAllBytes(Path(name), bytes);
         return TBufReadFile(Path(name), true);
@@ -239,6 +243,67 @@ TEST_F(files_BufFile, ByteByByteTheBufferHoldsAtMost102399) {
     EXPECT_EQ(b[102399], 0xEE);
 }
 
+// The writer's flushes, byte for byte as the format's writer makes them: fixed-size
+// values flush as a whole, text bytes one at a time.
+struct FlushModel {
+    std::int64_t disk = 0;
+    std::int64_t count = 0;
+    void Whole(std::int64_t n) {
+        if (count + n > TBufWriteFile::FlushLimit) Flush();
+        count += n;
+    }
+    void Bytewise(std::int64_t n) {
+        for (std::int64_t i = 0; i < n; ++i) Whole(1);
+    }
+    void Flush() {
+        disk += count;
+        count = 0;
+    }
+};
+
+TEST_F(files_BufFile, TextsNearTheFlushPointFlushAsIfWrittenByteByByte) {
+    const std::string texts[] = {"abc", "\xC3\xA9t\xC3\xA9 \xE2\x82\xAC", std::string(300, 'w')};
+    enum Kind { Str, ShortStr, StrX };
+    for (Kind kind : {Str, ShortStr, StrX}) {
+        for (const std::string& text : texts) {
+            const std::int64_t ansiLen = std::int64_t(Utf8ToAnsi(text).size());
+            for (std::int32_t before = TBufWriteFile::FlushLimit - 310; before <= TBufWriteFile::FlushLimit;
+                 before += (before < TBufWriteFile::FlushLimit - 12 ? 7 : 1)) {
+                SCOPED_TRACE("kind " + std::to_string(kind) + ", text of " + std::to_string(ansiLen) +
+                             " bytes after " + std::to_string(before));
+                const std::string path = Path("near.dat");
+                std::filesystem::remove(path); // truncating a written file would force it to disk
+                FlushModel m;
+                m.Whole(before);
+                TBufWriteFile w(path);
+                w.WriteData(std::string(std::size_t(before), 'p').data(), before);
+                if (kind == Str) {
+                    w.WriteStr(text);
+                    m.Whole(4);
+                    m.Bytewise(ansiLen);
+                } else if (kind == ShortStr) {
+                    w.WriteShortStr(text);
+                    m.Whole(1);
+                    m.Bytewise(std::min<std::int64_t>(ansiLen, 255));
+                } else {
+                    w.WriteStrX(text);
+                    m.Whole(1);
+                    if (ansiLen >= 255) m.Whole(1), m.Whole(1), m.Whole(1);
+                    m.Bytewise(ansiLen);
+                }
+                ASSERT_EQ(std::int64_t(std::filesystem::file_size(path)), m.disk);
+                ASSERT_EQ(w.Position(), m.disk + m.count);
+                w.Close();
+                TBufReadFile r(path, true);
+                r.SetPosition(before);
+                const std::string back = kind == Str ? r.ReadStr() : kind == ShortStr ? r.ReadShortStr() : r.ReadStrX();
+                EXPECT_EQ(back, kind == ShortStr && ansiLen > 255 ? text.substr(0, 255) : text);
+                EXPECT_TRUE(r.Eof());
+            }
+        }
+    }
+}
+
 TEST_F(files_BufFile, BlocksAndTextsLargerThanTheBufferArriveIntact) {
     Bytes big(300000);
     for (std::size_t i = 0; i < big.size(); ++i) big[i] = std::uint8_t(i * 7);
@@ -342,6 +407,14 @@ TEST_F(files_BufFile, BogusCountsFailBeforeAllocating) {
     std::vector<std::string> a{"keep"};
     EXPECT_THROW(r.ReadStringsX(a), EReadError);
     EXPECT_EQ(a, std::vector<std::string>{"keep"});
+    // A count larger than the bytes left is refused up front, before any item.
+    TBufReadFile tooMany = TBufReadFile::FromBytes(FromHex("03 00 00"), "bogus.dat");
+    try {
+        tooMany.ReadStringsX();
+        ADD_FAILURE() << "no error";
+    } catch (const EReadError& e) {
+        EXPECT_STREQ(e.what(), "Unexpected end of file bogus.dat at offset 1");
+    }
 }
 
 // Every prefix of a file of mixed primitives: each read either succeeds with the

@@ -1,5 +1,6 @@
 #include "files/KvWhirlpool.h"
 
+#include <cstdlib>
 #include <random>
 
 #include <openssl/evp.h>
@@ -49,11 +50,22 @@ TEST(files_Whirlpool, FinalResetsForTheNextMessage) {
 }
 
 // Loading one provider switches off the implicit default one, so both are loaded,
-// once, and stay loaded: unloading them would leave the rest of the process
-// (AES included) without any provider.
+// once, and stay loaded until exit: unloading them earlier would leave the rest of
+// the process (AES included) without any provider. The unload at exit runs before
+// libcrypto's own clean-up, which was registered first.
+OSSL_PROVIDER* gLegacy = nullptr;
+OSSL_PROVIDER* gDefault = nullptr;
+
 bool LoadLegacyProvider() {
-    static const bool loaded = OSSL_PROVIDER_load(nullptr, "legacy") != nullptr &&
-                               OSSL_PROVIDER_load(nullptr, "default") != nullptr;
+    static const bool loaded = [] {
+        gLegacy = OSSL_PROVIDER_load(nullptr, "legacy");
+        gDefault = OSSL_PROVIDER_load(nullptr, "default");
+        std::atexit([] {
+            if (gLegacy) OSSL_PROVIDER_unload(gLegacy);
+            if (gDefault) OSSL_PROVIDER_unload(gDefault);
+        });
+        return gLegacy && gDefault;
+    }();
     return loaded;
 }
 
