@@ -27,7 +27,7 @@ void Fill(TModels& list, const TProjHdr& hdr, int count, const std::string& pref
     for (int i = 0; i < count; ++i) {
         TModel m;
         m.Name = prefix + std::to_string(i + 1);
-        m.Name2 = "Prepared for " + hdr.Name;
+        m.Name2 = "Projection " + std::to_string(i + 1) + " of " + list.ListName();
         m.FolderNo = i;
         m.Number3 = i;
         m.KeyValue1 = 1000 + i;

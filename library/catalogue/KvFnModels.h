@@ -49,6 +49,8 @@ public:
     TModels(std::string baseDir, std::string listName, std::string folder);
     TModels(const TModels&) = delete;
     TModels& operator=(const TModels&) = delete;
+    TModels(TModels&&) = default;
+    TModels& operator=(TModels&&) = default;
 
     // Reads the selected index, the count (with the stored number when the
     // count is -1) and that many records. The count is checked against the
