@@ -50,7 +50,12 @@ bool StoresInOlderLayout(const std::string& ansiLine) {
 } // namespace
 
 bool TSpecProps::Add(std::string line) {
-    if (std::find(lines_.begin(), lines_.end(), line) != lines_.end()) return false;
+    if (lines_.size() < kIndexFrom) {
+        if (std::find(lines_.begin(), lines_.end(), line) != lines_.end()) return false;
+    } else {
+        if (index_.empty()) index_.insert(lines_.begin(), lines_.end());
+        if (!index_.insert(line).second) return false;
+    }
     lines_.push_back(std::move(line));
     return true;
 }
@@ -91,9 +96,10 @@ void TSpecProps::Set(std::string_view name, std::string_view value) {
     for (std::string& l : lines_)
         if (NameOf(l) == name) {
             l = std::move(line);
+            index_.clear();
             return;
         }
-    lines_.push_back(std::move(line));
+    Add(std::move(line));
 }
 
 void TSpecProps::SetInt(std::string_view name, std::int32_t value) { Set(name, IntToModelText(value)); }
@@ -101,6 +107,7 @@ void TSpecProps::SetFloat(std::string_view name, double value) { Set(name, Float
 
 void TSpecProps::Remove(std::string_view name) {
     std::erase_if(lines_, [name](const std::string& l) { return NameOf(l) == name; });
+    index_.clear();
 }
 
 TFinItem::TFinItem(const TEntry* entry, TModelData* model, std::int32_t id) : Entry(entry), Model(model), ID(id) {}

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 #include "model/KvFnParty.h"
@@ -55,7 +56,10 @@ class TSpecProps {
 public:
     // Adds the string unless an equal one is held; true when added.
     bool Add(std::string line);
-    void Clear() { lines_.clear(); }
+    void Clear() {
+        lines_.clear();
+        index_.clear();
+    }
     int Count() const { return static_cast<int>(lines_.size()); }
     const std::vector<std::string>& Lines() const { return lines_; }
 
@@ -76,6 +80,10 @@ public:
 
 private:
     std::vector<std::string> lines_;
+    // Kept only for long lists, so a file with many strings cannot make the
+    // duplicate test quadratic.
+    std::unordered_set<std::string> index_;
+    static constexpr std::size_t kIndexFrom = 32;
 };
 
 // One payment of an item, with its payers.

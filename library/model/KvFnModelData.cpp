@@ -40,7 +40,9 @@ struct TDirEntry {
 
 std::string TildePath(const std::string& path) {
     const fs::path p(path);
-    return (p.parent_path() / ("~" + p.filename().string())).string();
+    std::string name = "~";
+    name += p.filename().string();
+    return (p.parent_path() / name).string();
 }
 
 std::unique_ptr<TStrategy> MakeStrategy(std::uint8_t kind) {
@@ -86,14 +88,14 @@ void TModelData::Clear() {
 
 TParticipant* TModelData::AddParticipant(std::unique_ptr<TParticipant> party) {
     party->NamesEnciphered = namesEncrypted_;
+    participantIndex_.emplace(party->ID, party.get());
     participants_.push_back(std::move(party));
     return participants_.back().get();
 }
 
 TParticipant* TModelData::GetParticipantByID(std::int32_t id) const {
-    for (const auto& p : participants_)
-        if (p->ID == id) return p.get();
-    return nullptr;
+    auto it = participantIndex_.find(id);
+    return it == participantIndex_.end() ? nullptr : it->second;
 }
 
 TParticipant* TModelData::GetParticipantByName(const std::string& fullName) const {
@@ -288,7 +290,7 @@ void TModelData::ReadSections(TBufReadFile& r, bool sectioned, std::uint8_t) {
 
     enter(9);
     for (std::int32_t i = 0, n = count(kMinResidenceBytes); i < n; ++i) {
-        TResidence res;
+        TResidenceRecord res;
         res.ID = r.ReadInt();
         res.Name = r.ReadShortStr();
         res.Value = r.ReadDouble();
@@ -405,7 +407,7 @@ void TModelData::WriteSection(TBufWriteFile& w, int section, const TRecordContex
     }
     case 9:
         w.WriteInt(static_cast<std::int32_t>(Residences.size()));
-        for (const TResidence& res : Residences) {
+        for (const TResidenceRecord& res : Residences) {
             w.WriteInt(res.ID);
             w.WriteShortStr(res.Name);
             w.WriteDouble(res.Value);
@@ -420,7 +422,7 @@ void TModelData::WriteSection(TBufWriteFile& w, int section, const TRecordContex
 void TModelData::Save(TFileLayout layout, std::int32_t version) {
     const bool sectioned = layout == TFileLayout::Sectioned;
     if (!sectioned && version == SectionedMagic(kind_))
-        throw EKvError("Version " + std::to_string(version) + " would read as the sectioned layout");
+        throw EKvError(std::string("Version ").append(std::to_string(version)).append(" would read as the sectioned layout"));
     const TRecordContext ctx = Context(version, sectioned);
     const std::string tmp = TildePath(path_);
     {

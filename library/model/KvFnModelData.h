@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <map>
+#include <unordered_map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -54,7 +55,7 @@ struct TSmallRecord {
     std::uint32_t Words[2] = {0, 0};   // stored only for codes below 100
 };
 
-struct TResidence {              // section 9
+struct TResidenceRecord {        // section 9
     std::int32_t ID = 0;
     std::string Name;
     double Value = 0;
@@ -115,7 +116,10 @@ public:
     // Parties.
     const std::vector<std::unique_ptr<TParticipant>>& Participants() const { return participants_; }
     TParticipant* AddParticipant(std::unique_ptr<TParticipant> party);
-    void ClearParticipants() { participants_.clear(); }
+    void ClearParticipants() {
+        participants_.clear();
+        participantIndex_.clear();
+    }
     TParticipant* GetParticipantByID(std::int32_t id) const;
     TParticipant* GetParticipantByName(const std::string& fullName) const;
     std::string GetParticipantNameByID(std::int32_t id) const;
@@ -146,7 +150,7 @@ public:
     std::vector<std::string> Texts;            // section 6, name=value lines
     std::vector<TTypedRecord> TypedRecords;
     std::vector<std::vector<TSmallRecord>> SmallLists;   // up to three
-    std::vector<TResidence> Residences;
+    std::vector<TResidenceRecord> Residences;
     std::array<std::uint8_t, kSettingsBlockSize> SettingsBlock{};
 
     // Settings taken from the section 6 texts ("CGRate", "GovInflRate", ...):
@@ -176,6 +180,7 @@ private:
     bool namesEncrypted_ = false;
     std::unique_ptr<TStrategy> strategy_;
     std::vector<std::unique_ptr<TParticipant>> participants_;
+    std::unordered_map<std::int32_t, TParticipant*> participantIndex_;   // first party of an identifier
     TFinItemList items_;
     std::int32_t highestItemID_ = 0;
     std::map<std::string, std::string> settings_;
