@@ -463,14 +463,6 @@ TEST_F(EntriesFile, FrenchFileIsOptional) {
     EXPECT_TRUE(t.EntriesByID().empty());
 }
 
-TEST_F(EntriesFile, DemoFrenchFileRoundTrips) {
-    TEntries t(2, kv::WriteDemoChart(2, dir_.string()));
-    t.Load(true);
-    EXPECT_EQ(t.GetEntryByID(2333)->FrenchName, "CELI");
-    EXPECT_EQ(t.FrTaxLabels().size(), 4u);
-    EXPECT_EQ(t.FrTaxLabels()[0], "Imp\xC3\xB4t f\xC3\xA9\x64\xC3\xA9ral");
-}
-
 TEST_F(EntriesFile, MissingFileIsAnInputOutputError) {
     TEntries t(0, Path("Entries.dat"));
     EXPECT_THROW(t.Load(false), kv::EInOutError);
