@@ -36,13 +36,19 @@ constexpr std::array<TUtf8Seq, 128> kUtf8 = MakeUtf8Table();
 
 constexpr std::uint64_t kHighBits = 0x8080808080808080ull;
 
-// Length of the leading run of ASCII bytes.
+// Length of the leading run of ASCII bytes. Eight bytes at a time; the tail of a
+// text of eight bytes or more is one last overlapping word.
 inline std::size_t AsciiPrefix(const unsigned char* p, std::size_t n) {
     std::size_t i = 0;
+    std::uint64_t w;
     for (; i + 8 <= n; i += 8) {
-        std::uint64_t w;
         std::memcpy(&w, p + i, 8);
         if (w & kHighBits) break;
+    }
+    if (i == n) return n;
+    if (i + 8 > n && n >= 8) {
+        std::memcpy(&w, p + n - 8, 8);
+        if (!(w & kHighBits)) return n;
     }
     while (i < n && p[i] < 0x80) ++i;
     return i;
@@ -82,12 +88,18 @@ inline std::size_t DecodeMultiByte(const unsigned char* p, std::size_t left, cha
 std::size_t AsciiPrefixLength(const char* data, std::size_t size, bool stopAtZero) {
     const auto* p = reinterpret_cast<const unsigned char*>(data);
     if (!stopAtZero) return AsciiPrefix(p, size);
+    // A high bit set in some byte, or some byte zero (the classic has-zero test).
+    const auto stops = [](std::uint64_t w) { return ((w | ((w - 0x0101010101010101ull) & ~w)) & kHighBits) != 0; };
     std::size_t i = 0;
+    std::uint64_t w;
     for (; i + 8 <= size; i += 8) {
-        std::uint64_t w;
         std::memcpy(&w, p + i, 8);
-        // High bit set in some byte, or some byte zero (the classic has-zero test).
-        if ((w | ((w - 0x0101010101010101ull) & ~w)) & kHighBits) break;
+        if (stops(w)) break;
+    }
+    if (i == size) return size;
+    if (i + 8 > size && size >= 8) {
+        std::memcpy(&w, p + size - 8, 8);
+        if (!stops(w)) return size;
     }
     while (i < size && p[i] != 0 && p[i] < 0x80) ++i;
     return i;

@@ -90,4 +90,21 @@ TEST(files_Ansi, NonAsciiAtEveryOffsetOfTheFastPath) {
     }
 }
 
+TEST(files_Ansi, AsciiPrefixStopsAtTheFirstHighOrZeroByte) {
+    for (std::size_t len = 0; len <= 20; ++len) {
+        const std::string plain(len, 'a');
+        EXPECT_EQ(AsciiPrefixLength(plain.data(), len, false), len);
+        EXPECT_EQ(AsciiPrefixLength(plain.data(), len, true), len);
+        for (std::size_t at = 0; at < len; ++at) {
+            std::string high = plain, zero = plain;
+            high[at] = '\xC3';
+            zero[at] = '\0';
+            EXPECT_EQ(AsciiPrefixLength(high.data(), len, false), at) << len << "/" << at;
+            EXPECT_EQ(AsciiPrefixLength(high.data(), len, true), at) << len << "/" << at;
+            EXPECT_EQ(AsciiPrefixLength(zero.data(), len, false), len) << len << "/" << at;
+            EXPECT_EQ(AsciiPrefixLength(zero.data(), len, true), at) << len << "/" << at;
+        }
+    }
+}
+
 } // namespace
