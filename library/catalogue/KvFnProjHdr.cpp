@@ -72,7 +72,8 @@ void TProjHdr::ReadHeaderRecords(TBufReadFile& reader) {
     FlagA = FlagToken(TokenAt(t, 3), 0);
     Number = ModelTextToFloatDef(TokenAt(t, 4), 0);
     Text3 = std::string(TokenAt(t, 5));
-    FlagB = FlagToken(TokenAt(t, 6), FlagA != 0 ? 1 : 0);
+    // Flag B follows flag A only when its token is empty.
+    FlagB = TokenAt(t, 6).empty() ? (FlagA != 0 ? 1 : 0) : FlagToken(TokenAt(t, 6), 0);
     FlagC = FlagToken(TokenAt(t, 7), 0);
     FlagD = FlagToken(TokenAt(t, 8), 0);
     FlagE = FlagToken(TokenAt(t, 9), 0);
@@ -341,6 +342,7 @@ std::unique_ptr<TProjHdr> ReadFolderHeader(const std::string& name, const std::s
 
 void TProjHdrLst::Load(bool includeAlternate) {
     Clear();
+    std::vector<std::unique_ptr<TProjHdr>> items;  // the list stays empty when a header fails
 
     // 1. Legacy folders "db*" take the first free "<prefix>db<n>".
     {
@@ -390,7 +392,7 @@ void TProjHdrLst::Load(bool includeAlternate) {
         TListing l = ListDir(dataDir_, prefix_ + "db*");
         names.insert(names.end(), l.dirs.begin(), l.dirs.end());
     }
-    items_.reserve(names.size());
+    items.reserve(names.size());
     for (const std::string& name : names) {
         std::unique_ptr<TProjHdr> hdr;
         if (auto it = read.find(name); it != read.end() && it->second) {
@@ -402,8 +404,9 @@ void TProjHdrLst::Load(bool includeAlternate) {
             if (sameBase) hdr = std::move(it->second);
         }
         if (!hdr) hdr = ReadFolderHeader(name, dataDir_, altDir_, kind_);
-        if (hdr) items_.push_back(std::move(hdr));
+        if (hdr) items.push_back(std::move(hdr));
     }
+    items_ = std::move(items);
 }
 
 TProjHdr* TProjHdrLst::FindByName(const std::string& name) const noexcept {

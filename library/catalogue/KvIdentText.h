@@ -32,9 +32,10 @@ inline constexpr char TokenSeparator = '\x01';
 
 // Splits at every U+0001; "" gives one empty token. The views point into text.
 std::vector<std::string_view> SplitTokens(std::string_view text);
-// Token i (from 0); a missing token reads as empty.
+// Token i (from 0); a missing token reads as empty (a view of "", never a
+// null pointer, which some text routines pass on to memcpy).
 inline std::string_view TokenAt(const std::vector<std::string_view>& tokens, std::size_t i) {
-    return i < tokens.size() ? tokens[i] : std::string_view();
+    return i < tokens.size() ? tokens[i] : std::string_view("");
 }
 // Joins with U+0001. Throws EKvError when a token itself holds U+0001, which
 // would shift every later token on reading.
