@@ -16,6 +16,8 @@ struct TProgramSettings {
     bool ForbidAltDir = false;      // never read client folders from the alternate directory
     bool AnyParty = false;          // party -1 owns everything in ownership tests
     int CurrentYear = 0;            // the planning library's current year
+    double PlanningDate = 0;        // current planning date (day number); 0: today
+    int DefaultFeesTaxDeductible = 0;   // whether portfolio fees are deductible unless said
     bool French = false;            // interface language of item texts
 };
 

@@ -133,6 +133,27 @@ bool TFinItem::IsExclude() const { return SpecProps.GetFlag("isExclude", "1"); }
 
 void TFinItem::AfterRead() { DecodeSpecProps(); }
 
+const TFinItem* TFinItem::ValueChild() const {
+    for (const auto& c : Children)
+        if (c->Entry && c->Entry->KindCode() == kValueChildKind) return c.get();
+    return nullptr;
+}
+
+double TFinItem::PayValueOfYear(std::int32_t year) const {
+    for (const TPay& p : Pays)
+        if (p.Int1 == year) return p.Value;
+    return 0;
+}
+
+double TFinItem::ValueInYear(std::int32_t year) const {
+    const TFinItem* child = ValueChild();
+    return child ? child->PayValueOfYear(year) : 0;
+}
+
+std::string TFinItem::ClassGroupName() const { return Entry ? Entry->Name : std::string(); }
+
+bool TFinItem::ShowForMode(int) const { return true; }
+
 TFinItem* TFinItem::AddChild(std::unique_ptr<TFinItem> child) {
     child->SetParent(this);
     Children.push_back(std::move(child));

@@ -149,6 +149,18 @@ public:
     virtual void DecodeSpecProps() {}
     virtual void EncodeSpecProps() {}
 
+    // The value child: the first child whose entry has the kind code
+    // kValueChildKind; its pays hold one value per year (Int1 = year).
+    const TFinItem* ValueChild() const;
+    // The value child's pay for the year, 0 when there is none.
+    virtual double ValueInYear(std::int32_t year) const;
+    // The value of a year among an item's pays (Int1 = year), 0 when none.
+    double PayValueOfYear(std::int32_t year) const;
+    // Plural label of the item's group: its entry's name.
+    virtual std::string ClassGroupName() const;
+    // Whether the item's panel shows in a display mode.
+    virtual bool ShowForMode(int mode) const;
+
     void AddPay(TPay pay) { Pays.push_back(std::move(pay)); }
     void SetParent(TFinItem* parent) { Parent = parent; }
     TFinItem* AddChild(std::unique_ptr<TFinItem> child);
@@ -160,6 +172,9 @@ public:
 std::unique_ptr<TFinItem> ReadItemRecord(TBufReadFile& r, TModelData& model, const TRecordContext& ctx,
                                          TFinItem* parent, int depth);
 void WriteItemRecord(TBufWriteFile& w, TFinItem& item, const TRecordContext& ctx);
+
+// Kind code of the entry of an item's value child.
+inline constexpr std::int32_t kValueChildKind = -1;
 
 // Children deeper than this make a file structure error rather than a stack overflow.
 inline constexpr int kMaxItemDepth = 64;

@@ -2,6 +2,6 @@
 
 namespace kv {
 
-KV_ITEM_CLASSES(KV_ITEM_CLASS_DEFINE)
+KV_PLAIN_ITEM_CLASSES(KV_ITEM_CLASS_DEFINE)
 
 } // namespace kv

@@ -1,7 +1,9 @@
-// The item classes of the class registry.
+// Every item class of the class registry.
 #pragma once
 
 #include "items/KvFnFinItems.h"
+#include "items/KvFnPortfolio.h"
+#include "items/KvFnShareItems.h"
 #include "items/KvItemClassList.h"
 
 namespace kv {
@@ -10,7 +12,7 @@ namespace kv {
     class Name : public Base {            \
         KV_ITEM_CLASS_BODY(Name, Base)    \
     };
-KV_ITEM_CLASSES(KV_DECLARE_ITEM_CLASS)
+KV_PLAIN_ITEM_CLASSES(KV_DECLARE_ITEM_CLASS)
 #undef KV_DECLARE_ITEM_CLASS
 
 } // namespace kv

@@ -1,15 +1,12 @@
-// Every item class of the class registry, with its base class (base classes
-// come before the classes derived from them).
+// The item classes of the class registry that bring no behaviour of their own:
+// declared from this list. Classes with behaviour are declared by hand in
+// KvFnPortfolio.h and KvFnShareItems.h.
 #pragma once
 
 // X(Name, Base)
-#define KV_ITEM_CLASSES(X) \
-    X(TPortfolioBase, TFinItem) \
-    X(TPortfolioBaseShares, TPortfolioBase) \
+#define KV_PLAIN_ITEM_CLASSES(X) \
     X(TAsset, TFinItem) \
     X(TClassAsset, TFinItem) \
-    X(TAssetHeader, TFinItem) \
-    X(TPortfolio, TPortfolioBaseShares) \
     X(TMortgage, TFinItem) \
     X(TInsurance, TFinItem) \
     X(TChildCare, TFinItem) \
@@ -25,7 +22,6 @@
     X(TEligCap, TFinItem) \
     X(TFranch, TFinItem) \
     X(TLineOfCredit, TFinItem) \
-    X(TBankAccount, TFinItem) \
     X(TCreditCard, TFinItem) \
     X(TPCDebt, TFinItem) \
     X(TPCShares, TFinItem) \
@@ -33,29 +29,20 @@
     X(TFinanced, TFinItem) \
     X(TBusBuild, TFinItem) \
     X(TInvMort, TFinItem) \
-    X(TRetPlan, TPortfolio) \
     X(TInsurance100, TFinItem) \
-    X(TRESP, TPortfolio) \
     X(TInsuranceWL, TFinItem) \
     X(TInsuranceUL, TFinItem) \
     X(TCIInsurance, TFinItem) \
     X(TLTCInsurance, TFinItem) \
     X(TDInsurance, TFinItem) \
     X(TPartnership, TFinItem) \
-    X(TRRIF, TRetPlan) \
-    X(TLRIF, TRetPlan) \
-    X(TDPSP, TRetPlan) \
     X(TAnnuity, TFinItem) \
     X(TCustomDetailsItem, TFinItem) \
     X(TInsBLoan, TFinItem) \
     X(TInsPLoan, TFinItem) \
     X(TScholarship, TFinItem) \
     X(TInsuranceULPlus, TFinItem) \
-    X(TDBP, TRetPlan) \
     X(TOAS_CPP, TFinItem) \
-    X(TIPP, TRetPlan) \
-    X(TDCP, TLRIF) \
-    X(TRRSP, TDCP) \
     X(TRRSPTaxInfo, TFinItem) \
     X(TLLP, TFinItem) \
     X(THBP, TFinItem) \
@@ -74,7 +61,6 @@
     X(TMortgage100, TFinItem) \
     X(TPMF, TFinItem) \
     X(TEducationSimple, TFinItem) \
-    X(TPortfolioX, TPortfolio) \
     X(TCIInsuranceOwnership, TFinItem) \
     X(TAssetAppr, TFinItem) \
     X(TAssetDepr, TFinItem) \
@@ -88,7 +74,6 @@
     X(TBSClassAsset, TFinItem) \
     X(TBSEligCap, TFinItem) \
     X(TBSFranch, TFinItem) \
-    X(TCCShares, TFinItem) \
     X(TCorpValue, TFinItem) \
     X(TJVOwnership, TFinItem) \
     X(TSBD, TFinItem) \
@@ -126,9 +111,7 @@
     X(TBSIPPContrib, TFinItem) \
     X(TBSRCAContrib, TFinItem) \
     X(TBSDPSP, TFinItem) \
-    X(TRetPlanOwnership, TFinItem) \
     X(TInsBenefits, TFinItem) \
-    X(TRetPlanCon, TFinItem) \
     X(TVCShares, TFinItem) \
     X(TBSRRSP, TFinItem) \
     X(TBSSERP, TFinItem) \
@@ -144,14 +127,12 @@
     X(TCCDebt, TFinItem) \
     X(TVCDebt, TFinItem) \
     X(TCorpDebt, TFinItem) \
-    X(TCorpShare, TFinItem) \
     X(TCorpDInsurance, TFinItem) \
     X(TCorpCIInsurance, TFinItem) \
     X(TBSEmpLossExp, TFinItem) \
     X(TCorpBODInsurance, TFinItem) \
     X(TVCDInsurance, TFinItem) \
     X(TVCCIInsurance, TFinItem) \
-    X(TTFSA, TDCP) \
     X(TTFSALoan, TFinItem) \
     X(TInsuranceOT, TFinItem) \
     X(TBalanceSheetDetails, TFinItem) \
@@ -163,10 +144,8 @@
     X(TVCJVRentProp, TFinItem) \
     X(TVCLIInsurance, TFinItem) \
     X(TABILs, TFinItem) \
-    X(TPortfolioSeg, TPortfolioX) \
     X(TOtherDed, TFinItem) \
     X(TIncomeTrBenef, TFinItem) \
-    X(TCapitalTrBenef, TFinItem) \
     X(TTrSettlor, TFinItem) \
     X(TInstallments, TFinItem) \
     X(TTrBenefAllocation, TFinItem) \
@@ -179,7 +158,6 @@
     X(TGMWPDeposits, TFinItem) \
     X(TTaxIncDedLoss, TFinItem) \
     X(TStudentLoan, TFinItem) \
-    X(TPortTransIn, TFinItem) \
     X(TEducationExpense, TFinItem) \
     X(TREIT, TFinItem) \
     X(TSARs, TFinItem) \
@@ -196,7 +174,6 @@
     X(TBSExpensesHeader, TFinItem) \
     X(TBSLifeAnnuity, TFinItem) \
     X(TPortfolioITF, TFinItem) \
-    X(TDBPCommute, TFinItem) \
     X(TRDSP, TFinItem) \
     X(TInvInterCorpLoan, TFinItem) \
     X(TInterCorpLoan, TFinItem) \
@@ -225,7 +202,6 @@
     X(TRetPlanConWithRatedHandler, TFinItem) \
     X(TTrustDistributions, TFinItem) \
     X(TLoanToPartnership, TFinItem) \
-    X(TFHSA, TDCP) \
     X(TFHSADeduction, TFinItem) \
     X(TEPSPPlan, TFinItem) \
     X(TRedemptionsList, TFinItem) \

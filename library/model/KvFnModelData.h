@@ -145,6 +145,10 @@ public:
     // The text that names the model when it is handed on whole (the import's mode 1).
     std::string IdentifyingText() const;
 
+    // Filled by the item lookups when the caller passes no list of its own;
+    // the items belong to the model.
+    std::vector<TFinItem*> ResultList;
+
     TModelHeader Header;
     std::vector<TToDoData> ToDo;
     std::vector<std::string> Texts;            // section 6, name=value lines

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <functional>
 #include <fstream>
 #include <iterator>
 
@@ -88,6 +89,13 @@ void Fill(kv::TModelData& m, Surroundings& s) {
     AddItem(m, nullptr, s.Entry(D::TFSA), -105, "TFSA", 20000);
     auto* bank = AddItem(m, nullptr, s.Entry(D::BankAccount), 106, "Chequing", 300);
     bank->Shares = std::make_unique<kv::TSharesList>();   // present but empty
+
+    // The items' settings come from the properties just set.
+    std::function<void(kv::TFinItem&)> decode = [&](kv::TFinItem& item) {
+        item.DecodeSpecProps();
+        for (auto& c : item.Children) decode(*c);
+    };
+    for (const auto& item : m.Items()) decode(*item);
 
     m.ToDo.push_back({1, 2, "Call", "Clients", "Ask about | the cottage", 45123.25, true});
     m.Texts = {"CGRate=0.5", "PortGrowCoefs=1;2.5;x", "Other=1"};
@@ -354,7 +362,8 @@ TEST_F(ModelFile, AFailedSaveLeavesTheOriginalIntact) {
 
 TEST_F(ModelFile, PropertyCountOfTheOlderLayoutMustMatch) {
     auto m = s.NewModel(0, path);
-    auto* item = AddItem(*m, nullptr, s.Entry(D::NonReg), 1, "A", 1);
+    // A plain record: its properties are written exactly as given.
+    auto* item = m->Add(std::make_unique<kv::TFinItem>(s.Entry(D::NonReg), m.get(), 1));
     item->SpecProps.Set("RATE", "5");
     item->SpecProps.Set("NOWVAL", "7");
     m->Save(kv::TFileLayout::Sequential, 40000);

@@ -1,0 +1,98 @@
+// Special properties described as tables: key, type, default and the field
+// they fill. One table per class serves both decoding and encoding, so the two
+// cannot drift apart.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "items/KvFnFinItems.h"
+
+namespace kv {
+
+template <class C>
+struct TPropDesc {
+    enum class Type { Int, Float, Text, Flag };
+    const char* Key;
+    Type Kind;
+    std::int32_t C::*IntField = nullptr;
+    double C::*FloatField = nullptr;
+    std::string C::*TextField = nullptr;
+    bool C::*FlagField = nullptr;
+    std::int32_t IntDefault = 0;
+    double FloatDefault = 0;
+    const char* Literal = nullptr;   // a flag is true exactly when the text equals it
+};
+
+template <class C>
+constexpr TPropDesc<C> IntProp(const char* key, std::int32_t C::*field, std::int32_t def = 0) {
+    TPropDesc<C> d{key, TPropDesc<C>::Type::Int};
+    d.IntField = field;
+    d.IntDefault = def;
+    return d;
+}
+
+template <class C>
+constexpr TPropDesc<C> FloatProp(const char* key, double C::*field, double def = 0) {
+    TPropDesc<C> d{key, TPropDesc<C>::Type::Float};
+    d.FloatField = field;
+    d.FloatDefault = def;
+    return d;
+}
+
+template <class C>
+constexpr TPropDesc<C> TextProp(const char* key, std::string C::*field) {
+    TPropDesc<C> d{key, TPropDesc<C>::Type::Text};
+    d.TextField = field;
+    return d;
+}
+
+template <class C>
+constexpr TPropDesc<C> FlagProp(const char* key, bool C::*field, const char* literal) {
+    TPropDesc<C> d{key, TPropDesc<C>::Type::Flag};
+    d.FlagField = field;
+    d.Literal = literal;
+    return d;
+}
+
+// A missing or unreadable value takes the table's default.
+template <class C, std::size_t N>
+void DecodeProps(C& obj, const TSpecProps& props, const TPropDesc<C> (&table)[N]) {
+    using T = typename TPropDesc<C>::Type;
+    for (const auto& d : table) {
+        switch (d.Kind) {
+        case T::Int: obj.*d.IntField = props.GetInt(d.Key, d.IntDefault); break;
+        case T::Float: obj.*d.FloatField = props.GetFloat(d.Key, d.FloatDefault); break;
+        case T::Text: obj.*d.TextField = props.GetText(d.Key); break;
+        case T::Flag: obj.*d.FlagField = props.GetFlag(d.Key, d.Literal); break;
+        }
+    }
+}
+
+// Values equal to their default are left out, as are empty texts and false flags.
+template <class C, std::size_t N>
+void EncodeProps(const C& obj, TSpecProps& props, const TPropDesc<C> (&table)[N]) {
+    using T = typename TPropDesc<C>::Type;
+    for (const auto& d : table) {
+        switch (d.Kind) {
+        case T::Int:
+            if (obj.*d.IntField != d.IntDefault) props.SetInt(d.Key, obj.*d.IntField);
+            else props.Remove(d.Key);
+            break;
+        case T::Float:
+            if (obj.*d.FloatField != d.FloatDefault) props.SetFloat(d.Key, obj.*d.FloatField);
+            else props.Remove(d.Key);
+            break;
+        case T::Text:
+            if (!(obj.*d.TextField).empty()) props.Set(d.Key, obj.*d.TextField);
+            else props.Remove(d.Key);
+            break;
+        case T::Flag:
+            if (obj.*d.FlagField) props.Set(d.Key, d.Literal);
+            else props.Remove(d.Key);
+            break;
+        }
+    }
+}
+
+} // namespace kv
