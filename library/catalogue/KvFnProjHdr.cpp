@@ -220,19 +220,6 @@ std::string LowerAscii(std::string_view s) {
     return r;
 }
 
-// Listing order: ASCII case-insensitive, then the bytes, so equal-looking names
-// still come out in one fixed order.
-bool ListingLess(const std::string& a, const std::string& b) {
-    const std::size_t n = std::min(a.size(), b.size());
-    for (std::size_t i = 0; i < n; ++i) {
-        const unsigned char x = static_cast<unsigned char>(LowerAscii(a[i]));
-        const unsigned char y = static_cast<unsigned char>(LowerAscii(b[i]));
-        if (x != y) return x < y;
-    }
-    if (a.size() != b.size()) return a.size() < b.size();
-    return a < b;
-}
-
 // '*' any run, '?' one byte, everything else itself with ASCII case ignored.
 bool WildcardMatch(std::string_view pattern, std::string_view name) {
     std::size_t p = 0, n = 0, star = std::string_view::npos, mark = 0;
@@ -254,25 +241,95 @@ bool WildcardMatch(std::string_view pattern, std::string_view name) {
     return p == pattern.size();
 }
 
-struct TListing {
-    std::vector<std::string> dirs;          // matching sub-directories, in listing order
-    std::unordered_set<std::string> taken;  // every entry's name, lower case
-};
+// One listing of a directory, kept up to date with the renames the scan makes
+// itself, so that no step lists the directory again. An entry also keeps the
+// header read from its folder, for the last step.
+class TDirTable {
+public:
+    struct Entry {
+        std::string name;
+        std::string lower;
+        bool isDir = false;
+        std::unique_ptr<TProjHdr> hdr;
+    };
 
-TListing ListDir(const std::string& dir, std::string_view pattern) {
-    TListing l;
-    if (dir.empty()) return l;
-    std::error_code ec;
-    fs::directory_iterator it(dir, ec);
-    for (; !ec && it != fs::directory_iterator(); it.increment(ec)) {
-        std::string name = it->path().filename().string();
-        l.taken.insert(LowerAscii(name));
-        std::error_code ec2;
-        if (WildcardMatch(pattern, name) && it->is_directory(ec2)) l.dirs.push_back(std::move(name));
+    explicit TDirTable(const std::string& dir) {
+        if (dir.empty()) return;
+        std::error_code ec;
+        fs::directory_iterator it(dir, ec);
+        for (; !ec && it != fs::directory_iterator(); it.increment(ec)) {
+            std::error_code ec2;
+            Entry e;
+            e.name = it->path().filename().string();
+            e.lower = LowerAscii(e.name);
+            e.isDir = it->is_directory(ec2);
+            entries_.push_back(std::move(e));
+        }
     }
-    std::sort(l.dirs.begin(), l.dirs.end(), ListingLess);
-    return l;
-}
+
+    // Indices of the sub-directories matching pattern, in listing order. They
+    // stay valid until the next call.
+    std::vector<std::size_t> Dirs(std::string_view pattern) {
+        Sort();
+        std::vector<std::size_t> dirs;
+        for (std::size_t i = 0; i < entries_.size(); ++i)
+            if (entries_[i].isDir && WildcardMatch(pattern, entries_[i].name)) dirs.push_back(i);
+        return dirs;
+    }
+    Entry& operator[](std::size_t i) { return entries_[i]; }
+
+    // An entry of this name, ASCII case ignored (files count as well).
+    bool Taken(const std::string& name) {
+        BuildLower();
+        return lowerCount_.count(LowerAscii(name)) != 0;
+    }
+    bool IsDir(const std::string& name) {
+        Sort();
+        const std::string lower = LowerAscii(name);
+        auto it = std::lower_bound(entries_.begin(), entries_.end(), std::pair{&lower, &name},
+                                   [](const Entry& e, const auto& key) { return Less(e, *key.first, *key.second); });
+        return it != entries_.end() && it->name == name && it->isDir;
+    }
+    std::vector<std::string> LowerNames() const {
+        std::vector<std::string> names;
+        for (const Entry& e : entries_) names.push_back(e.lower);
+        return names;
+    }
+    void Rename(std::size_t i, const std::string& to) {
+        Entry& e = entries_[i];
+        if (lowerBuilt_) {
+            if (auto l = lowerCount_.find(e.lower); l != lowerCount_.end() && --l->second == 0) lowerCount_.erase(l);
+            ++lowerCount_[LowerAscii(to)];
+        }
+        e.name = to;
+        e.lower = LowerAscii(to);
+        e.hdr.reset();
+        sorted_ = false;
+    }
+
+private:
+    // Listing order: ASCII case ignored (letters lowered, as strcasecmp), then
+    // the bytes, so that names equal but for case still have one fixed order.
+    static bool Less(const Entry& e, const std::string& lower, const std::string& name) {
+        const int c = e.lower.compare(lower);
+        return c != 0 ? c < 0 : e.name < name;
+    }
+    void Sort() {
+        if (sorted_) return;
+        std::sort(entries_.begin(), entries_.end(), [](const Entry& a, const Entry& b) { return Less(a, b.lower, b.name); });
+        sorted_ = true;
+    }
+    void BuildLower() {
+        if (lowerBuilt_) return;
+        for (const Entry& e : entries_) ++lowerCount_[e.lower];
+        lowerBuilt_ = true;
+    }
+
+    std::vector<Entry> entries_;
+    bool sorted_ = false;
+    std::unordered_map<std::string, int> lowerCount_;  // built on first use
+    bool lowerBuilt_ = false;
+};
 
 bool IsDirectory(const std::string& path) {
     std::error_code ec;
@@ -316,17 +373,17 @@ TProjHdr& TProjHdrLst::Get(std::int32_t index) const {
 
 namespace {
 
-// The header of a client folder, from the alternate directory when it holds a
-// copy and may be used, else from the data directory; null when neither has it.
-std::unique_ptr<TProjHdr> ReadFolderHeader(const std::string& name, const std::string& dataDir,
-                                           const std::string& altDir, std::uint8_t kind) {
-    std::string base;
+// Where a client folder's header is read: the alternate directory when it
+// holds a copy and may be used ("_db" matched with case ignored, like the
+// listing), else the data directory when the folder is there; "" for neither.
+std::string HeaderBase(const std::string& name, bool inDataDir, const std::string& dataDir,
+                       const std::string& altDir) {
     if (ContainsDb(name) && !altDir.empty() && !ProgramSettings().ForbidAltDir && IsDirectory(altDir + name))
-        base = altDir;
-    else if (IsDirectory(dataDir + name))
-        base = dataDir;
-    else
-        return nullptr;
+        return altDir;
+    return inDataDir ? dataDir : std::string();
+}
+
+std::unique_ptr<TProjHdr> ReadFolderHeader(const std::string& name, const std::string& base, std::uint8_t kind) {
     auto hdr = std::make_unique<TProjHdr>(kind, ModelsFileName, name, base);
     try {
         hdr->LoadHeader();
@@ -343,68 +400,55 @@ std::unique_ptr<TProjHdr> ReadFolderHeader(const std::string& name, const std::s
 void TProjHdrLst::Load(bool includeAlternate) {
     Clear();
     std::vector<std::unique_ptr<TProjHdr>> items;  // the list stays empty when a header fails
+    TDirTable table(dataDir_);
 
     // 1. Legacy folders "db*" take the first free "<prefix>db<n>".
     {
-        TListing l = ListDir(dataDir_, "db*");
         int n = 1;  // only grows: every move takes a name and frees none of this form
-        for (auto it = l.dirs.rbegin(); it != l.dirs.rend(); ++it) {
-            while (l.taken.count(LowerAscii(prefix_ + "db" + std::to_string(n)))) ++n;
+        const std::vector<std::size_t> dirs = table.Dirs("db*");
+        for (auto it = dirs.rbegin(); it != dirs.rend(); ++it) {
+            while (table.Taken(prefix_ + "db" + std::to_string(n))) ++n;
             const std::string target = prefix_ + "db" + std::to_string(n);
-            if (RenameNoReplace(dataDir_ + *it, dataDir_ + target)) {
-                l.taken.erase(LowerAscii(*it));
-                l.taken.insert(LowerAscii(target));
-            }
+            if (RenameNoReplace(dataDir_ + table[*it].name, dataDir_ + target)) table.Rename(*it, target);
         }
     }
 
-    // 2. Client folders take their client's name. Headers read here are kept
-    // for step 4 when their folder keeps its name.
-    std::unordered_map<std::string, std::unique_ptr<TProjHdr>> read;
+    // 2. Client folders take their client's name. A header read here is kept
+    // for step 4 when its folder keeps its name.
     {
-        TListing l = ListDir(dataDir_, prefix_ + "db*");
-        for (auto it = l.dirs.rbegin(); it != l.dirs.rend(); ++it) {
-            const std::string& name = *it;
-            std::unique_ptr<TProjHdr> hdr = ReadFolderHeader(name, dataDir_, altDir_, kind_);
-            if (!hdr) continue;
-            const std::size_t first = name.find('_');
-            const std::size_t second = name.find('_', first + 1);
-            const std::string target = name.substr(0, second) + "_" + FolderSafe(hdr->Name);
-            if (target == name) {
-                read.emplace(name, std::move(hdr));
-                continue;
-            }
-            const std::string lower = LowerAscii(target);
-            const bool free = !l.taken.count(lower) || lower == LowerAscii(name);
-            if (free && RenameNoReplace(dataDir_ + name, dataDir_ + target)) {
-                l.taken.erase(LowerAscii(name));
-                l.taken.insert(lower);
-            } else {
-                read.emplace(name, std::move(hdr));
-            }
+        const std::vector<std::size_t> dirs = table.Dirs(prefix_ + "db*");
+        for (auto it = dirs.rbegin(); it != dirs.rend(); ++it) {
+            TDirTable::Entry& e = table[*it];
+            std::unique_ptr<TProjHdr> hdr = ReadFolderHeader(e.name, HeaderBase(e.name, true, dataDir_, altDir_), kind_);
+            const std::size_t first = e.name.find('_');
+            const std::size_t second = e.name.find('_', first + 1);
+            const std::string target = e.name.substr(0, second) + "_" + FolderSafe(hdr->Name);
+            const bool free = target != e.name && (!table.Taken(target) || LowerAscii(target) == e.lower);
+            if (free && RenameNoReplace(dataDir_ + e.name, dataDir_ + target))
+                table.Rename(*it, target);
+            else
+                e.hdr = std::move(hdr);
         }
     }
 
     // 3. and 4.
-    std::vector<std::string> names;
-    if (includeAlternate && !altDir_.empty()) names = ListDir(altDir_, "_db").dirs;
-    {
-        TListing l = ListDir(dataDir_, prefix_ + "db*");
-        names.insert(names.end(), l.dirs.begin(), l.dirs.end());
-    }
-    items.reserve(names.size());
-    for (const std::string& name : names) {
-        std::unique_ptr<TProjHdr> hdr;
-        if (auto it = read.find(name); it != read.end() && it->second) {
-            const bool sameBase = it->second->BaseDir == ((ContainsDb(name) && !altDir_.empty() &&
-                                                          !ProgramSettings().ForbidAltDir &&
-                                                          IsDirectory(altDir_ + name))
-                                                             ? altDir_
-                                                             : dataDir_);
-            if (sameBase) hdr = std::move(it->second);
+    if (includeAlternate && !altDir_.empty()) {
+        TDirTable alt(altDir_);
+        for (std::size_t i : alt.Dirs("_db")) {
+            const std::string& name = alt[i].name;
+            const std::string base = HeaderBase(name, table.IsDir(name), dataDir_, altDir_);
+            if (!base.empty()) items.push_back(ReadFolderHeader(name, base, kind_));
         }
-        if (!hdr) hdr = ReadFolderHeader(name, dataDir_, altDir_, kind_);
-        if (hdr) items.push_back(std::move(hdr));
+    }
+    const std::vector<std::size_t> dirs = table.Dirs(prefix_ + "db*");
+    items.reserve(items.size() + dirs.size());
+    for (std::size_t i : dirs) {
+        TDirTable::Entry& e = table[i];
+        const std::string base = HeaderBase(e.name, true, dataDir_, altDir_);
+        if (e.hdr && e.hdr->BaseDir == base)
+            items.push_back(std::move(e.hdr));
+        else
+            items.push_back(ReadFolderHeader(e.name, base, kind_));
     }
     items_ = std::move(items);
 }
@@ -416,10 +460,9 @@ TProjHdr* TProjHdrLst::FindByName(const std::string& name) const noexcept {
 }
 
 std::string TProjHdrLst::NewDirName() const {
-    const TListing l = ListDir(dataDir_, "*");
     std::unordered_set<std::string> used;
     const std::string lowerPrefix = LowerAscii(prefix_ + "db");
-    for (const std::string& entry : l.taken) {
+    for (const std::string& entry : TDirTable(dataDir_).LowerNames()) {
         if (entry.compare(0, lowerPrefix.size(), lowerPrefix) != 0) continue;
         const std::size_t bar = entry.find('_', lowerPrefix.size());
         used.insert(entry.substr(lowerPrefix.size(), bar == std::string::npos ? std::string::npos : bar - lowerPrefix.size()));
