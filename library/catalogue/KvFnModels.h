@@ -40,6 +40,8 @@ struct TModel {
     std::int32_t Int488 = 0;      // 488
     std::int32_t Int492 = 0;      // 492
     std::array<std::uint8_t, BlockSize> Block{};  // 496: kept as it is
+
+    bool operator==(const TModel&) const = default;
 };
 
 // A solution list. Entries are owned and never move in memory, so a model may

@@ -242,25 +242,7 @@ kv::TModels SampleList(bool enciphered) {
 
 void ExpectSameEntries(const kv::TModels& a, const kv::TModels& b) {
     ASSERT_EQ(a.Count(), b.Count());
-    for (std::int32_t i = 0; i < a.Count(); ++i) {
-        const kv::TModel& x = a.Get(i);
-        const kv::TModel& y = b.Get(i);
-        EXPECT_EQ(x.Name, y.Name);
-        EXPECT_EQ(x.ID, y.ID);
-        EXPECT_EQ(x.Number3, y.Number3);
-        EXPECT_EQ(x.Number4, y.Number4);
-        EXPECT_EQ(x.ID2, y.ID2);
-        EXPECT_EQ(x.Name2, y.Name2);
-        EXPECT_EQ(x.FolderNo, y.FolderNo);
-        EXPECT_EQ(x.KeyValue1, y.KeyValue1);
-        EXPECT_EQ(x.KeyValue2, y.KeyValue2);
-        EXPECT_EQ(x.KeyValue3, y.KeyValue3);
-        EXPECT_EQ(x.Byte476, y.Byte476);
-        EXPECT_EQ(x.Words480, y.Words480);
-        EXPECT_EQ(x.Int488, y.Int488);
-        EXPECT_EQ(x.Int492, y.Int492);
-        EXPECT_EQ(x.Block, y.Block);
-    }
+    for (std::int32_t i = 0; i < a.Count(); ++i) EXPECT_TRUE(a.Get(i) == b.Get(i)) << "entry " << i << ": " << b.Get(i).Name;
 }
 
 std::vector<std::uint8_t> SaveList(const kv::TModels& m, std::uint8_t kind) {
