@@ -883,6 +883,13 @@ std::string TLibAllocYear::EncodeAs(std::int32_t version) const {
     if (l.Prefix) out = std::to_string(version);
     for (int c = 0; c < ClsCount; ++c) {
         put(cls_[c]);
+        // A first field that reads as a version number would select that
+        // version on reading; ".0" keeps it a plain share.
+        if (c == 0 && !l.Prefix) {
+            TLayout probe;
+            std::int32_t v = 0;
+            if (TryModelTextToInt(out, v) && v != kVersionCurrent && LayoutOf(v, probe)) out += ".0";
+        }
         if (!l.Subs) continue;
         const auto& list = lists_[ListOfCls(c)];
         for (int s = 0; s < SubClsCount; ++s) {

@@ -186,6 +186,22 @@ TEST(AllocationText, DefectiveTextsReadWhatTheyCan) {
     }
 }
 
+// A class-0 share equal to a version number must not read as that version.
+TEST(AllocationText, FirstShareNeverPassesForAVersion) {
+    for (double v : {200507.0, 201404.0, 201001.0, -200507.0}) {
+        TLibAllocYear y;
+        y.SetClsShare(0, v);
+        y.SetClsShare(1, 0.5);
+        TLibAllocYear back;
+        EXPECT_TRUE(back.Decode(y.Encode())) << y.Encode().substr(0, 12);
+        EXPECT_EQ(back.GetClsShare(0), v);
+        EXPECT_EQ(back.GetClsShare(1), 0.5);
+    }
+    TLibAllocYear y;
+    y.SetClsShare(0, 201304);
+    EXPECT_EQ(y.Encode().substr(0, 9), "201304.0;");
+}
+
 // The text carries no counts: the year's own counts lay it out.
 TEST(AllocationText, LayoutFollowsTheYearsCounts) {
     TLibAllocYear y;
