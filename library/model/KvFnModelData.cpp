@@ -10,6 +10,7 @@
 #include "KvErrors.h"
 #include "KvSettings.h"
 #include "catalogue/KvFnModels.h"
+#include "catalogue/KvFnProjHdr.h"
 #include "decl/KvModelFormat.h"
 #include "entries/KvFnEntries.h"
 #include "files/KvFnBufFile.h"
@@ -168,7 +169,13 @@ void TModelData::Load(TBufReadFile& r, std::uint8_t flag) {
     r.SetPosition(0);
     const std::int32_t magic = r.ReadInt();
     const bool sectioned = magic == SectionedMagic(kind_) && (kind_ <= 2 || kind_ == 4);
-    ReadSections(r, sectioned, flag);
+    try {
+        ReadSections(r, sectioned, flag);
+    } catch (const EInvalidDataIn&) {
+        throw;
+    } catch (const EInvalidData&) {
+        throw EInvalidDataIn(path_);   // a wrong key: say which file
+    }
     CurrentIndex = -1;
 }
 

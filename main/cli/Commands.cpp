@@ -9,7 +9,15 @@
 #include "cli/GridFormat.h"
 #include "core/Allocation.h"
 #include "core/CsvInput.h"
+#include "core/Vocabulary.h"
 #include "core/Totals.h"
+#include "demo/DemoData.h"
+#include "import/ImportSession.h"
+#include "model/KvFnModelData.h"
+#include "model/KvFnParty.h"
+
+#include <QJsonArray>
+#include <QJsonObject>
 
 namespace tessary {
 
@@ -67,9 +75,162 @@ QString RunAllocate(const QStringList& args) {
                            parser.isSet(QStringLiteral("json")));
 }
 
+// Options the import commands share.
+void AddImportOptions(QCommandLineParser& parser, bool core) {
+    parser.addOption({QStringLiteral("product"), QStringLiteral("MD, BS or QR."), QStringLiteral("product")});
+    parser.addOption({QStringLiteral("data-dir"), QStringLiteral("The product's client files."), QStringLiteral("dir")});
+    parser.addOption({QStringLiteral("data-root"), QStringLiteral("Folder with <product>/Data and <product>/Core."),
+                      QStringLiteral("dir")});
+    parser.addOption({QStringLiteral("key"), QStringLiteral("Client-file key."), QStringLiteral("key")});
+    (void)core;   // accepted by every command; only the solution steps read it
+    parser.addOption({QStringLiteral("core-dir"), QStringLiteral("The product's shared data (Entries.dat)."),
+                          QStringLiteral("dir")});
+}
+
+// A session that has made the product choice the options name.
+std::unique_ptr<TImportSession> OpenSession(const QCommandLineParser& parser) {
+    const int kind = ProductKindOf(Required(parser, QStringLiteral("product")));
+    if (kind < 0) throw CliError(QStringLiteral("Unknown product \"%1\" (MD, BS or QR)").arg(parser.value("product")).toStdString());
+    ApplyClientKey(parser.value(QStringLiteral("key")));
+    TFolderOverrides o;
+    o.DataRoot = parser.value(QStringLiteral("data-root"));
+    o.DataDir = parser.value(QStringLiteral("data-dir"));
+    o.CoreDir = parser.value(QStringLiteral("core-dir"));
+    auto session = std::make_unique<TImportSession>(o);
+    session->ChooseProduct(static_cast<std::uint8_t>(kind));
+    return session;
+}
+
+void ChooseFileNamed(TImportSession& session, const QString& name) {
+    if (session.DataDir().isEmpty())
+        throw CliError(QStringLiteral("No data directory is configured for %1 (use --data-dir or --data-root)")
+                           .arg(ProductKey(session.Kind()))
+                           .toStdString());
+    const int index = session.FindFile(name);
+    if (index < 0)
+        throw CliError(QStringLiteral("No client file \"%1\" in %2").arg(name, session.DataDir()).toStdString());
+    session.ChooseFile(index);
+}
+
+void ChooseSolutionNamed(TImportSession& session, const QString& name) {
+    const int index = session.FindSolution(name);
+    if (index < 0)
+        throw CliError(QStringLiteral("No solution \"%1\" in client file \"%2\"")
+                           .arg(name, session.FileNames().value(session.CurrentFile()))
+                           .toStdString());
+    session.ChooseSolution(index);
+}
+
+QString Lines(const QStringList& lines) { return lines.isEmpty() ? QString() : lines.join(QLatin1Char('\n')) + QLatin1Char('\n'); }
+
+QString RunFiles(const QStringList& args) {
+    QCommandLineParser parser;
+    AddImportOptions(parser, false);
+    Parse(parser, args);
+    return Lines(OpenSession(parser)->FileNames());
+}
+
+QString RunSolutions(const QStringList& args) {
+    QCommandLineParser parser;
+    AddImportOptions(parser, false);
+    parser.addOption({QStringLiteral("file"), QStringLiteral("Client file name."), QStringLiteral("name")});
+    Parse(parser, args);
+    auto session = OpenSession(parser);
+    ChooseFileNamed(*session, Required(parser, QStringLiteral("file")));
+    return Lines(session->SolutionNames());
+}
+
+QString RunParties(const QStringList& args) {
+    QCommandLineParser parser;
+    AddImportOptions(parser, true);
+    parser.addOption({QStringLiteral("file"), QStringLiteral("Client file name."), QStringLiteral("name")});
+    parser.addOption({QStringLiteral("solution"), QStringLiteral("Solution name."), QStringLiteral("name")});
+    Parse(parser, args);
+    auto session = OpenSession(parser);
+    ChooseFileNamed(*session, Required(parser, QStringLiteral("file")));
+    ChooseSolutionNamed(*session, Required(parser, QStringLiteral("solution")));
+    QStringList lines;
+    for (const kv::TParticipant* p : session->Parties()) lines << PartyName(*p);
+    if (session->HolderListShown()) {
+        lines << session->HolderFirstText();
+        for (const kv::TParticipant* p : session->Holders()) lines << PartyName(*p);
+    }
+    return Lines(lines);
+}
+
+const kv::TParticipant* FindParty(const std::vector<kv::TParticipant*>& list, const QString& name, const char* what) {
+    for (const kv::TParticipant* p : list)
+        if (PartyName(*p) == name) return p;
+    throw CliError(QStringLiteral("No %1 \"%2\" in the solution").arg(QLatin1String(what), name).toStdString());
+}
+
+QString RunImport(const QStringList& args) {
+    QCommandLineParser parser;
+    AddImportOptions(parser, true);
+    parser.addOption({QStringLiteral("file"), QStringLiteral("Client file name."), QStringLiteral("name")});
+    parser.addOption({QStringLiteral("solution"), QStringLiteral("Solution name."), QStringLiteral("name")});
+    parser.addOption({QStringLiteral("party"), QStringLiteral("Party whose accounts are imported."), QStringLiteral("name")});
+    parser.addOption({QStringLiteral("holder"), QStringLiteral("Shareholder or beneficiary."), QStringLiteral("name")});
+    parser.addOption({QStringLiteral("json"), QStringLiteral("Print the result as JSON.")});
+    Parse(parser, args);
+    auto session = OpenSession(parser);
+    ChooseFileNamed(*session, Required(parser, QStringLiteral("file")));
+    ChooseSolutionNamed(*session, Required(parser, QStringLiteral("solution")));
+    const kv::TParticipant* party = FindParty(session->Parties(), Required(parser, QStringLiteral("party")), "party");
+    const kv::TParticipant* holder = nullptr;
+    const QString holderName = parser.value(QStringLiteral("holder"));
+    if (!holderName.isEmpty() && holderName != session->HolderFirstText()) {
+        if (!session->HolderListShown()) throw CliError("A holder is chosen only for the BS and QR products");
+        holder = FindParty(session->Holders(), holderName, "holder");
+    }
+    const auto entries = session->Collect(party, holder);
+    const int column = TargetColumn(session->Kind());
+    if (parser.isSet(QStringLiteral("json"))) {
+        QJsonArray list;
+        for (const TImportEntry& e : entries) {
+            QJsonObject o;
+            bool ok = false;
+            const int kind = QString::fromStdString(e.KindText).toInt(&ok);
+            o.insert(QStringLiteral("kind"), ok ? kind : 1);
+            o.insert(QStringLiteral("amount"), e.Amount);
+            list.append(o);
+        }
+        QJsonObject doc;
+        doc.insert(QStringLiteral("column"), column);
+        doc.insert(QStringLiteral("entries"), list);
+        return QString::fromUtf8(QJsonDocument(doc).toJson(QJsonDocument::Compact)) + QLatin1Char('\n');
+    }
+    QStringList lines;
+    lines << QStringLiteral("Column %1 (%2)").arg(column).arg(QString::fromLatin1(kProductColumns[column - 1].data()));
+    for (const TImportEntry& e : entries) {
+        bool ok = false;
+        const int kind = QString::fromStdString(e.KindText).toInt(&ok);
+        lines << QStringLiteral("%1\t%2\t%3")
+                     .arg(QString::fromStdString(e.KindText),
+                          QString::fromUtf8(AccountKindLabel(ok ? kind : 1).data()), QString::number(e.Amount));
+    }
+    return Lines(lines);
+}
+
+QString RunDemoData(const QStringList& args) {
+    QCommandLineParser parser;
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+    if (!parser.parse(args)) throw CliError(parser.errorText().toStdString());
+    const QStringList dirs = parser.positionalArguments();
+    if (dirs.size() != 1) throw CliError("demo-data needs one folder: tessary-cli demo-data DIR");
+    WriteDemoData(QFile::encodeName(dirs.first()).toStdString());
+    return QStringLiteral("Demo client files written to %1 (client-file key \"%2\")\n")
+        .arg(dirs.first(), QLatin1String(kDemoClientKey));
+}
+
 const std::map<QString, Command>& Commands() {
     static const std::map<QString, Command> commands = {
         {QStringLiteral("allocate"), RunAllocate},
+        {QStringLiteral("files"), RunFiles},
+        {QStringLiteral("solutions"), RunSolutions},
+        {QStringLiteral("parties"), RunParties},
+        {QStringLiteral("import"), RunImport},
+        {QStringLiteral("demo-data"), RunDemoData},
     };
     return commands;
 }
@@ -79,7 +240,17 @@ QString Usage() {
         "Usage: tessary-cli <command> [options]\n"
         "Commands:\n"
         "  allocate --accounts A.csv --classes C.csv [--json]\n"
-        "      Splits the accounts over the asset classes and prints the result grid.\n");
+        "      Splits the accounts over the asset classes and prints the result grid.\n"
+        "  files --product MD|BS|QR [--data-dir D]\n"
+        "  solutions --product P --file NAME [--data-dir D]\n"
+        "  parties --product P --file NAME --solution NAME [--data-dir D] [--core-dir C]\n"
+        "      The party list, then for BS and QR the holder list.\n"
+        "  import --product P --file NAME --solution NAME --party NAME [--holder NAME]\n"
+        "         [--data-dir D] [--core-dir C] [--key K] [--json]\n"
+        "      Lists, and imports from, the client files of Meridel (MD), Basalto (BS) and Quorren (QR).\n"
+        "      --data-root R takes the folders R/<product>/Data and R/<product>/Core.\n"
+        "  demo-data DIR\n"
+        "      Writes demo client files of the three products into the new folder DIR.\n");
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <set>
 
+#include "core/OriginalSort.h"
 #include "core/Vocabulary.h"
 
 namespace tessary {
@@ -14,32 +15,6 @@ int CompareKeys(const std::string& a, const std::string& b) {
     // Keys are decimal texts; case never matters, order is plain text order.
     int c = a.compare(b);
     return (c > 0) - (c < 0);
-}
-
-void QuickSort(std::vector<TAccTypeEntry>& list, int l, int r) {
-    // Same partitioning as the original list class, so equal keys land where
-    // they landed there.
-    int i, j, p;
-    do {
-        i = l;
-        j = r;
-        p = (l + r) >> 1;
-        do {
-            while (CompareKeys(list[i].key, list[p].key) < 0) ++i;
-            while (CompareKeys(list[j].key, list[p].key) > 0) --j;
-            if (i <= j) {
-                if (i != j) std::swap(list[i], list[j]);
-                if (p == i)
-                    p = j;
-                else if (p == j)
-                    p = i;
-                ++i;
-                --j;
-            }
-        } while (i <= j);
-        if (l < j) QuickSort(list, l, j);
-        l = i;
-    } while (i < r);
 }
 
 bool GreaterOrNaN(double v) { return v > 0 || std::isnan(v); }
@@ -60,7 +35,7 @@ std::int32_t ColumnPosition(std::int32_t t, const std::vector<TAccTypeEntry>& li
 }
 
 void SortWorkingList(std::vector<TAccTypeEntry>& list) {
-    if (list.size() > 1) QuickSort(list, 0, static_cast<int>(list.size()) - 1);
+    TextListSort(list, [](const TAccTypeEntry& a, const TAccTypeEntry& b) { return CompareKeys(a.key, b.key); });
 }
 
 void CalculateAllocation(TGrid& grdAccounts, TGrid& grdClasses, TGrid& grdResult, int addAccWidth) {

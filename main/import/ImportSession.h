@@ -1,0 +1,128 @@
+// The import's choice steps (product, client file, solution, party) and its
+// collection of account amounts: one implementation for the dialog and the
+// command line.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "core/ImportMerge.h"
+
+namespace kv {
+class TEntries;
+class TModelData;
+class TModels;
+class TParticipant;
+class TProjHdr;
+class TProjHdrLst;
+} // namespace kv
+
+namespace tessary {
+
+// Product key of a product kind: "Meridel", "Basalto", "Quorren".
+QString ProductKey(std::uint8_t kind);
+// Product kind of "MD"/"BS"/"QR" (any case) or of a product key; -1 if none.
+int ProductKindOf(const QString& text);
+
+// %NAME% references replaced from the environment; unknown names give "".
+QString ExpandEnvironment(const QString& text);
+// A product's configured folder ("DataDir" or "CoreDir"), read only; empty
+// when it cannot be read.
+QString ReadProductValue(const QString& productKey, const QString& valueName);
+
+// The configured client-file key: the option, else TESSARY_CLIENT_KEY, else
+// the program's setting "Keys/ClientFileKey".
+QString ConfiguredClientKey(const QString& option);
+// Makes it the library's key for this run.
+void ApplyClientKey(const QString& option);
+
+// Where a run takes its folders from instead of the configuration.
+struct TFolderOverrides {
+    QString DataRoot;   // ROOT/<product key>/Data and ROOT/<product key>/Core
+    QString DataDir;
+    QString CoreDir;
+};
+
+class TImportSession {
+public:
+    explicit TImportSession(TFolderOverrides overrides = {});
+    ~TImportSession();
+    TImportSession(const TImportSession&) = delete;
+    TImportSession& operator=(const TImportSession&) = delete;
+
+    // 0: full import (the only mode the window uses); 1: the model's identifying text.
+    int Mode = 0;
+
+    std::uint8_t Kind() const { return kind_; }
+    QString DataDir() const;
+    QString CoreDir() const;
+
+    // Product choice: scans the product's data directory and orders its client
+    // files by rendered date-time, descending. Loading errors propagate.
+    void ChooseProduct(std::uint8_t kind);
+    int FileCount() const { return static_cast<int>(files_.size()); }
+    kv::TProjHdr* File(int index) const;
+    QStringList FileNames() const;
+    int FindFile(const QString& name) const;
+
+    // File choice: loads the header and its solution lists (-1: none).
+    void ChooseFile(int index);
+    int CurrentFile() const { return file_; }
+    kv::TModels* Solutions() const;
+    QStringList SolutionNames() const;
+    int FindSolution(const QString& name) const;
+
+    // Solution choice: loads the chart of accounts and the solution's model,
+    // then lists its parties (-1: none).
+    void ChooseSolution(int index);
+    int CurrentSolution() const { return solution_; }
+    kv::TModelData* Model() const { return model_.get(); }
+    kv::TEntries* Entries() const { return entries_.get(); }
+
+    // Parties of role code 1, in list order.
+    const std::vector<kv::TParticipant*>& Parties() const { return parties_; }
+    // Corporate participants, only while the holder list is shown.
+    const std::vector<kv::TParticipant*>& Holders() const { return holders_; }
+    bool HolderListShown() const { return (kind_ == 1 || kind_ == 2) && Mode == 0; }
+    // "Select Party" / "Select Corporation" / "Select Trust".
+    QString PartyLabel() const;
+    // The holder list's first item: "" / "All Shareholders" / "All Beneficiaries".
+    QString HolderFirstText() const;
+
+    // The result list of a confirmation: kind texts and whole amounts, sorted by
+    // kind after every account. A null holder stands for the whole.
+    std::vector<TImportEntry> Collect(const kv::TParticipant* party, const kv::TParticipant* holder) const;
+    // The factor a holder's share gives (1 for the whole or a personal file).
+    double Factor(const kv::TParticipant* party, const kv::TParticipant* holder) const;
+    // Mode 1: the loaded model's identifying text.
+    QString IdentifyingText() const;
+
+private:
+    void ReleaseFile();
+    void ReleaseSolution();
+
+    TFolderOverrides overrides_;
+    std::uint8_t kind_ = 0;
+    std::unique_ptr<kv::TProjHdrLst> list_;
+    std::vector<kv::TProjHdr*> files_;
+    int file_ = -1;
+    std::unique_ptr<kv::TModels> solutions_;
+    std::unique_ptr<kv::TModels> needs_;
+    int solution_ = -1;
+    std::unique_ptr<kv::TEntries> entries_;
+    std::unique_ptr<kv::TModelData> model_;
+    std::vector<kv::TParticipant*> parties_;
+    std::vector<kv::TParticipant*> holders_;
+};
+
+// Display name of a party, as the lists show it.
+QString PartyName(const kv::TParticipant& party);
+
+// Renders a header's date-time as the window shows it (the system locale's
+// short date and time).
+QString RenderHeaderDate(double dayNumber);
+
+} // namespace tessary

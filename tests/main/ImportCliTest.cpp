@@ -1,0 +1,242 @@
+// The command line's import commands over the demo client files written into
+// a temporary folder, and over the product configuration read from a private
+// settings folder.
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QCryptographicHash>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QFileInfo>
+#include <QJsonObject>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <map>
+
+#include "cli/Commands.h"
+#include "demo/DemoData.h"
+
+using namespace tessary;
+
+namespace {
+
+QString gRootPath;   // the demo data root, written once
+
+QString Root() { return gRootPath; }
+
+CliOutput RunDemo(QStringList args) {
+    args << QStringLiteral("--data-root") << Root();
+    return RunCli(args);
+}
+
+// Every file under a folder with the hash of its bytes: what "nothing written" compares.
+std::map<QString, QByteArray> Snapshot(const QString& dir) {
+    std::map<QString, QByteArray> files;
+    QDirIterator it(dir, QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden, QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        const QString path = it.next();
+        QFile f(path);
+        QByteArray hash = "dir";
+        if (it.fileInfo().isFile() && f.open(QIODevice::ReadOnly))
+            hash = QCryptographicHash::hash(f.readAll(), QCryptographicHash::Sha256);
+        files[QDir(dir).relativeFilePath(path)] = hash;
+    }
+    return files;
+}
+
+struct TDocRow {
+    QString product, file, solution, party, holder;
+    std::vector<std::pair<int, int>> entries;
+};
+
+// The expected results documented beside the demo data.
+std::vector<TDocRow> DocumentedImports() {
+    QFile doc(QStringLiteral(TESSARY_DEMO_DOC));
+    EXPECT_TRUE(doc.open(QIODevice::ReadOnly | QIODevice::Text));
+    const QString text = QString::fromUtf8(doc.readAll());
+    const qsizetype from = text.indexOf(QStringLiteral("<!-- import-results:begin -->"));
+    const qsizetype to = text.indexOf(QStringLiteral("<!-- import-results:end -->"));
+    std::vector<TDocRow> rows;
+    if (from < 0 || to < from) return rows;
+    const QStringList lines = text.mid(from, to - from).split(QLatin1Char('\n'));
+    for (const QString& line : lines) {
+        const QStringList cells = line.split(QLatin1Char('|'));
+        if (cells.size() < 8 || cells[1].trimmed() == QLatin1String("Product") || cells[1].startsWith(QLatin1String("---")))
+            continue;
+        TDocRow row{cells[1].trimmed(), cells[2].trimmed(), cells[3].trimmed(), cells[4].trimmed(), cells[5].trimmed(), {}};
+        if (row.product.startsWith(QLatin1Char('-'))) continue;
+        if (row.holder == QStringLiteral("\u2014")) row.holder.clear();
+        for (const QString& pair : cells[6].split(QLatin1Char(','), Qt::SkipEmptyParts)) {
+            const QStringList kv = pair.split(QLatin1Char(':'));
+            row.entries.push_back({kv.value(0).trimmed().toInt(), kv.value(1).trimmed().toInt()});
+        }
+        rows.push_back(row);
+    }
+    return rows;
+}
+
+TEST(ImportCli, EveryDocumentedImportGivesItsResultList) {
+    const auto rows = DocumentedImports();
+    ASSERT_GE(rows.size(), 14u);
+    for (const TDocRow& row : rows) {
+        QStringList args{"import", "--product", row.product, "--file", row.file, "--solution", row.solution,
+                         "--party", row.party, "--key", QString::fromLatin1(kDemoClientKey), "--json"};
+        if (!row.holder.isEmpty()) args << "--holder" << row.holder;
+        const CliOutput out = RunDemo(args);
+        SCOPED_TRACE((row.file + " / " + row.party + " / " + row.holder).toStdString());
+        ASSERT_EQ(out.exitCode, 0) << out.err.toStdString();
+        const QJsonObject o = QJsonDocument::fromJson(out.out.toUtf8()).object();
+        EXPECT_EQ(o.value("column").toInt(), row.product == "Meridel" ? 1 : row.product == "Basalto" ? 2 : 3);
+        const QJsonArray entries = o.value("entries").toArray();
+        ASSERT_EQ(entries.size(), static_cast<qsizetype>(row.entries.size())) << out.out.toStdString();
+        for (qsizetype i = 0; i < entries.size(); ++i) {
+            EXPECT_EQ(entries[i].toObject().value("kind").toInt(), row.entries[i].first);
+            EXPECT_EQ(entries[i].toObject().value("amount").toInteger(), row.entries[i].second);
+        }
+    }
+}
+
+TEST(ImportCli, ListsInTheDialogsOrder) {
+    struct Case { QStringList args; QStringList lines; };
+    const QString key = QString::fromLatin1(kDemoClientKey);
+    const Case cases[] = {
+        {{"files", "--product", "BS"}, {"Côté Holdings"}},
+        {{"files", "--product", "qr"}, {"Fiducie familiale Roy"}},
+        {{"solutions", "--product", "MD", "--file", "Tremblay", "--key", key}, {"Current plan", "Retirement at 60"}},
+        {{"parties", "--product", "MD", "--file", "Tremblay", "--solution", "Current plan", "--key", key},
+         {"Marie Tremblay", "Luc Tremblay"}},
+        {{"parties", "--product", "BS", "--file", "Côté Holdings", "--solution", "Current plan"},
+         {"Côté Holdings Inc.", "All Shareholders", "Paul Côté", "Sophie Côté"}},
+        {{"parties", "--product", "Quorren", "--file", "Fiducie familiale Roy", "--solution", "Current plan"},
+         {"Fiducie familiale Roy", "All Beneficiaries", "Isabelle Roy", "Mathieu Roy", "Camille Roy"}},
+    };
+    for (const Case& c : cases) {
+        const CliOutput out = RunDemo(c.args);
+        ASSERT_EQ(out.exitCode, 0) << c.args.join(' ').toStdString() << ": " << out.err.toStdString();
+        EXPECT_EQ(out.out, c.lines.join('\n') + '\n') << c.args.join(' ').toStdString();
+    }
+    // The Meridel files are ordered by their rendered dates, newest text first.
+    const CliOutput md = RunDemo({"files", "--product", "MD", "--key", key});
+    ASSERT_EQ(md.exitCode, 0) << md.err.toStdString();
+    EXPECT_EQ(md.out.split('\n', Qt::SkipEmptyParts).size(), 3);
+}
+
+TEST(ImportCli, FailuresNameTheFileAndTheProblem) {
+    struct Case { QStringList args; const char* mention; };
+    const Case cases[] = {
+        // A protected header in the folder fails the whole Meridel listing without a key.
+        {{"files", "--product", "MD"}, "Client file \"Gagnon\" is protected"},
+        {{"files", "--product", "MD", "--key", "wrong"}, "Invalid data"},
+        {{"files", "--product", "XX"}, "XX"},
+        {{"solutions", "--product", "BS", "--file", "Nobody"}, "Nobody"},
+        {{"parties", "--product", "BS", "--file", "Côté Holdings", "--solution", "Later"}, "Later"},
+        {{"import", "--product", "BS", "--file", "Côté Holdings", "--solution", "Current plan", "--party", "Paul Côté"},
+         "Paul Côté"},
+        {{"import", "--product", "BS", "--file", "Côté Holdings", "--solution", "Current plan", "--party",
+          "Côté Holdings Inc.", "--holder", "Nobody"},
+         "Nobody"},
+        {{"import", "--product", "BS", "--file", "Côté Holdings", "--solution", "Current plan"}, "--party"},
+        {{"parties", "--product", "BS", "--file", "Côté Holdings", "--solution", "Current plan", "--core-dir",
+          "/nonexistent-core"},
+         "/nonexistent-core/Entries.dat"},
+    };
+    const auto before = Snapshot(Root());
+    for (const Case& c : cases) {
+        qunsetenv("TESSARY_CLIENT_KEY");
+        const CliOutput out = RunDemo(c.args);
+        EXPECT_NE(out.exitCode, 0) << c.args.join(' ').toStdString();
+        EXPECT_TRUE(out.err.contains(QString::fromUtf8(c.mention))) << out.err.toStdString();
+        EXPECT_EQ(out.err.count('\n'), 1) << out.err.toStdString();
+    }
+    EXPECT_EQ(Snapshot(Root()), before);
+}
+
+TEST(ImportCli, DamagedSolutionIsReportedWithItsPath) {
+    QTemporaryDir copy;
+    ASSERT_TRUE(QDir().mkpath(copy.filePath("Basalto")));
+    // Copy the Basalto tree, then cut its solution short.
+    QDirIterator it(Root() + "/Basalto", QDir::Files, QDirIterator::Subdirectories);
+    QString finItems;
+    while (it.hasNext()) {
+        const QString from = it.next();
+        const QString to = copy.path() + from.mid(Root().size());
+        QDir().mkpath(QFileInfo(to).path());
+        ASSERT_TRUE(QFile::copy(from, to));
+        if (to.endsWith("FinItems.dat")) finItems = to;
+    }
+    ASSERT_FALSE(finItems.isEmpty());
+    QFile f(finItems);
+    ASSERT_TRUE(f.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(f.resize(f.size() / 2));
+    f.close();
+    const CliOutput out = RunCli({"parties", "--product", "BS", "--file", "Côté Holdings", "--solution", "Current plan",
+                                  "--data-root", copy.path()});
+    EXPECT_NE(out.exitCode, 0);
+    EXPECT_TRUE(out.err.contains(finItems)) << out.err.toStdString();
+}
+
+TEST(ImportCli, ConfiguredFoldersComeFromTheProductSettings) {
+    // %NAME% references in the configured folders are expanded from the environment.
+    qputenv("TESSARY_TEST_DEMO_ROOT", Root().toUtf8());
+    {
+        QSettings s(QSettings::NativeFormat, QSettings::UserScope, "Torvane Labs Inc.", "Quorren");
+        s.setValue("1.0/DataDir", "%TESSARY_TEST_DEMO_ROOT%/Quorren/Data");
+        s.setValue("1.0/CoreDir", "%TESSARY_TEST_DEMO_ROOT%/Quorren/Core");
+    }
+    const CliOutput out = RunCli({"import", "--product", "QR", "--file", "Fiducie familiale Roy", "--solution",
+                                  "Current plan", "--party", "Fiducie familiale Roy", "--holder", "Camille Roy", "--json"});
+    ASSERT_EQ(out.exitCode, 0) << out.err.toStdString();
+    EXPECT_EQ(out.out, "{\"column\":3,\"entries\":[{\"amount\":11640,\"kind\":1},{\"amount\":82469,\"kind\":1},"
+                       "{\"amount\":19350,\"kind\":1}]}\n");
+
+    // An unconfigured product lists nothing, as the dialog does.
+    const CliOutput none = RunCli({"files", "--product", "BS"});
+    EXPECT_EQ(none.exitCode, 0) << none.err.toStdString();
+    EXPECT_EQ(none.out, "");
+    const CliOutput named = RunCli({"solutions", "--product", "BS", "--file", "Côté Holdings"});
+    EXPECT_NE(named.exitCode, 0);
+    EXPECT_TRUE(named.err.contains("Basalto")) << named.err.toStdString();
+}
+
+TEST(ImportCli, ClientKeyOptionThenEnvironmentThenSettings) {
+    const QStringList args{"files", "--product", "MD"};
+    {
+        QSettings s(QSettings::NativeFormat, QSettings::UserScope, "Torvane Labs Inc.", "Tessary");
+        s.setValue("Keys/ClientFileKey", QString::fromLatin1(kDemoClientKey));
+    }
+    qunsetenv("TESSARY_CLIENT_KEY");
+    EXPECT_EQ(RunDemo(args).exitCode, 0) << RunDemo(args).err.toStdString();
+    qputenv("TESSARY_CLIENT_KEY", "wrong");
+    EXPECT_TRUE(RunDemo(args).err.contains("Invalid data"));
+    EXPECT_EQ(RunDemo(QStringList(args) << "--key" << QString::fromLatin1(kDemoClientKey)).exitCode, 0);
+    qunsetenv("TESSARY_CLIENT_KEY");
+    QSettings(QSettings::NativeFormat, QSettings::UserScope, "Torvane Labs Inc.", "Tessary").remove("Keys");
+}
+
+TEST(ImportCli, DemoDataRefusesAFolderInUse) {
+    const CliOutput out = RunCli({"demo-data", Root()});
+    EXPECT_NE(out.exitCode, 0);
+    QTemporaryDir fresh;
+    const QString target = fresh.filePath("new");
+    const CliOutput made = RunCli({"demo-data", target});
+    EXPECT_EQ(made.exitCode, 0) << made.err.toStdString();
+    EXPECT_TRUE(QFile::exists(target + "/Quorren/Core/Entries.dat"));
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    // Settings go to a private folder, never to the user's own configuration.
+    QTemporaryDir config;
+    qputenv("XDG_CONFIG_HOME", config.path().toUtf8());
+    qunsetenv("TESSARY_CLIENT_KEY");
+    QCoreApplication app(argc, argv);
+    QTemporaryDir root;
+    gRootPath = root.path() + "/demo";
+    WriteDemoData(QFile::encodeName(gRootPath).toStdString());
+    ::testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
