@@ -20,7 +20,8 @@
 #include "core/CsvInput.h"
 #include "core/Totals.h"
 #include "core/Vocabulary.h"
-#include "window/PlaceholderImport.h"
+#include "core/ImportMerge.h"
+#include "window/FromFile.h"
 
 namespace tessary {
 
@@ -387,10 +388,13 @@ void TForm1::btnClearClick() {
 }
 
 void TForm1::btnImpClick() {
-    TdlgImportPlaceholder dlg(this);
-    dlg.exec();
-    RemoveUnlabelledRows(accounts_);
-    grdAccountsEditCellDone();
+    auto dlg = std::make_unique<TdlgFromFile>(importFolders_, cnf_.Zoom, this);
+    if (dlg->exec() != QDialog::Accepted) return;
+    int column = 1;
+    if (dlg->cbBS->isChecked()) column = 2;
+    if (dlg->cbQR->isChecked()) column = 3;
+    const double total = MergeImport(accounts_, column, dlg->Result());
+    Label3->setText(AccountsTotalLabel(total, AppLocale()));
     grdAccounts->Refresh();
 }
 

@@ -7,6 +7,7 @@
 #include <QWidget>
 
 #include "core/Grid.h"
+#include "import/ImportSession.h"
 #include "window/Chrome.h"
 #include "window/GridView.h"
 
@@ -36,6 +37,9 @@ public:
     TGrid& Result() { return result_; }
     const TCnf& Cnf() const { return cnf_; }
     QString HelpFile() const { return helpFile_; }
+
+    // Where the import dialog finds the products' folders instead of their configuration.
+    void SetImportFolders(const TFolderOverrides& folders) { importFolders_ = folders; }
 
     // Fills the input grids from CSV texts (an empty text leaves its grid as it is).
     void LoadInputs(const QByteArray& accountsCsv, const QByteArray& classesCsv);
@@ -114,6 +118,7 @@ private:
     double screenScale_ = 1;
     double baseFontSize_ = 8;
     QString helpFile_;
+    TFolderOverrides importFolders_;
 
     QRect captionRegion_, buttonsRegion_, cornerRegion_;
 

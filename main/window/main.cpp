@@ -23,9 +23,19 @@ int main(int argc, char** argv) {
     parser.addOption({QStringLiteral("calculate"), QStringLiteral("Calculate once the grids are filled.")});
     parser.addOption({QStringLiteral("screenshot"),
                       QStringLiteral("Render the window to a PNG file and quit."), QStringLiteral("file")});
+    parser.addOption({QStringLiteral("data-root"),
+                      QStringLiteral("Import from DIR/<product>/Data and DIR/<product>/Core instead of the "
+                                     "products' configured folders."),
+                      QStringLiteral("dir")});
+    parser.addOption({QStringLiteral("key"), QStringLiteral("Client-file key for protected client files."),
+                      QStringLiteral("key")});
     parser.process(app);
+    tessary::ApplyClientKey(parser.value(QStringLiteral("key")));
 
     tessary::TForm1 form;
+    tessary::TFolderOverrides folders;
+    folders.DataRoot = parser.value(QStringLiteral("data-root"));
+    form.SetImportFolders(folders);
     try {
         const QString accounts = parser.value(QStringLiteral("accounts"));
         const QString classes = parser.value(QStringLiteral("classes"));

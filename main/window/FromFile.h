@@ -1,0 +1,82 @@
+// The import dialog: product, client file, solution, party and holder.
+#pragma once
+
+#include <QComboBox>
+#include <QDialog>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "core/ImportMerge.h"
+#include "import/ImportSession.h"
+#include "window/Chrome.h"
+
+namespace tessary {
+
+class TdlgFromFile : public QDialog {
+    Q_OBJECT
+public:
+    // zoom: the main window's, so both look alike.
+    explicit TdlgFromFile(TFolderOverrides folders = {}, double zoom = 1.0, QWidget* parent = nullptr);
+    ~TdlgFromFile() override;
+
+    // Stores the mode (1: the model's identifying text) and hides the party lists.
+    void Init(int mode);
+
+    std::uint8_t Kind() const { return session_.Kind(); }
+    TImportSession& Session() { return session_; }
+    // The result list that hbtYesClick fills.
+    const std::vector<TImportEntry>& Result() const { return result_; }
+    const QStringList& ResultTexts() const { return resultTexts_; }
+    // A loading error raised before the dialog was shown, waiting to be shown with it.
+    QString PendingError() const { return pendingError_; }
+
+    // How a loading error is shown; a message box unless replaced (tests do).
+    std::function<void(const QString&)> ShowError;
+
+    TCaptionBar* pnCaption;
+    QLabel* lblCaptionBar;
+    QRadioButton* cbMD;
+    QRadioButton* cbBS;
+    QRadioButton* cbQR;
+    QLabel* lblBSFile;
+    QComboBox* cmbFile;
+    QLabel* lblBSSolution;
+    QComboBox* cmbSolution;
+    QLabel* Label1;
+    QComboBox* cmbParty;
+    QLabel* Label2;
+    QComboBox* cmbImpParty;
+    QPushButton* hbtYes;
+    QPushButton* hbtNo;
+
+public slots:
+    void cbMDClick();
+    void cmbFileChange();
+    void cmbSolutionChange();
+    void hbtYesClick();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+private:
+    void Report(const std::exception& e);
+    void ClearPartyLists();
+    void ApplyPartyLabels();
+
+    TImportSession session_;
+    std::vector<TImportEntry> result_;
+    QStringList resultTexts_;   // mode 1
+    QString pendingError_;
+    double zoom_;
+    QPoint dragOffset_;
+    bool dragging_ = false;
+};
+
+} // namespace tessary

@@ -1,0 +1,300 @@
+// The import dialog and the main window's import, offscreen, over demo client
+// files written into a temporary folder.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QDirIterator>
+#include <QFile>
+#include <QMessageBox>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+#include "cli/GridFormat.h"
+#include "core/Vocabulary.h"
+#include "demo/DemoData.h"
+#include "window/FromFile.h"
+#include "window/Unit1.h"
+
+using namespace tessary;
+
+namespace {
+
+QString gRoot;   // demo data, written once
+
+TFolderOverrides Demo() {
+    TFolderOverrides o;
+    o.DataRoot = gRoot;
+    return o;
+}
+
+QStringList Items(const QComboBox* c) {
+    QStringList items;
+    for (int i = 0; i < c->count(); ++i) items << c->itemText(i);
+    return items;
+}
+
+// Picks an item as the user does, so the change handler runs.
+void Pick(QComboBox* c, const QString& text) {
+    const int i = c->findText(text);
+    ASSERT_GE(i, 0) << text.toStdString() << " not in " << Items(c).join(", ").toStdString();
+    c->setCurrentIndex(i);
+    emit c->activated(i);
+}
+
+class ImportDialog : public ::testing::Test {
+protected:
+    void SetUp() override { kv_key(QString::fromLatin1(kDemoClientKey)); }
+    static void kv_key(const QString& key) { ApplyClientKey(key); }
+    std::unique_ptr<TdlgFromFile> Open(TFolderOverrides folders = Demo()) {
+        auto dlg = std::make_unique<TdlgFromFile>(folders, 1.0);
+        dlg->ShowError = [this](const QString& m) { errors << m; };
+        return dlg;
+    }
+    QStringList errors;
+};
+
+TEST_F(ImportDialog, ProductChoiceFillsTheListsAndLabels) {
+    struct Case {
+        QRadioButton* TdlgFromFile::*radio;
+        QStringList files, parties, holders;
+        const char* label1;
+        bool holderShown;
+    };
+    const Case cases[] = {
+        {&TdlgFromFile::cbBS, {"Côté Holdings"}, {"Côté Holdings Inc."}, {"All Shareholders", "Paul Côté", "Sophie Côté"},
+         "Select Corporation", true},
+        {&TdlgFromFile::cbQR, {"Fiducie familiale Roy"}, {"Fiducie familiale Roy"},
+         {"All Beneficiaries", "Isabelle Roy", "Mathieu Roy", "Camille Roy"}, "Select Trust", true},
+        // Back to MD from a corporate product: the holder list goes away.
+        {&TdlgFromFile::cbMD, {}, {}, {""}, "Select Party", false},
+    };
+    auto dlg = Open();
+    dlg->show();
+    EXPECT_EQ(dlg->cmbFile->count(), 3);
+    EXPECT_EQ(dlg->Label1->text(), "Select Party");
+    EXPECT_FALSE(dlg->cmbImpParty->isVisible());
+    for (const Case& c : cases) {
+        QTest::mouseClick(dlg.get()->*c.radio, Qt::LeftButton);
+        SCOPED_TRACE(c.label1);
+        if (!c.files.isEmpty()) {
+            EXPECT_EQ(Items(dlg->cmbFile), c.files);
+        }
+        if (!c.parties.isEmpty()) {
+            EXPECT_EQ(Items(dlg->cmbParty), c.parties);
+        }
+        EXPECT_EQ(Items(dlg->cmbImpParty), c.holders);
+        EXPECT_EQ(dlg->Label1->text(), c.label1);
+        EXPECT_EQ(dlg->Label2->isVisible(), c.holderShown);
+        EXPECT_EQ(dlg->cmbImpParty->isVisible(), c.holderShown);
+        EXPECT_EQ(dlg->Kind(), dlg->cbMD->isChecked() ? 0 : dlg->cbBS->isChecked() ? 1 : 2);
+        EXPECT_EQ(dlg->cmbImpParty->currentIndex(), 0);
+    }
+    EXPECT_TRUE(errors.isEmpty()) << errors.join('\n').toStdString();
+}
+
+TEST_F(ImportDialog, ChoicesCascadeFromFileToSolutionToParties) {
+    auto dlg = Open();
+    Pick(dlg->cmbFile, "Tremblay");
+    EXPECT_EQ(Items(dlg->cmbSolution), QStringList({"Current plan", "Retirement at 60"}));
+    EXPECT_EQ(Items(dlg->cmbParty), QStringList({"Marie Tremblay", "Luc Tremblay"}));
+    Pick(dlg->cmbSolution, "Retirement at 60");
+    Pick(dlg->cmbParty, "Luc Tremblay");
+    dlg->hbtYesClick();
+    EXPECT_EQ(dlg->result(), QDialog::Accepted);
+    std::vector<std::pair<std::string, int>> got;
+    for (const auto& e : dlg->Result()) got.push_back({e.KindText, e.Amount});
+    const std::vector<std::pair<std::string, int>> want{{"1", 178900}, {"1", 23481}, {"2", 78400},
+                                                         {"3", 36501},  {"4", 143781}, {"5", 241116}};
+    EXPECT_EQ(got, want);
+
+    Pick(dlg->cmbFile, "Nguyen");
+    EXPECT_EQ(Items(dlg->cmbSolution), QStringList({"Plan 2019"}));
+    EXPECT_EQ(Items(dlg->cmbParty), QStringList({"Lan Nguyen"}));
+}
+
+TEST_F(ImportDialog, ProtectedFileWithoutKeyIsReportedOnceShownAndTheDialogStaysUsable) {
+    kv_key(QString());
+    qunsetenv("TESSARY_CLIENT_KEY");
+    auto dlg = Open();
+    EXPECT_EQ(dlg->cmbFile->count(), 0);
+    EXPECT_TRUE(errors.isEmpty());   // not before the dialog is up
+    EXPECT_TRUE(dlg->PendingError().contains("Gagnon")) << dlg->PendingError().toStdString();
+    dlg->show();
+    QTRY_COMPARE(errors.size(), 1);
+    EXPECT_EQ(errors[0], "Client file \"Gagnon\" is protected and no client-file key is configured.");
+    QTest::mouseClick(dlg->cbQR, Qt::LeftButton);
+    EXPECT_EQ(Items(dlg->cmbFile), QStringList({"Fiducie familiale Roy"}));
+    EXPECT_EQ(errors.size(), 1);
+}
+
+TEST_F(ImportDialog, DamagedSolutionNamesItsFileAndLeavesNothingToImport) {
+    QTemporaryDir copy;
+    QString finItems;
+    QDirIterator it(gRoot + "/Basalto", QDir::Files, QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        const QString from = it.next();
+        const QString to = copy.path() + "/Basalto" + from.mid(gRoot.size() + 8);
+        QDir().mkpath(QFileInfo(to).path());
+        ASSERT_TRUE(QFile::copy(from, to));
+        if (to.endsWith("FinItems.dat")) finItems = to;
+    }
+    QFile f(finItems);
+    ASSERT_TRUE(f.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(f.resize(f.size() - 7));
+    f.close();
+
+    TFolderOverrides folders;
+    folders.DataRoot = copy.path();
+    auto dlg = Open(folders);
+    dlg->show();
+    QTest::mouseClick(dlg->cbBS, Qt::LeftButton);
+    ASSERT_EQ(errors.size(), 1);
+    EXPECT_TRUE(errors[0].contains(finItems)) << errors[0].toStdString();
+    EXPECT_EQ(dlg->cmbParty->count(), 0);
+    dlg->hbtYesClick();
+    EXPECT_TRUE(dlg->Result().empty());
+}
+
+TEST_F(ImportDialog, UnconfiguredProductListsNothing) {
+    auto dlg = Open(TFolderOverrides{});
+    EXPECT_EQ(dlg->cmbFile->count(), 0);
+    EXPECT_EQ(dlg->cmbSolution->count(), 0);
+    EXPECT_EQ(dlg->cmbParty->count(), 0);
+    dlg->hbtYesClick();
+    EXPECT_TRUE(dlg->Result().empty());
+    EXPECT_TRUE(errors.isEmpty());
+}
+
+TEST_F(ImportDialog, ModeOneHidesThePartiesAndGivesTheIdentifyingText) {
+    auto dlg = Open();
+    dlg->Init(1);
+    dlg->show();
+    QTest::mouseClick(dlg->cbBS, Qt::LeftButton);
+    EXPECT_FALSE(dlg->cmbParty->isVisible());
+    EXPECT_FALSE(dlg->cmbImpParty->isVisible());
+    dlg->hbtYesClick();
+    EXPECT_TRUE(dlg->Result().empty());
+    ASSERT_EQ(dlg->ResultTexts().size(), 1);
+    EXPECT_FALSE(dlg->ResultTexts()[0].isEmpty());
+}
+
+TEST_F(ImportDialog, LooksLikeTheMainWindow) {
+    auto dlg = Open();
+    EXPECT_TRUE(dlg->windowFlags() & Qt::FramelessWindowHint);
+    EXPECT_TRUE(dlg->isModal());
+    EXPECT_EQ(dlg->lblCaptionBar->text(), "Select File");
+    EXPECT_EQ(dlg->size(), QSize(266, 258));
+    EXPECT_TRUE(dlg->hbtYes->isDefault());
+    // The frame is drawn: the dialog's corner pixels are the frame colour.
+    dlg->show();
+    const QImage img = dlg->grab().toImage();
+    EXPECT_EQ(QColor(img.pixel(0, img.height() - 1)), kFrameColor);
+    EXPECT_EQ(QColor(img.pixel(img.width() - 2, img.height() / 2)), kFrameColor);
+}
+
+// The main window's import: the modal dialog driven as a user would.
+class WindowImport : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ApplyClientKey(QString::fromLatin1(kDemoClientKey));
+        form = std::make_unique<TForm1>();
+        form->SetImportFolders(Demo());
+        form->show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(form.get()));
+    }
+    // Runs btnImp; `drive` works the dialog once it is up.
+    void Import(std::function<void(TdlgFromFile*)> drive) {
+        bool driven = false;
+        QTimer::singleShot(0, [&] {
+            auto* dlg = qobject_cast<TdlgFromFile*>(QApplication::activeModalWidget());
+            ASSERT_NE(dlg, nullptr);
+            driven = true;
+            drive(dlg);
+            if (dlg->isVisible()) dlg->reject();
+        });
+        QTest::mouseClick(form->btnImp, Qt::LeftButton);
+        EXPECT_TRUE(driven);
+    }
+    void AddRow(const char* label, double md, std::intptr_t object) {
+        TGrid& g = form->Accounts();
+        const int r = g.AddRow();
+        if (*label) g.SetText(0, r, label);
+        g.SetObject(0, r, object);
+        if (md != 0) g.SetFloat(1, r, md);
+    }
+    std::unique_ptr<TForm1> form;
+};
+
+TEST_F(WindowImport, AmountsGoIntoEveryMatchingRowAndNewRowsAreAppended) {
+    TGrid& g = form->Accounts();
+    g.SetRowCount(1);
+    AddRow("TFSAs", 1000, 2);
+    AddRow("", 0, 0);            // removed by the import
+    AddRow("TFSAs", 0, 0);       // typed by hand: matched by label, keeps object 0
+    Import([](TdlgFromFile* d) {
+        Pick(d->cmbFile, "Tremblay");
+        Pick(d->cmbParty, "Marie Tremblay");
+        QTest::mouseClick(d->hbtYes, Qt::LeftButton);
+    });
+    struct Row { const char* label; double md; std::intptr_t object; };
+    const Row want[] = {
+        {"TFSAs", 1000 + 88612, 2}, {"TFSAs", 88612, 0}, {"Non-Reg.", 62000 + 185400 + 23481, 1},
+        {"RRSPs/RRIFs", 312450, 3}, {"LIRAs/LIFs", 48915, 4},
+    };
+    ASSERT_EQ(g.RowCount(), 1 + static_cast<int>(std::size(want)));
+    double total = 0;
+    for (int i = 0; i < static_cast<int>(std::size(want)); ++i) {
+        SCOPED_TRACE(i);
+        EXPECT_EQ(g.Text(0, i + 1), want[i].label);
+        EXPECT_EQ(g.Float(1, i + 1), want[i].md);
+        EXPECT_EQ(g.Float(4, i + 1), want[i].md);
+        EXPECT_EQ(g.Object(0, i + 1), want[i].object);
+        total += want[i].md;
+    }
+    EXPECT_EQ(form->Label3->text(), AccountsTotalLabel(total, AppLocale()));
+}
+
+TEST_F(WindowImport, CorporateShareGoesIntoTheBSColumnAndASecondImportAddsOnTop) {
+    TGrid& g = form->Accounts();
+    auto importPaul = [](TdlgFromFile* d) {
+        QTest::mouseClick(d->cbBS, Qt::LeftButton);
+        Pick(d->cmbImpParty, "Paul Côté");
+        QTest::keyClick(d, Qt::Key_Return);   // the default button
+    };
+    Import(importPaul);
+    ASSERT_EQ(g.RowCount(), 2);   // the empty start row went, one Non-Reg. row came
+    EXPECT_EQ(g.Text(0, 1), "Non-Reg.");
+    EXPECT_EQ(g.Float(2, 1), 595389);
+    EXPECT_TRUE(g.Cell(1, 1).IsEmpty());
+    Import(importPaul);
+    EXPECT_EQ(g.Float(2, 1), 2 * 595389);
+    EXPECT_EQ(g.Float(4, 1), 2 * 595389);
+}
+
+TEST_F(WindowImport, CancelLeavesTheGridAsItWas) {
+    TGrid& g = form->Accounts();
+    const int rows = g.RowCount();
+    const QString label = form->Label3->text();
+    Import([](TdlgFromFile* d) {
+        Pick(d->cmbFile, "Nguyen");
+        QTest::keyClick(d, Qt::Key_Escape);
+    });
+    EXPECT_EQ(g.RowCount(), rows);   // the empty row stays: nothing ran
+    EXPECT_EQ(form->Label3->text(), label);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QTemporaryDir config;
+    qputenv("XDG_CONFIG_HOME", config.path().toUtf8());
+    qunsetenv("TESSARY_CLIENT_KEY");
+    QApplication app(argc, argv);
+    QTemporaryDir root;
+    gRoot = root.path() + "/demo";
+    WriteDemoData(QFile::encodeName(gRoot).toStdString());
+    ::testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}

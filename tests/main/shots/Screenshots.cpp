@@ -1,0 +1,96 @@
+// Renders the import screenshots of docs/screenshots/ from the real window and
+// dialog over freshly written demo client files:
+//   tessary-shots OUTDIR CLASSES.csv
+#include <QApplication>
+#include <QFile>
+#include <QPainter>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <cstdio>
+
+#include "cli/Commands.h"
+#include "demo/DemoData.h"
+#include "window/FromFile.h"
+#include "window/Unit1.h"
+
+using namespace tessary;
+
+namespace {
+
+void Pick(QComboBox* c, const QString& text) {
+    const int i = c->findText(text);
+    if (i < 0) throw std::runtime_error("no item " + text.toStdString());
+    c->setCurrentIndex(i);
+    emit c->activated(i);
+}
+
+// The window with the dialog drawn where it stands over it.
+QImage Composite(TForm1& form, QWidget& dialog) {
+    QImage image = form.grab().toImage();
+    QPainter p(&image);
+    p.drawPixmap(dialog.geometry().topLeft() - form.geometry().topLeft(), dialog.grab());
+    return image;
+}
+
+// Runs one import through the real button; `drive` works the modal dialog.
+void Import(TForm1& form, const std::function<void(TdlgFromFile&)>& drive) {
+    QTimer::singleShot(50, [&] {
+        auto* dlg = qobject_cast<TdlgFromFile*>(QApplication::activeModalWidget());
+        if (!dlg) {
+            std::fprintf(stderr, "tessary-shots: the import dialog did not open\n");
+            QApplication::exit(1);
+            return;
+        }
+        drive(*dlg);
+    });
+    form.btnImpClick();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QApplication app(argc, argv);
+    if (argc != 3) {
+        std::fprintf(stderr, "usage: tessary-shots OUTDIR CLASSES.csv\n");
+        return 2;
+    }
+    const QString out = QString::fromLocal8Bit(argv[1]);
+    try {
+        QTemporaryDir root;
+        const QString demo = root.path() + "/demo";
+        WriteDemoData(QFile::encodeName(demo).toStdString());
+        ApplyClientKey(QString::fromLatin1(kDemoClientKey));
+
+        TForm1 form;
+        TFolderOverrides folders;
+        folders.DataRoot = demo;
+        form.SetImportFolders(folders);
+        form.LoadInputs({}, ReadWholeFile(QString::fromLocal8Bit(argv[2])));
+        form.show();
+        if (!QTest::qWaitForWindowExposed(&form)) throw std::runtime_error("the window was not shown");
+
+        bool saved = false;
+        Import(form, [&](TdlgFromFile& d) {
+            d.cbBS->click();
+            Pick(d.cmbImpParty, QStringLiteral("Paul Côté"));
+            QTest::qWait(100);
+            saved = Composite(form, d).save(out + "/import-dialog.png", "PNG");
+            d.hbtYes->click();
+        });
+        Import(form, [](TdlgFromFile& d) {
+            Pick(d.cmbFile, QStringLiteral("Tremblay"));
+            Pick(d.cmbParty, QStringLiteral("Marie Tremblay"));
+            d.hbtYes->click();
+        });
+        form.btnCalculateClick();
+        QTest::qWait(100);
+        saved = form.grab().save(out + "/main-window-after-import.png", "PNG") && saved;
+        if (!saved) throw std::runtime_error("cannot write the screenshots into " + out.toStdString());
+    } catch (const std::exception& e) {
+        std::fprintf(stderr, "tessary-shots: %s\n", e.what());
+        return 1;
+    }
+    std::printf("wrote %s/import-dialog.png and %s/main-window-after-import.png\n", argv[1], argv[1]);
+    return 0;
+}
