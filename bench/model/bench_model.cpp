@@ -15,9 +15,9 @@
 #include "entries/KvEntriesDemo.h"
 #include "model/KvFnClassRegistry.h"
 #include "model/KvFnModelData.h"
+#include "../common/LargeSolution.h"
 
 namespace fs = std::filesystem;
-namespace D = kv::DemoEntry;
 
 namespace {
 
@@ -28,38 +28,7 @@ struct Fixture {
         path = (dir / "FinItems.dat").string();
         entries = kv::MakeDemoChart(0, (dir / "Entries.dat").string());
         models = std::make_unique<kv::TModels>(dir.string() + "/", "Main", "md_db1/");
-        auto m = New();
-        for (int p = 1; p <= 50; ++p) {
-            auto party = kv::CreateParty(0, p, p <= 2 ? 1 : 0, p % 10 == 0 ? 150 : 0);
-            party->FirstName = "First" + std::to_string(p);
-            party->LastName = "Last" + std::to_string(p);
-            m->AddParticipant(std::move(party));
-        }
-        const std::int32_t kinds[] = {D::NonReg, D::TFSA, D::RRSP, D::LIRA, D::DCP, D::BankAccount};
-        std::int32_t id = 1;
-        for (int top = 0; top < 5000; ++top) {
-            kv::TFinItem* parent = nullptr;
-            for (int level = 0; level < 4; ++level) {   // one item and three children: 20,000 items
-                kv::TEntry* e = entries->GetEntryByID(kinds[(top + level) % 6]);
-                auto item = kv::ItemClassByNumber(e->ItemClassNo).Create(e, m.get(), id++);
-                item->Name = "Account " + std::to_string(id);
-                item->Value = 1000.0 * id;
-                item->Shares = std::make_unique<kv::TSharesList>();
-                item->Shares->AddShare(m->GetParticipantByID(1), 1, 2);
-                item->Shares->AddShare(m->GetParticipantByID(2), 2, 2);
-                for (const char* prop : {"OwnerID=1", "RATE=4.5", "NOWVAL=12500.25", "RRSPTYPE=0", "WDSTART=2031"})
-                    item->SpecProps.Add(prop);
-                for (int k = 0; k < 2; ++k) {
-                    kv::TPay pay(k);
-                    pay.Value = 100 * k;
-                    pay.Int1 = 2026 + k;
-                    pay.Payers.push_back({m->GetParticipantByID(1), 1, 1.0});
-                    item->AddPay(std::move(pay));
-                }
-                parent = parent ? parent->AddChild(std::move(item)) : m->Add(std::move(item));
-            }
-        }
-        m->Save();
+        tessary_bench::WriteLargeSolution(path, entries.get(), models.get());
         bytes = static_cast<std::int64_t>(fs::file_size(path));
     }
     ~Fixture() {

@@ -61,9 +61,11 @@ bool TSpecProps::Add(std::string line) {
 }
 
 std::optional<std::string_view> TSpecProps::Get(std::string_view name) const {
-    if (name.empty()) return std::nullopt;
+    // A line's name ends at its first "=", so a name holding one never matches.
+    if (name.empty() || name.find('=') != std::string_view::npos) return std::nullopt;
     for (const std::string& line : lines_)
-        if (NameOf(line) == name) return std::string_view(line).substr(name.size() + 1);
+        if (line.size() > name.size() && line[name.size()] == '=' && std::string_view(line).starts_with(name))
+            return std::string_view(line).substr(name.size() + 1);
     return std::nullopt;
 }
 

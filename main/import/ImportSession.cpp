@@ -86,12 +86,15 @@ void ApplyClientKey(const QString& option) { kv::ProgramSettings().ClientFileKey
 
 QString PartyName(const kv::TParticipant& party) { return QString::fromStdString(party.FullName()); }
 
-QString RenderHeaderDate(double dayNumber) {
-    const QDateTime epoch(QDate(1899, 12, 30), QTime(0, 0));
+QString RenderHeaderDate(double dayNumber, const QLocale& locale) {
+    // Local time would shift the text by the offset; the stored number is wall-clock.
+    const QDateTime epoch(QDate(1899, 12, 30), QTime(0, 0), Qt::UTC);
     const double ms = std::isfinite(dayNumber) ? std::round(dayNumber * 86400000.0) : 0;
     const QDateTime when = std::abs(ms) < 4.0e14 ? epoch.addMSecs(static_cast<qint64>(ms)) : epoch;
-    return QLocale::system().toString(when, QLocale::ShortFormat);
+    return locale.toString(when, locale.dateTimeFormat(QLocale::ShortFormat));
 }
+
+QString RenderHeaderDate(double dayNumber) { return RenderHeaderDate(dayNumber, QLocale::system()); }
 
 TImportSession::TImportSession(TFolderOverrides overrides) : overrides_(std::move(overrides)) {}
 
@@ -135,12 +138,25 @@ void TImportSession::ChooseProduct(std::uint8_t kind) {
     if (dataDir.isEmpty()) return;
     list_ = std::make_unique<kv::TProjHdrLst>(Utf8(dataDir), std::string(), kind);
     list_->Load(false);
-    for (const auto& h : list_->Items()) files_.push_back(h.get());
-    // Descending by the rendered date-time texts, as the planning products order them.
-    PointerListSort(files_, [](const kv::TProjHdr* a, const kv::TProjHdr* b) {
-        if (!a || !b) return 0;
-        return -RenderHeaderDate(a->Date).localeAwareCompare(RenderHeaderDate(b->Date));
+    // Descending by the rendered date-time texts, as the planning products order
+    // them; each text is rendered once, not once per comparison.
+    struct TKeyed {
+        kv::TProjHdr* Header;
+        QString Text;
+    };
+    std::vector<TKeyed> keyed;
+    keyed.reserve(list_->Items().size());
+    const QLocale locale = QLocale::system();
+    for (const auto& h : list_->Items())
+        keyed.push_back({h.get(), h ? RenderHeaderDate(h->Date, locale) : QString()});
+    std::vector<const TKeyed*> order;
+    order.reserve(keyed.size());
+    for (const TKeyed& k : keyed) order.push_back(&k);
+    PointerListSort(order, [](const TKeyed* a, const TKeyed* b) {
+        if (!a->Header || !b->Header) return 0;
+        return -a->Text.localeAwareCompare(b->Text);
     });
+    for (const TKeyed* k : order) files_.push_back(k->Header);
 }
 
 kv::TProjHdr* TImportSession::File(int index) const {

@@ -3,6 +3,7 @@
 // command line.
 #pragma once
 
+#include <QLocale>
 #include <QString>
 #include <QStringList>
 #include <cstdint>
@@ -124,5 +125,6 @@ QString PartyName(const kv::TParticipant& party);
 // Renders a header's date-time as the window shows it (the system locale's
 // short date and time).
 QString RenderHeaderDate(double dayNumber);
+QString RenderHeaderDate(double dayNumber, const QLocale& locale);
 
 } // namespace tessary

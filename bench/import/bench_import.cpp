@@ -1,0 +1,172 @@
+// The import dialog's two slow steps beside raw reads of the same bytes, in
+// the same run: opening it on a data directory of 5,000 client files until the
+// file list is filled, and choosing a solution of 20,000 items until the party
+// list is filled.
+#include <benchmark/benchmark.h>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <QApplication>
+#include <QDir>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "../common/LargeSolution.h"
+#include "catalogue/KvCatalogueFixture.h"
+#include "catalogue/KvFnModels.h"
+#include "model/KvFnParty.h"
+#include "window/FromFile.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr int kClientFiles = 5000;
+
+std::int64_t ReadAll(const std::string& path, std::vector<char>& buffer) {
+    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) return 0;
+    std::int64_t total = 0;
+    ssize_t n;
+    buffer.resize(256 * 1024);
+    while ((n = ::read(fd, buffer.data(), buffer.size())) > 0) total += n;
+    ::close(fd);
+    return total;
+}
+
+// A data root whose Meridel holds 5,000 client files and Basalto one client
+// file with the large solution.
+struct Fixture {
+    Fixture() {
+        char tmpl[] = "/tmp/tessary-bench-import-XXXXXX";
+        root = mkdtemp(tmpl);
+        const fs::path mdData = root / "Meridel" / "Data", bsData = root / "Basalto" / "Data";
+        fs::create_directories(root / "Meridel" / "Core");
+        fs::create_directories(root / "Basalto" / "Core");
+        mdChart = kv::MakeDemoChart(0, (root / "Meridel" / "Core" / "Entries.dat").string());
+        mdChart->Save((root / "Meridel" / "Core" / "Entries.dat").string());
+        bsChart = kv::MakeDemoChart(1, (root / "Basalto" / "Core" / "Entries.dat").string());
+        bsChart->Save((root / "Basalto" / "Core" / "Entries.dat").string());
+        for (int i = 1; i <= kClientFiles; ++i) {
+            kv::TClientFileSpec spec;
+            spec.Name = "Client " + std::to_string(i);
+            spec.ID = 100000 + i;
+            spec.Solutions = 3;
+            spec.Date = 45000 + i * 0.37;
+            kv::WriteClientFolder(mdData.string() + "/", "md_db" + std::to_string(i) + "_" + spec.Name, 0, spec);
+        }
+        // The file the dialog shows first gets a small solution, so opening runs the whole cascade.
+        tessary::TFolderOverrides folders;
+        folders.DataRoot = QString::fromStdString(root.string());
+        {
+            tessary::TImportSession s(folders);
+            s.ChooseProduct(0);
+            s.ChooseFile(0);
+            const std::string path = s.Solutions()->Path(0) + "FinItems.dat";
+            kv::TModelData small(0, nullptr, s.Solutions(), s.Solutions(), nullptr, path, mdChart.get());
+            auto party = kv::CreateParty(0, 1, 1, 0);
+            party->FirstName = "Only";
+            small.AddParticipant(std::move(party));
+            small.Save();
+        }
+        kv::TClientFileSpec big;
+        big.Name = "Large Holdings";
+        big.ID = 7;
+        kv::WriteClientFolder(bsData.string() + "/", "bs_db1_Large Holdings", 1, big);
+        {
+            tessary::TImportSession s(folders);
+            s.ChooseProduct(1);
+            s.ChooseFile(0);
+            solution = s.Solutions()->Path(0) + "FinItems.dat";
+            tessary_bench::WriteLargeSolution(solution, bsChart.get(), s.Solutions(), 1);
+        }
+        overrides = folders;
+    }
+    ~Fixture() {
+        std::error_code ec;
+        fs::remove_all(root, ec);
+    }
+    fs::path root;
+    std::unique_ptr<kv::TEntries> mdChart, bsChart;
+    std::string solution;
+    tessary::TFolderOverrides overrides;
+};
+
+Fixture& Data() {
+    static Fixture f;
+    return f;
+}
+
+// The same bytes the dialog reads: every header, the chart, the first solution.
+void BM_RawReadClientFiles(benchmark::State& state) {
+    const Fixture& f = Data();
+    std::vector<char> buffer;
+    for (auto _ : state) {
+        std::int64_t bytes = 0;
+        for (const auto& e : fs::directory_iterator(f.root / "Meridel" / "Data"))
+            bytes += ReadAll((e.path() / "Models.dat").string(), buffer);
+        bytes += ReadAll((f.root / "Meridel" / "Core" / "Entries.dat").string(), buffer);
+        benchmark::DoNotOptimize(bytes);
+    }
+}
+BENCHMARK(BM_RawReadClientFiles)->Unit(benchmark::kMillisecond);
+
+void BM_OpenDialogFileList(benchmark::State& state) {
+    const Fixture& f = Data();
+    for (auto _ : state) {
+        auto dlg = std::make_unique<tessary::TdlgFromFile>(f.overrides);
+        if (dlg->cmbFile->count() != kClientFiles || dlg->cmbParty->count() != 1) {
+            const std::string why = "file list not filled (" + std::to_string(dlg->cmbFile->count()) + " files, " +
+                                    std::to_string(dlg->cmbParty->count()) + " parties) " +
+                                    dlg->PendingError().toStdString();
+            state.SkipWithError(why.c_str());
+            break;
+        }
+        state.PauseTiming();   // closing the dialog is not part of opening it
+        dlg.reset();
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(BM_OpenDialogFileList)->Unit(benchmark::kMillisecond);
+
+void BM_RawReadSolution(benchmark::State& state) {
+    const Fixture& f = Data();
+    std::vector<char> buffer;
+    for (auto _ : state) {
+        std::int64_t bytes = ReadAll(f.solution, buffer);
+        bytes += ReadAll((f.root / "Basalto" / "Core" / "Entries.dat").string(), buffer);
+        benchmark::DoNotOptimize(bytes);
+    }
+}
+BENCHMARK(BM_RawReadSolution)->Unit(benchmark::kMillisecond);
+
+void BM_ChooseLargeSolution(benchmark::State& state) {
+    const Fixture& f = Data();
+    tessary::TdlgFromFile dlg(f.overrides);
+    dlg.cbBS->setChecked(true);
+    dlg.cbMDClick();
+    for (auto _ : state) {
+        dlg.cmbSolutionChange();
+        if (dlg.cmbParty->count() == 0) {
+            state.SkipWithError(("party list not filled " + dlg.PendingError()).toStdString().c_str());
+            break;
+        }
+    }
+    state.counters["items"] = 20000;
+}
+BENCHMARK(BM_ChooseLargeSolution)->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    Data();
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
