@@ -91,6 +91,13 @@ bool TGridModel::setData(const QModelIndex& index, const QVariant& value, int ro
     return true;
 }
 
+void TGridModel::ClearCell(const QModelIndex& index) {
+    if (!index.isValid()) return;
+    grid_.ClearCell(index.column(), index.row());
+    if (onEditDone) onEditDone(index.column(), index.row());
+    emit dataChanged(this->index(0, 0), this->index(rowCount() - 1, columnCount() - 1));
+}
+
 Qt::ItemFlags TGridModel::flags(const QModelIndex& index) const {
     Qt::ItemFlags f = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
     if (!readOnly && index.row() >= 1 && index.column() < 4) f |= Qt::ItemIsEditable;
@@ -183,6 +190,14 @@ void TGridView::keyPressEvent(QKeyEvent* event) {
         const QModelIndex cur = currentIndex();
         if (cur.isValid() && cur.row() + 1 < model_->rowCount()) {
             setCurrentIndex(model_->index(cur.row() + 1, cur.column()));
+            return;
+        }
+    }
+    // Delete empties the current cell where it could be typed into.
+    if (event->key() == Qt::Key_Delete && state() != EditingState && event->modifiers() == Qt::NoModifier) {
+        const QModelIndex cur = currentIndex();
+        if (cur.isValid() && (model_->flags(cur) & Qt::ItemIsEditable)) {
+            model_->ClearCell(cur);
             return;
         }
     }

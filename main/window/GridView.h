@@ -23,6 +23,8 @@ public:
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+    // Empties a cell (value and row object), as Delete does.
+    void ClearCell(const QModelIndex& index);
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
     TGrid& Grid() { return grid_; }

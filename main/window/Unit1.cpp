@@ -7,6 +7,9 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QHeaderView>
+#include <QInputDialog>
+#include <QSettings>
+#include <QShortcut>
 #include <QMessageBox>
 #include <QMouseEvent>
 #include <QPainter>
@@ -96,6 +99,25 @@ TForm1::TForm1(QWidget* parent)
     rbCorner->setAccessibleName(tr("Resize"));
     AdvRepeatButton3 = MakeButton("AdvRepeatButton3", tr("Help"), false);
     btnClear = MakeButton("btnClear", tr("Clear"), true);
+    btnPresets = new QToolButton(this);
+    btnPresets->setObjectName(QStringLiteral("btnPresets"));
+    btnPresets->setText(tr("Targets"));
+    btnPresets->setAccessibleName(tr("Target presets"));
+    btnPresets->setToolTip(tr("Fill the targets with a named mix"));
+    btnPresets->setPopupMode(QToolButton::InstantPopup);
+    mnuPresets = new QMenu(btnPresets);
+    mnuPresets->setObjectName(QStringLiteral("mnuPresets"));
+    btnPresets->setMenu(mnuPresets);
+    connect(mnuPresets, &QMenu::aboutToShow, this, &TForm1::FillPresetMenu);
+    FillPresetMenu();
+
+    auto* calc = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Return), this, this, &TForm1::btnCalculateClick);
+    calc->setObjectName(QStringLiteral("scCalculate"));
+    new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Enter), this, this, &TForm1::btnCalculateClick);
+    auto* imp = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_I), this, this, &TForm1::btnImpClick);
+    imp->setObjectName(QStringLiteral("scImport"));
+    btnCalculate->setToolTip(tr("Calculate (Ctrl+Enter)"));
+    btnImp->setToolTip(tr("Add accounts from a client file (Ctrl+I)"));
 
     grdAccounts->stretchFirstColumn = true;
     grdClasses->stretchFirstColumn = true;
@@ -129,7 +151,8 @@ TForm1::TForm1(QWidget* parent)
     setTabOrder(btnImp, grdClasses);
     setTabOrder(grdClasses, AdvRepeatButton2);
     setTabOrder(AdvRepeatButton2, AdvRepeatButton1);
-    setTabOrder(AdvRepeatButton1, btnCalculate);
+    setTabOrder(AdvRepeatButton1, btnPresets);
+    setTabOrder(btnPresets, btnCalculate);
     setTabOrder(btnCalculate, grdResult);
     setTabOrder(grdResult, AdvRepeatButton3);
 
@@ -166,6 +189,7 @@ void TForm1::FormCreate() {
     compact.setPointSizeF(baseFontSize_ * cnf_.Zoom * 0.8);
     for (QPushButton* b : findChildren<QPushButton*>())
         if (b->property("compact").toBool()) b->setFont(compact);
+    btnPresets->setFont(compact);
     // Grid texts are longer than the design's narrow font made them.
     QFont gridFont = f;
     gridFont.setPointSizeF(baseFontSize_ * cnf_.Zoom * 0.9);
@@ -229,7 +253,8 @@ void TForm1::LayoutControls() {
     place(grdClasses, 335 + dxL, 36, 190 + (dx - dxL), 169);
     place(AdvRepeatButton2, 335 + dxL, 208, 30, 20);
     place(AdvRepeatButton1, 369 + dxL, 208, 30, 20);
-    place(Label2, 405 + dxL, 206, 120 + (dx - dxL), 22);
+    place(btnPresets, 404 + dxL, 208, 58, 20);
+    place(Label2, 465 + dxL, 206, 60 + (dx - dxL), 22);
     // Ends flush with the classes grid.
     btnCalculate->setGeometry(grdClasses->x() + grdClasses->width() - btnCalculate->width(), RoundInt(230 * z),
                               btnCalculate->width(), RoundInt(22 * z));
@@ -417,6 +442,57 @@ void TForm1::hbtBgndClick() {
 void TForm1::AdvRepeatButton3Click() {
     if (!LaunchHelp(helpFile_ + QStringLiteral(">Second")))
         QMessageBox::information(this, tr("Help"), tr("The help page could not be opened: %1").arg(helpFile_));
+}
+
+namespace {
+
+QSettings ProgramSettingsStore() {
+    return QSettings(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Torvane Labs Inc."),
+                     QStringLiteral("Tessary"));
+}
+
+} // namespace
+
+void TForm1::FillPresetMenu() {
+    mnuPresets->clear();
+    for (const TTargetPreset& p : BuiltInPresets())
+        mnuPresets->addAction(tr(p.Name.c_str()), this, [this, p] { ApplyTargetPreset(p); });
+    QSettings settings = ProgramSettingsStore();
+    settings.beginGroup(QStringLiteral("Presets"));
+    const QStringList names = settings.childKeys();
+    bool first = true;
+    for (const QString& name : names) {
+        const auto preset = DecodePreset(name.toStdString(), settings.value(name).toString().toStdString());
+        if (!preset) continue;
+        if (first) mnuPresets->addSeparator();
+        first = false;
+        mnuPresets->addAction(name, this, [this, p = *preset] { ApplyTargetPreset(p); });
+    }
+    settings.endGroup();
+    mnuPresets->addSeparator();
+    QAction* save = mnuPresets->addAction(tr("Save current targets as preset..."), this, &TForm1::SaveTargetPreset);
+    save->setObjectName(QStringLiteral("actSavePreset"));
+}
+
+void TForm1::ApplyTargetPreset(const TTargetPreset& preset) {
+    ApplyPreset(preset, classes_);
+    grdClassesEditCellDone();
+    grdClasses->Refresh();
+}
+
+void TForm1::SaveTargetPreset() {
+    bool ok = false;
+    const QString name = QInputDialog::getText(this, tr("Save targets"), tr("Name of the target mix:"),
+                                               QLineEdit::Normal, QString(), &ok)
+                             .trimmed();
+    if (!ok || name.isEmpty()) return;
+    const TTargetPreset preset = PresetFromGrid(name.toStdString(), classes_);
+    QSettings settings = ProgramSettingsStore();
+    // "/" and "\" would make sub-groups of the settings key.
+    QString key = name;
+    key.replace(QLatin1Char('/'), QLatin1Char('-')).replace(QLatin1Char('\\'), QLatin1Char('-'));
+    settings.setValue(QStringLiteral("Presets/") + key, QString::fromStdString(EncodePreset(preset)));
+    FillPresetMenu();
 }
 
 void TForm1::grdAccountsEditCellDone() {

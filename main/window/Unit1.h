@@ -3,10 +3,13 @@
 
 #include <QLabel>
 #include <QPointer>
+#include <QMenu>
 #include <QPushButton>
+#include <QToolButton>
 #include <QWidget>
 
 #include "core/Grid.h"
+#include "core/Presets.h"
 #include "import/ImportSession.h"
 #include "window/Chrome.h"
 #include "window/GridView.h"
@@ -72,6 +75,9 @@ public:
     QPushButton* hbtMinimize;
     QPushButton* hbtQuit;
     QPushButton* btnClear;
+    // Named target mixes for the classes grid.
+    QToolButton* btnPresets;
+    QMenu* mnuPresets;
 
 public slots:
     void btnAddAccClick();
@@ -85,6 +91,10 @@ public slots:
     void hbtMinimizeClick();
     void hbtBgndClick();
     void AdvRepeatButton3Click();
+    // Fills the classes grid with a target mix.
+    void ApplyTargetPreset(const TTargetPreset& preset);
+    // Asks for a name and stores the current targets under it in the settings.
+    void SaveTargetPreset();
 
     void grdAccountsEditCellDone();
     void grdClassesEditCellDone();
@@ -105,6 +115,7 @@ private:
     void FormResize();
     void LayoutControls();
     void RefreshGrids();
+    void FillPresetMenu();
     QPushButton* MakeButton(const char* name, const QString& text, bool compact);
     void StartFrameAction(HitArea area, const QPoint& globalPos);
 

@@ -3,7 +3,11 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QInputDialog>
+#include <QMenu>
+#include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 
 #include "window/Unit1.h"
 
@@ -155,8 +159,67 @@ TEST(FitZoom, LimitedByTheAvailableHeight) {
 
 } // namespace
 
+TEST_F(Window, PresetsFillTheTargetsAndSavedOnesComeBack) {
+    // Built-in mixes first, then the save action.
+    QMenu* menu = form->mnuPresets;
+    emit menu->aboutToShow();
+    QStringList texts;
+    for (QAction* a : menu->actions())
+        if (!a->isSeparator()) texts << a->text();
+    ASSERT_GE(texts.size(), 5);
+    EXPECT_EQ(texts.first(), "Conservative");
+    EXPECT_EQ(texts.last(), "Save current targets as preset...");
+
+    menu->actions().at(1)->trigger();   // Balanced
+    EXPECT_EQ(form->Label2->text(), "100%");
+    EXPECT_EQ(form->Classes().RowCount(), 7);
+    EXPECT_EQ(form->Classes().Object(0, 3), 3);
+
+    form->Classes().SetFloat(1, 1, 11);
+    QTimer::singleShot(0, [] {
+        auto* dlg = qobject_cast<QInputDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(dlg, nullptr);
+        dlg->setTextValue("Client A/B");
+        dlg->accept();
+    });
+    form->SaveTargetPreset();
+    emit menu->aboutToShow();
+    QAction* saved = nullptr;
+    for (QAction* a : menu->actions())
+        if (a->text() == "Client A-B") saved = a;
+    ASSERT_NE(saved, nullptr);
+    form->btnClearClick();
+    form->ApplyTargetPreset(BuiltInPresets().back());
+    saved->trigger();
+    EXPECT_EQ(form->Classes().Float(1, 1), 11);
+    EXPECT_EQ(form->Label2->text(), "101%");
+}
+
+TEST_F(Window, ShortcutsCalculateAndDeleteClearsACell) {
+    TGrid& a = form->Accounts();
+    a.SetText(0, 1, "Non-Reg.");
+    a.SetObject(0, 1, 1);
+    a.SetFloat(1, 1, 1000);
+    form->ApplyTargetPreset(BuiltInPresets().front());
+    form->activateWindow();
+    form->grdAccounts->setFocus();
+    QTest::keyClick(form->grdAccounts, Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_GT(form->Result().ColCount(), 2);
+
+    form->grdAccounts->setCurrentIndex(form->grdAccounts->model()->index(1, 1));
+    QTest::keyClick(form->grdAccounts, Qt::Key_Delete);
+    EXPECT_TRUE(a.Cell(1, 1).IsEmpty());
+    EXPECT_EQ(form->Label3->text(), "$0");
+    // The total column is not typed into, so Delete leaves it.
+    form->grdAccounts->setCurrentIndex(form->grdAccounts->model()->index(1, 4));
+    QTest::keyClick(form->grdAccounts, Qt::Key_Delete);
+    EXPECT_FALSE(a.Cell(4, 1).IsEmpty());
+}
+
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    QTemporaryDir config;   // saved presets go here, never to the user's settings
+    qputenv("XDG_CONFIG_HOME", config.path().toUtf8());
     QApplication app(argc, argv);
     ::testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
