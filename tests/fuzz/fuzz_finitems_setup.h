@@ -1,0 +1,21 @@
+// The solution list fuzz_finitems loads with, shared with its seed writer so
+// that enciphered seeds open with the same run-time key.
+#pragma once
+
+#include <memory>
+
+#include "catalogue/KvFnModels.h"
+
+namespace kvfuzz {
+
+inline constexpr const char* kClientKey = "fuzz";
+
+inline std::unique_ptr<kv::TModels> MakeSolutionList(bool enciphered) {
+    auto list = std::make_unique<kv::TModels>("/nonexistent-tessary-fuzz/", "Main", "md_db1_Fuzz/");
+    list->ClientName = "Fuzz Client";
+    list->KeySeed = "fuzz-seed";
+    list->Enciphered = enciphered;
+    return list;
+}
+
+} // namespace kvfuzz
