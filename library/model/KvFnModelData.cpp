@@ -219,7 +219,8 @@ void TModelData::ReadSections(TBufReadFile& r, bool sectioned, std::uint8_t) {
             if (e.Offset < 0) return;
             if (e.Offset > std::numeric_limits<std::int32_t>::max()) throw EFileStructure(path_);
             r.SetPosition(static_cast<std::int32_t>(e.Offset));
-            if (e.Length >= 0 && e.Offset + e.Length <= fileEnd) sectionEnd = e.Offset + e.Length;
+            // A length near 2^63 must not overflow the sum.
+            if (e.Length >= 0 && e.Length <= fileEnd - e.Offset) sectionEnd = e.Offset + e.Length;
             return;
         }
     };

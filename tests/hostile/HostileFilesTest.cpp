@@ -1,0 +1,388 @@
+// Every reader over damaged copies of real client files: the demo data root
+// and a balance file, written at test time, then truncated at every offset
+// and at random ones, with every 4 bytes overwritten by hostile counts, and
+// with random bytes flipped. Each copy must load or fail with one of the
+// library's errors, and no single allocation may exceed the file's size plus
+// a small constant. Time is bounded by the ctest timeout.
+#include <gtest/gtest.h>
+
+#include <cctype>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <memory>
+#include <random>
+#include <string>
+#include <typeinfo>
+#include <vector>
+
+#include "AllocLimit.h"
+#include "KvErrors.h"
+#include "KvSettings.h"
+#include "catalogue/KvFnModels.h"
+#include "catalogue/KvFnProjHdr.h"
+#include "demo/DemoData.h"
+#include "entries/KvEntriesDemo.h"
+#include "entries/KvFnEntries.h"
+#include "items/KvFnPortfolio.h"
+#include "items/KvfnBalance.h"
+#include "model/KvFnModelData.h"
+#include "model/KvFnOwnership.h"
+#include "model/KvFnParty.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// Room for the reader's own bookkeeping beside a buffer of the file's size.
+constexpr std::size_t kSlack = 64 * 1024;
+
+using Bytes = std::vector<char>;
+
+Bytes ReadBytes(const fs::path& p) {
+    std::ifstream f(p, std::ios::binary);
+    return {std::istreambuf_iterator<char>(f), {}};
+}
+
+void WriteBytes(const fs::path& p, const Bytes& b) {
+    std::ofstream f(p, std::ios::binary | std::ios::trunc);
+    f.write(b.data(), static_cast<std::streamsize>(b.size()));
+}
+
+fs::path MakeTempDir(const char* stem) {
+    std::string tmpl = (fs::temp_directory_path() / (std::string(stem) + "-XXXXXX")).string();
+    if (!::mkdtemp(tmpl.data())) throw std::runtime_error("mkdtemp failed");
+    return tmpl;
+}
+
+// The demo data root and a balance file, written once for the whole binary.
+struct Corpus {
+    fs::path Root = MakeTempDir("tessary-hostile");
+    fs::path Demo = Root / "demo";
+    fs::path Balance = Root / "balance.bal";
+
+    Corpus() {
+        tessary::WriteDemoData(Demo.string());
+        kv::TBalance b;
+        b.Date = 45290.75;
+        b.FirstYear = 2024;
+        b.AddPartyID(0, 1, "Marie Tremblay");
+        b.AddPartyID(17, 2, "Luc Tremblay");
+        b.Items(4).push_back({101});
+        auto& cash = b.Add("Cash", "Bank accounts");
+        auto& d = cash.FindOrAdd(45000);
+        d.Add(10, 100);
+        d.Add(11, -40);
+        d.AddFinItem(101, 60, 1);
+        cash.FindOrAdd(45200).Add(10, 150);
+        b.Add("Debt").FindOrAdd(45400).Add(20, -20);
+        b.Save(Balance.string());
+    }
+    ~Corpus() {
+        std::error_code ec;
+        fs::remove_all(Root, ec);
+    }
+};
+
+const Corpus& TheCorpus() {
+    static const Corpus c;
+    return c;
+}
+
+// One reader over one fixture file. The damaged copy is written to
+// Dir / Target; Prepare puts the fixture's companions beside it.
+struct Reader {
+    std::string Name;
+    fs::path Fixture;
+    fs::path Target;                                   // relative to the work folder
+    std::function<void(const fs::path& dir)> Prepare;  // may be empty
+    std::function<void(const fs::path& dir)> Load;
+    int Stride = 1;                                    // >1: the file deciphers texts, each load is dear
+};
+
+// Client-file header and both solution lists, walked as the import lists them.
+Reader ModelsReader(const char* name, std::uint8_t kind, const char* product, const char* folder, int stride = 1) {
+    const fs::path fixture = TheCorpus().Demo / product / "Data" / folder / kv::ModelsFileName;
+    return {name, fixture, fs::path(folder) / kv::ModelsFileName,
+            nullptr,
+            [kind, folder = std::string(folder)](const fs::path& dir) {
+                kv::TProjHdr hdr(kind, kv::ModelsFileName, folder, dir.string());
+                kv::TModelLists lists = hdr.Load(true);
+                for (std::int32_t i = 0; i < lists.Main->Count(); ++i) (void)lists.Main->DisplayName(i);
+            },
+            stride};
+}
+
+Reader EntriesReader(const char* name, std::uint8_t kind, const char* product) {
+    const fs::path core = TheCorpus().Demo / product / "Core";
+    return {name, core / "Entries.dat", "Entries.dat", nullptr,
+            [kind](const fs::path& dir) {
+                kv::TEntries chart(kind, (dir / "Entries.dat").string());
+                chart.Load(true);
+            }};
+}
+
+Reader FrenchReader(const char* name, std::uint8_t kind, const char* product) {
+    const fs::path core = TheCorpus().Demo / product / "Core";
+    return {name, core / "French.dat", "French.dat",
+            [core](const fs::path& dir) {
+                fs::copy_file(core / "Entries.dat", dir / "Entries.dat", fs::copy_options::overwrite_existing);
+            },
+            [kind](const fs::path& dir) {
+                kv::TEntries chart(kind, (dir / "Entries.dat").string());
+                chart.Load(true);
+            }};
+}
+
+// A solution with the chart and the solution list the import would use; then
+// the import's lookups over what loaded.
+Reader FinItemsReader(const char* name, std::uint8_t kind, const char* product, const char* folder,
+                      int stride = 1) {
+    const fs::path data = TheCorpus().Demo / product / "Data";
+    struct Context {
+        std::unique_ptr<kv::TEntries> Chart;
+        std::unique_ptr<kv::TModels> List;
+    };
+    auto ctx = std::make_shared<Context>();
+    kv::TProjHdr hdr(kind, kv::ModelsFileName, folder, data.string());
+    ctx->List = std::move(hdr.Load(true).Main);
+    ctx->Chart = kv::MakeDemoChart(kind, (TheCorpus().Demo / product / "Core" / "Entries.dat").string());
+    return {name, data / folder / "Main" / "FinItems.dat", "FinItems.dat", nullptr,
+            [kind, ctx](const fs::path& dir) {
+                kv::TModelData m(kind, &ctx->List->Get(0), ctx->List.get(), ctx->List.get(), nullptr,
+                                 (dir / "FinItems.dat").string(), ctx->Chart.get());
+                m.Load();
+                for (const auto& p : m.Participants()) {
+                    kv::TItemRefs accounts;
+                    kv::FindByEntryIDOwned(m, &accounts, kv::kImportEntryIDs, 0, p->ID);
+                    for (const auto& h : m.Participants()) {
+                        (void)kv::GetProcCommonSharesOwned(m, p->ID, h->ID);
+                        (void)kv::GetPartyTrustBenefCapitalPercent(m, h->BenefKey, p->ID);
+                    }
+                }
+            },
+            stride};
+}
+
+Reader BalanceReader() {
+    struct Context {
+        kv::TModelData Model{0, nullptr, nullptr, nullptr, nullptr, "/nonexistent/FinItems.dat", nullptr};
+    };
+    auto ctx = std::make_shared<Context>();
+    for (std::int32_t id : {1, 2}) ctx->Model.AddParticipant(kv::CreateParty(0, id, 1, 0));
+    return {"balance", TheCorpus().Balance, "balance.bal", nullptr, [ctx](const fs::path& dir) {
+                kv::TBalance b(&ctx->Model);
+                b.Load((dir / "balance.bal").string());
+                for (int i = 0; i < b.Count(); ++i) (void)b.AccountTotal(b.GetAccount(i).Key);
+            }};
+}
+
+std::vector<Reader> Readers() {
+    kv::ProgramSettings().ClientFileKey = tessary::kDemoClientKey;
+    return {
+        ModelsReader("models_md", 0, "Meridel", "md_db1_Tremblay"),
+        ModelsReader("models_md_protected", 0, "Meridel", "md_db3_Gagnon", 3),
+        ModelsReader("models_bs", 1, "Basalto", "bs_db1_Côté Holdings"),
+        EntriesReader("entries_md", 0, "Meridel"),
+        EntriesReader("entries_bs", 1, "Basalto"),
+        FrenchReader("french_md", 0, "Meridel"),
+        FinItemsReader("finitems_md_sectioned", 0, "Meridel", "md_db1_Tremblay"),
+        FinItemsReader("finitems_md_sequential", 0, "Meridel", "md_db2_Nguyen"),
+        FinItemsReader("finitems_md_enciphered", 0, "Meridel", "md_db3_Gagnon", 7),
+        FinItemsReader("finitems_bs", 1, "Basalto", "bs_db1_Côté Holdings"),
+        FinItemsReader("finitems_qr", 2, "Quorren", "qr_db1_Fiducie familiale Roy"),
+        BalanceReader(),
+    };
+}
+
+// Test names; the readers themselves (and the corpus) are made on first use,
+// not while the tests are being listed.
+const char* const kReaderNames[] = {
+    "models_md", "models_md_protected", "models_bs", "entries_md", "entries_bs", "french_md",
+    "finitems_md_sectioned", "finitems_md_sequential", "finitems_md_enciphered", "finitems_bs", "finitems_qr",
+    "balance",
+};
+
+const Reader& ReaderNamed(const std::string& name) {
+    static const std::vector<Reader> readers = Readers();
+    for (const Reader& r : readers)
+        if (r.Name == name) return r;
+    throw std::logic_error("no reader " + name);
+}
+
+// Loads each damaged copy and collects what went wrong.
+class Runner {
+public:
+    explicit Runner(const Reader& r) : reader_(r), dir_(MakeTempDir("tessary-hostile-case")) {
+        fs::create_directories((dir_ / reader_.Target).parent_path());
+        if (reader_.Prepare) reader_.Prepare(dir_);
+        kv::ProgramSettings().ClientFileKey = tessary::kDemoClientKey;
+    }
+    ~Runner() {
+        std::error_code ec;
+        fs::remove_all(dir_, ec);
+    }
+
+    // Returns true when the copy loaded.
+    bool Run(const Bytes& bytes, const std::string& what) {
+        WriteBytes(dir_ / reader_.Target, bytes);
+        ++runs_;
+        kvtest::ResetLargestAllocation();
+        bool loaded = false;
+        try {
+            reader_.Load(dir_);
+            loaded = true;
+        } catch (const kv::EKvError& e) {
+            if (std::strlen(e.what()) == 0) Fail(what, "an error without a message");
+        } catch (const std::exception& e) {
+            Fail(what, std::string("not a library error: ") + typeid(e).name() + ": " + e.what());
+        } catch (...) {
+            Fail(what, "an exception of unknown type");
+        }
+        const std::size_t largest = lastLargest_ = kvtest::LargestAllocation();
+        if (largest > bytes.size() + kSlack)
+            Fail(what, "an allocation of " + std::to_string(largest) + " bytes for a file of " +
+                           std::to_string(bytes.size()));
+        return loaded;
+    }
+
+    int Runs() const { return runs_; }
+    std::size_t LastLargest() const { return lastLargest_; }
+    const std::vector<std::string>& Failures() const { return failures_; }
+
+private:
+    void Fail(const std::string& what, const std::string& why) {
+        if (failures_.size() < 20) failures_.push_back(reader_.Name + ", " + what + ": " + why);
+    }
+
+    const Reader& reader_;
+    fs::path dir_;
+    int runs_ = 0;
+    std::size_t lastLargest_ = 0;
+    std::vector<std::string> failures_;
+};
+
+std::string Joined(const std::vector<std::string>& lines) {
+    std::string out;
+    for (const auto& l : lines) out += l + "\n";
+    return out;
+}
+
+std::mt19937 Rng(const Reader& r, std::uint32_t salt) {
+    std::seed_seq seq(r.Name.begin(), r.Name.end());
+    std::mt19937 rng(seq);
+    rng.discard(salt);
+    return rng;
+}
+
+class HostileFiles : public ::testing::TestWithParam<const char*> {
+protected:
+    const Reader& TheReader() const { return ReaderNamed(GetParam()); }
+};
+
+TEST_P(HostileFiles, FixtureLoadsUndamaged) {
+    const Reader& r = TheReader();
+    Runner run(r);
+    const Bytes good = ReadBytes(r.Fixture);
+    ASSERT_FALSE(good.empty());
+    EXPECT_TRUE(run.Run(good, "undamaged"));
+    // The whole file is read into one block: the count sees the reader's requests.
+    EXPECT_GE(run.LastLargest(), good.size());
+    EXPECT_TRUE(run.Failures().empty()) << Joined(run.Failures());
+}
+
+TEST_P(HostileFiles, TruncatedAnywhere) {
+    const Reader& r = TheReader();
+    Runner run(r);
+    const Bytes good = ReadBytes(r.Fixture);
+    std::vector<std::size_t> cuts;
+    for (std::size_t n = 0; n < good.size(); n += std::size_t(r.Stride)) cuts.push_back(n);
+    auto rng = Rng(r, 1);
+    std::uniform_int_distribution<std::size_t> anywhere(0, good.size() - 1);
+    for (int i = 0; i < 50; ++i) cuts.push_back(anywhere(rng));
+    for (std::size_t n : cuts)
+        run.Run(Bytes(good.begin(), good.begin() + std::ptrdiff_t(n)), "cut at " + std::to_string(n));
+    EXPECT_TRUE(run.Failures().empty()) << Joined(run.Failures());
+}
+
+TEST_P(HostileFiles, HostileCountsAnywhere) {
+    const Reader& r = TheReader();
+    Runner run(r);
+    const Bytes good = ReadBytes(r.Fixture);
+    for (std::size_t at = 0; at + 4 <= good.size(); at += std::size_t(r.Stride)) {
+        const std::int32_t pastEnd = static_cast<std::int32_t>(good.size() - at - 4 + 1);
+        for (std::int32_t count : {-1, 0x7FFFFFFF, pastEnd}) {
+            Bytes bad = good;
+            std::memcpy(bad.data() + at, &count, 4);   // little-endian, as the files
+            run.Run(bad, "count " + std::to_string(count) + " at " + std::to_string(at));
+        }
+    }
+    EXPECT_GT(run.Runs(), 0);
+    EXPECT_TRUE(run.Failures().empty()) << Joined(run.Failures());
+}
+
+TEST_P(HostileFiles, RandomBytesFlipped) {
+    const Reader& r = TheReader();
+    Runner run(r);
+    const Bytes good = ReadBytes(r.Fixture);
+    auto rng = Rng(r, 2);
+    std::uniform_int_distribution<std::size_t> where(0, good.size() - 1);
+    std::uniform_int_distribution<int> howMany(1, 8), value(0, 255);
+    const int copies = 400 / r.Stride;
+    for (int i = 0; i < copies; ++i) {
+        Bytes bad = good;
+        std::string what = "flipped";
+        for (int k = howMany(rng); k > 0; --k) {
+            const std::size_t at = where(rng);
+            bad[at] = static_cast<char>(value(rng));
+            what += " " + std::to_string(at);
+        }
+        run.Run(bad, what);
+    }
+    EXPECT_TRUE(run.Failures().empty()) << Joined(run.Failures());
+}
+
+// Inputs the fuzz targets found, kept as real files: each must give exactly
+// this outcome ("" = loads), and no sanitizer finding on the way.
+struct Finding {
+    const char* File;     // under tests/data/hostile
+    std::uint8_t Kind;
+    const char* Error;    // the start of the message
+};
+
+class Findings : public ::testing::TestWithParam<Finding> {};
+
+TEST_P(Findings, FinItemsGivesItsOutcome) {
+    const Finding& f = GetParam();
+    const std::string path = std::string(TESSARY_TEST_DATA) + "/hostile/" + f.File;
+    auto chart = kv::MakeDemoChart(f.Kind, "/nonexistent/Entries.dat");
+    kv::TModelData m(f.Kind, nullptr, nullptr, nullptr, nullptr, path, chart.get());
+    std::string error;
+    try {
+        m.Load();
+    } catch (const kv::EKvError& e) {
+        error = e.what();
+    }
+    if (*f.Error == 0)
+        EXPECT_EQ(error, "");
+    else
+        EXPECT_EQ(error.rfind(f.Error, 0), 0u) << error;
+}
+
+INSTANTIATE_TEST_SUITE_P(Regressions, Findings, ::testing::Values(
+    // A section length near 2^63 overflowed the end of section sum; it now
+    // counts as no length, and the solution loads.
+    Finding{"finitems-qr-section-length-overflow.dat", 2, ""}),
+    [](const auto& info) {
+        std::string name = info.param.File;
+        for (char& c : name)
+            if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
+        return name;
+    });
+
+INSTANTIATE_TEST_SUITE_P(Readers, HostileFiles, ::testing::ValuesIn(kReaderNames),
+                         [](const auto& info) { return std::string(info.param); });
+
+} // namespace
