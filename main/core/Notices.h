@@ -1,0 +1,47 @@
+// Odd situations in the allocator's grids, for a notice line that informs
+// without blocking. Nothing here changes the grids or the calculation.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/Grid.h"
+
+namespace tessary {
+
+enum class NoticeId {
+    TargetsNotHundred,      // value: the targets' total
+    EquityHundred,          // the other classes divide by zero
+    EquityNotPlaced,        // value: the money left over
+    AccountRowDropped,      // row, label: a row Calculate will drop
+    ClassRowDropped,        // row, label
+    DuplicateAccountType,   // label: the account type; value: how many records
+    ResultNamesShifted,     // row: first result row whose name is not its class
+};
+
+struct TNotice {
+    NoticeId id;
+    std::string text;       // a short English sentence
+    int row = 0;            // grid row, where the notice is about one
+    std::string label;
+    double value = 0;
+};
+
+// Stable key of an id, for translations and logs ("targets-total", ...).
+std::string_view NoticeKey(NoticeId id);
+
+// Notices of the input grids as they stand. Call it before a calculation:
+// Calculate deletes the rows the drop notices are about.
+std::vector<TNotice> InputNotices(const TGrid& accounts, const TGrid& classes);
+
+// Notices of a result grid against the classes grid it was calculated from,
+// right after the calculation.
+std::vector<TNotice> ResultNotices(const TGrid& classes, const TGrid& result);
+
+// Money of the equity targets that no account can take: what the calculation
+// leaves in PreferredLeft after the last record (0 when all of it was placed).
+double UnplacedEquityMoney(const TGrid& accounts, const TGrid& classes);
+
+} // namespace tessary
