@@ -1,0 +1,41 @@
+// The one-page report: title, date, the client's accounts, the targets, the
+// result grid and the chart. One painting function serves the PDF export and
+// the window's Print.
+#pragma once
+
+#include <QDate>
+#include <QLocale>
+#include <QRectF>
+#include <QString>
+
+#include "core/Grid.h"
+
+class QPagedPaintDevice;
+class QPainter;
+
+namespace tessary {
+
+struct TReportInput {
+    const TGrid& accounts;
+    const TGrid& classes;
+    const TGrid& result;
+    QDate date;
+    QLocale locale;
+};
+
+// Paints the report into page (device coordinates), shrinking it when the
+// grids are too long for one page. Needs a QApplication (the chart).
+void PaintReport(QPainter& painter, const QRectF& page, const TReportInput& input);
+
+// One page on any paged device: a QPdfWriter, or a QPrinter after its print
+// dialog. Throws EExport when the device cannot be painted on.
+void PrintReport(QPagedPaintDevice& device, const TReportInput& input);
+
+// A PDF file (Letter), written atomically. Throws EExport.
+void WriteReportPdf(const QString& path, const TReportInput& input);
+
+// The same, dated today, in the user's locale; throws EExport also when there
+// is no QApplication.
+void WriteAllocationReportPdf(const QString& path, const TGrid& accounts, const TGrid& classes, const TGrid& result);
+
+} // namespace tessary

@@ -1,0 +1,270 @@
+#include "report/Worksheet.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSaveFile>
+#include <cmath>
+
+#include "core/Allocation.h"
+#include "core/Totals.h"
+
+namespace tessary {
+
+namespace {
+
+// Far beyond any worksheet; keeps a stray huge file from being read whole.
+constexpr qint64 kMaxBytes = 64 << 20;
+// Integers a JSON number carries exactly.
+constexpr double kMaxExactInteger = 9007199254740992.0;
+
+QString Tr(const char* text) { return QCoreApplication::translate("tessary::Worksheet", text); }
+
+QJsonValue CellToJson(const TCell& cell) {
+    if (const auto* s = std::get_if<std::string>(&cell.value)) return QString::fromStdString(*s);
+    if (const auto* d = std::get_if<double>(&cell.value)) {
+        if (std::isfinite(*d) && !(*d == 0 && std::signbit(*d))) return *d;
+        // JSON numbers have no infinities, no NaN and (once read) no negative
+        // zero; a wrapped text keeps these apart from text cells.
+        QJsonObject o;
+        o.insert(QStringLiteral("number"), std::isnan(*d) ? QStringLiteral("nan")
+                                           : *d == 0      ? QStringLiteral("-0")
+                                           : *d > 0       ? QStringLiteral("inf")
+                                                          : QStringLiteral("-inf"));
+        return o;
+    }
+    return QJsonValue::Null;
+}
+
+QJsonObject RowToJson(const TGrid& grid, int row) {
+    QJsonArray cells;
+    for (int c = 0; c < grid.ColCount(); ++c) cells.append(CellToJson(grid.Cell(c, row)));
+    QJsonObject o;
+    o.insert(QStringLiteral("cells"), cells);
+    if (const std::intptr_t object = grid.Object(0, row); object != 0)
+        o.insert(QStringLiteral("object"), static_cast<double>(object));
+    return o;
+}
+
+QJsonObject BodyToJson(const TGrid& grid) {
+    QJsonArray rows;
+    for (int r = grid.FixedRows(); r < grid.RowCount(); ++r) rows.append(RowToJson(grid, r));
+    QJsonObject o;
+    o.insert(QStringLiteral("rows"), rows);
+    return o;
+}
+
+QJsonObject ResultToJson(const TGrid& grid) {
+    QJsonArray rows;
+    for (int r = 0; r < grid.RowCount(); ++r) rows.append(RowToJson(grid, r));
+    QJsonArray merges;
+    for (const TMerge& m : grid.Merges()) merges.append(QJsonArray{m.col, m.row, m.cols, m.rows});
+    QJsonObject o;
+    o.insert(QStringLiteral("columns"), grid.ColCount());
+    o.insert(QStringLiteral("rows"), rows);
+    o.insert(QStringLiteral("merges"), merges);
+    return o;
+}
+
+// Reads one document; every problem is a Damaged fault naming the file and the place.
+class TReader {
+public:
+    explicit TReader(const QString& fileName) : fileName_(fileName) {}
+
+    [[noreturn]] void Damaged(const QString& detail) const {
+        throw EWorksheet(EWorksheet::Fault::Damaged,
+                         Tr("The worksheet \"%1\" is damaged: %2.").arg(fileName_, detail));
+    }
+
+    QJsonObject Object(const QJsonObject& parent, const char* key, const QString& where) const {
+        const QJsonValue v = parent.value(QLatin1String(key));
+        if (!v.isObject()) Damaged(Tr("%1 has no \"%2\" object").arg(where, QLatin1String(key)));
+        return v.toObject();
+    }
+
+    QJsonArray Array(const QJsonValue& v, const QString& what) const {
+        if (!v.isArray()) Damaged(Tr("%1 is missing or not a list").arg(what));
+        return v.toArray();
+    }
+
+    double Integer(const QJsonValue& v, const QString& what, double min, double max) const {
+        const double d = v.toDouble(std::nan(""));
+        if (!v.isDouble() || d != std::floor(d) || d < min || d > max)
+            Damaged(Tr("%1 is not a whole number from %2 to %3").arg(what).arg(min, 0, 'f', 0).arg(max, 0, 'f', 0));
+        return d;
+    }
+
+    void Cell(const QJsonValue& v, TGrid& grid, int col, int row, const QString& where) const {
+        switch (v.type()) {
+        case QJsonValue::Null: return;
+        case QJsonValue::String: grid.SetText(col, row, v.toString().toStdString()); return;
+        case QJsonValue::Double: grid.SetFloat(col, row, v.toDouble()); return;
+        case QJsonValue::Object: {
+            const QJsonObject o = v.toObject();
+            const QString n = o.value(QStringLiteral("number")).toString();
+            if (o.size() == 1 && (n == QLatin1String("inf") || n == QLatin1String("-inf") || n == QLatin1String("nan") ||
+                                  n == QLatin1String("-0"))) {
+                double d = 0;
+                ParseNumber(n.toStdString(), d);
+                grid.SetFloat(col, row, d);
+                return;
+            }
+            break;
+        }
+        default: break;
+        }
+        Damaged(Tr("cell %1 of %2 is neither empty, a text nor a number").arg(col + 1).arg(where));
+    }
+
+    // One row object {"cells": [...], "object": n} into grid row `row`.
+    void Row(const QJsonValue& v, TGrid& grid, int row, const QString& where) const {
+        if (!v.isObject()) Damaged(Tr("%1 is not an object").arg(where));
+        const QJsonObject o = v.toObject();
+        const QJsonArray cells = Array(o.value(QStringLiteral("cells")), Tr("the cell list of %1").arg(where));
+        if (cells.size() != grid.ColCount())
+            Damaged(Tr("%1 has %2 cells, not %3").arg(where).arg(cells.size()).arg(grid.ColCount()));
+        for (int c = 0; c < grid.ColCount(); ++c) Cell(cells[c], grid, c, row, where);
+        if (o.contains(QStringLiteral("object")))
+            grid.SetObject(0, row, static_cast<std::intptr_t>(Integer(o.value(QStringLiteral("object")),
+                                                                       Tr("the object of %1").arg(where),
+                                                                       -kMaxExactInteger, kMaxExactInteger)));
+    }
+
+    // Body rows after the grid's own header; each row as wide as the window's grid.
+    void Body(const QJsonObject& doc, const char* key, const QString& name, TGrid& grid) const {
+        const QJsonObject section = Object(doc, key, Tr("the document"));
+        const QJsonArray rows = Array(section.value(QStringLiteral("rows")), Tr("the row list of the %1").arg(name));
+        grid.SetRowCount(grid.FixedRows());
+        for (qsizetype i = 0; i < rows.size(); ++i)
+            Row(rows[i], grid, grid.AddRow(), Tr("%1 row %2").arg(name).arg(i + 1));
+    }
+
+    void Result(const QJsonObject& doc, TGrid& grid) const {
+        const QJsonObject section = Object(doc, "result", Tr("the document"));
+        const QJsonArray rows = Array(section.value(QStringLiteral("rows")), Tr("the row list of the result"));
+        if (rows.size() < grid.FixedRows()) Damaged(Tr("the result has fewer than its %1 header rows").arg(grid.FixedRows()));
+        const int columns = static_cast<int>(
+            Integer(section.value(QStringLiteral("columns")), Tr("the result's column count"), 1, 1 << 20));
+        // Sizes first: a short document must not make a large grid.
+        for (qsizetype i = 0; i < rows.size(); ++i)
+            if (rows[i].toObject().value(QStringLiteral("cells")).toArray().size() != columns)
+                Damaged(Tr("result row %1 does not have %2 cells").arg(i + 1).arg(columns));
+        grid.SetColCount(columns);
+        grid.SetRowCount(static_cast<int>(rows.size()));
+        for (qsizetype i = 0; i < rows.size(); ++i)
+            Row(rows[i], grid, static_cast<int>(i), Tr("result row %1").arg(i + 1));
+
+        const QJsonArray merges = Array(section.value(QStringLiteral("merges")), Tr("the merge list of the result"));
+        for (qsizetype i = 0; i < merges.size(); ++i) {
+            const QString what = Tr("merged cell %1 of the result").arg(i + 1);
+            const QJsonArray a = Array(merges[i], what);
+            if (a.size() != 4) Damaged(Tr("%1 does not have 4 numbers").arg(what));
+            const int col = static_cast<int>(Integer(a[0], what, 0, columns - 1));
+            const int row = static_cast<int>(Integer(a[1], what, 0, grid.RowCount() - 1));
+            const int cols = static_cast<int>(Integer(a[2], what, 1, 1 << 20));
+            const int span = static_cast<int>(Integer(a[3], what, 1, 1 << 20));
+            grid.Merge(col, row, cols, span);
+        }
+
+        // Widths are not stored: the calculation's at design size.
+        grid.SetColWidth(0, MakeResultGrid().ColWidth(0));
+        for (int c = 1; c < columns; ++c)
+            grid.SetColWidth(c, columns == 2 ? MakeResultGrid().ColWidth(1) : (c % 2 == 1 ? 25 : 60));
+    }
+
+private:
+    QString fileName_;
+};
+
+bool LooksLikeJsonObject(const QByteArray& bytes) {
+    for (char c : bytes) {
+        if (c == ' ' || c == '\t' || c == '\r' || c == '\n') continue;
+        return c == '{';
+    }
+    return false;
+}
+
+} // namespace
+
+EWorksheet::EWorksheet(Fault fault, const QString& message) : std::runtime_error(message.toStdString()), fault_(fault) {}
+
+TWorksheet::TWorksheet() : accounts(MakeAccountsGrid()), classes(MakeClassesGrid()), result(MakeResultGrid()) {}
+
+QByteArray WorksheetToJson(const TGrid& accounts, const TGrid& classes, const TGrid& result) {
+    QJsonObject doc;
+    doc.insert(QStringLiteral("format"), QLatin1String(kWorksheetFormat));
+    doc.insert(QStringLiteral("version"), kWorksheetVersion);
+    doc.insert(QStringLiteral("accounts"), BodyToJson(accounts));
+    doc.insert(QStringLiteral("classes"), BodyToJson(classes));
+    doc.insert(QStringLiteral("result"), ResultToJson(result));
+    return QJsonDocument(doc).toJson(QJsonDocument::Indented);
+}
+
+TWorksheet WorksheetFromJson(const QByteArray& bytes, const QString& fileName) {
+    const TReader reader(fileName);
+    if (bytes.trimmed().isEmpty()) reader.Damaged(Tr("the file is empty"));
+
+    QJsonParseError error{};
+    const QJsonDocument json = QJsonDocument::fromJson(bytes, &error);
+    if (error.error != QJsonParseError::NoError) {
+        if (!LooksLikeJsonObject(bytes))
+            throw EWorksheet(EWorksheet::Fault::Foreign, Tr("\"%1\" is not a Tessary worksheet.").arg(fileName));
+        reader.Damaged(Tr("%1 at byte %2").arg(error.errorString()).arg(error.offset));
+    }
+    const QJsonObject doc = json.object();
+    if (!json.isObject() || doc.value(QStringLiteral("format")).toString() != QLatin1String(kWorksheetFormat))
+        throw EWorksheet(EWorksheet::Fault::Foreign, Tr("\"%1\" is not a Tessary worksheet.").arg(fileName));
+
+    const QJsonValue version = doc.value(QStringLiteral("version"));
+    const double v = reader.Integer(version, Tr("the version"), 1, kMaxExactInteger);
+    if (v > kWorksheetVersion)
+        throw EWorksheet(EWorksheet::Fault::Newer,
+                         Tr("\"%1\" was saved by a newer Tessary (worksheet version %2; this one reads version %3).")
+                             .arg(fileName)
+                             .arg(v, 0, 'f', 0)
+                             .arg(kWorksheetVersion));
+
+    TWorksheet sheet;
+    reader.Body(doc, "accounts", Tr("accounts"), sheet.accounts);
+    reader.Body(doc, "classes", Tr("classes"), sheet.classes);
+    reader.Result(doc, sheet.result);
+    return sheet;
+}
+
+void SaveWorksheet(const QString& path, const TGrid& accounts, const TGrid& classes, const TGrid& result) {
+    const QByteArray bytes = WorksheetToJson(accounts, classes, result);
+    QSaveFile file(path);
+    auto fail = [&] {
+        throw EWorksheet(EWorksheet::Fault::Unwritable,
+                         Tr("Cannot save the worksheet \"%1\": %2").arg(path, file.errorString()));
+    };
+    if (!file.open(QIODevice::WriteOnly)) fail();
+    if (file.write(bytes) != bytes.size()) fail();
+    if (!file.commit()) fail();
+}
+
+TWorksheet ReadWorksheet(const QString& path) {
+    QFile file(path);
+    auto fail = [&](const QString& reason) {
+        throw EWorksheet(EWorksheet::Fault::Unreadable, Tr("Cannot open the worksheet \"%1\": %2").arg(path, reason));
+    };
+    if (QFileInfo(path).isDir()) fail(Tr("it is a folder"));
+    if (!file.open(QIODevice::ReadOnly)) fail(file.errorString());
+    if (file.size() > kMaxBytes)
+        throw EWorksheet(EWorksheet::Fault::Foreign, Tr("\"%1\" is not a Tessary worksheet.").arg(path));
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError) fail(file.errorString());
+    return WorksheetFromJson(bytes, path);
+}
+
+void LoadWorksheet(const QString& path, TGrid& accounts, TGrid& classes, TGrid& result) {
+    TWorksheet sheet = ReadWorksheet(path);
+    accounts = std::move(sheet.accounts);
+    classes = std::move(sheet.classes);
+    result = std::move(sheet.result);
+}
+
+} // namespace tessary
