@@ -12,6 +12,7 @@
 #include "core/Vocabulary.h"
 #include "core/Totals.h"
 #include "demo/DemoData.h"
+#include "report/Export.h"
 #include "import/ImportSession.h"
 #include "model/KvFnModelData.h"
 #include "model/KvFnParty.h"
@@ -31,7 +32,29 @@ QByteArray ReadWholeFile(const QString& path) {
     return bytes;
 }
 
+namespace {
+PdfReportWriter gPdfReportWriter = nullptr;
+} // namespace
+
+void SetPdfReportWriter(PdfReportWriter writer) { gPdfReportWriter = writer; }
+
+bool WantsPdf(const QStringList& args) {
+    for (const QString& a : args) {
+        // QCommandLineParser takes "-pdf" as "--pdf" here, and "--pdf=FILE" too.
+        const QString name = a.startsWith(QLatin1String("--")) ? a.mid(2) : a.startsWith(QLatin1Char('-')) ? a.mid(1) : QString();
+        if (name == QLatin1String("pdf") || name.startsWith(QLatin1String("pdf="))) return true;
+    }
+    return false;
+}
+
 QString AllocateCommand(const QString& accountsCsv, const QString& classesCsv, bool json) {
+    return AllocateCommand(accountsCsv, classesCsv, json ? AllocateOutput::Json : AllocateOutput::Text, QString());
+}
+
+QString AllocateCommand(const QString& accountsCsv, const QString& classesCsv, AllocateOutput output,
+                        const QString& pdfPath) {
+    if (!pdfPath.isEmpty() && !gPdfReportWriter)
+        throw CliError("This tessary-cli was built without the PDF report");
     const QByteArray accountsText = ReadWholeFile(accountsCsv);
     const QByteArray classesText = ReadWholeFile(classesCsv);
 
@@ -43,7 +66,13 @@ QString AllocateCommand(const QString& accountsCsv, const QString& classesCsv, b
 
     CalculateAllocation(accounts, classes, result, kDesignAddAccWidth);
 
-    if (json) return QString::fromUtf8(GridToJson(result).toJson(QJsonDocument::Compact)) + QLatin1Char('\n');
+    if (!pdfPath.isEmpty()) gPdfReportWriter(pdfPath, accounts, classes, result);
+    switch (output) {
+    case AllocateOutput::Json:
+        return QString::fromUtf8(GridToJson(result).toJson(QJsonDocument::Compact)) + QLatin1Char('\n');
+    case AllocateOutput::Csv: return GridAsCsv(result, GridKind::Result);
+    case AllocateOutput::Text: break;
+    }
     return FormatGridText(result, GridKind::Result, AppLocale());
 }
 
@@ -70,9 +99,18 @@ QString RunAllocate(const QStringList& args) {
     parser.addOption({QStringLiteral("accounts"), QStringLiteral("Accounts CSV: label,MD,BS,QR."), QStringLiteral("file")});
     parser.addOption({QStringLiteral("classes"), QStringLiteral("Targets CSV: label,percent."), QStringLiteral("file")});
     parser.addOption({QStringLiteral("json"), QStringLiteral("Print the result grid as JSON.")});
+    parser.addOption({QStringLiteral("csv"), QStringLiteral("Print the result grid as CSV.")});
+    parser.addOption({QStringLiteral("pdf"), QStringLiteral("Also write the one-page report."), QStringLiteral("file")});
     Parse(parser, args);
+    const bool json = parser.isSet(QStringLiteral("json")), csv = parser.isSet(QStringLiteral("csv"));
+    if (json && csv) throw CliError("Choose one of --json and --csv");
+    if (parser.isSet(QStringLiteral("pdf")) && parser.value(QStringLiteral("pdf")).isEmpty())
+        throw CliError("Missing file name after --pdf");
     return AllocateCommand(Required(parser, QStringLiteral("accounts")), Required(parser, QStringLiteral("classes")),
-                           parser.isSet(QStringLiteral("json")));
+                           json  ? AllocateOutput::Json
+                           : csv ? AllocateOutput::Csv
+                                 : AllocateOutput::Text,
+                           parser.value(QStringLiteral("pdf")));
 }
 
 // Options the import commands share.
@@ -239,8 +277,9 @@ QString Usage() {
     return QStringLiteral(
         "Usage: tessary-cli <command> [options]\n"
         "Commands:\n"
-        "  allocate --accounts A.csv --classes C.csv [--json]\n"
-        "      Splits the accounts over the asset classes and prints the result grid.\n"
+        "  allocate --accounts A.csv --classes C.csv [--json | --csv] [--pdf FILE]\n"
+        "      Splits the accounts over the asset classes and prints the result grid\n"
+        "      (--csv: as CSV with the numbers shown); --pdf FILE also writes the report.\n"
         "  files --product MD|BS|QR [--data-dir D]\n"
         "  solutions --product P --file NAME [--data-dir D]\n"
         "  parties --product P --file NAME --solution NAME [--data-dir D] [--core-dir C]\n"

@@ -5,6 +5,8 @@
 #include <QStringList>
 #include <stdexcept>
 
+#include "core/Grid.h"
+
 namespace tessary {
 
 // A failure to report on one line of standard error; the message names the
@@ -25,6 +27,21 @@ CliOutput RunCli(const QStringList& args);
 
 // tessary-cli allocate: the calculation on two CSV files.
 QString AllocateCommand(const QString& accountsCsv, const QString& classesCsv, bool json);
+
+enum class AllocateOutput { Text, Json, Csv };
+
+// The same, printing the result in one of its forms and, given pdfPath, also
+// writing the report there.
+QString AllocateCommand(const QString& accountsCsv, const QString& classesCsv, AllocateOutput output,
+                        const QString& pdfPath);
+
+// Writes the PDF report of one calculation. Programs that link the report
+// (and make a QApplication) set it; without it --pdf fails with a message.
+using PdfReportWriter = void (*)(const QString& path, const TGrid& accounts, const TGrid& classes, const TGrid& result);
+void SetPdfReportWriter(PdfReportWriter writer);
+
+// Whether these arguments ask for a PDF, so that main knows to make a QApplication.
+bool WantsPdf(const QStringList& args);
 
 // Reads a whole file; throws CliError naming the file on failure.
 QByteArray ReadWholeFile(const QString& path);

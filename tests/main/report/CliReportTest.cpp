@@ -1,0 +1,122 @@
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <cmath>
+
+#include "ReportTestUtil.h"
+#include "cli/Commands.h"
+#include "core/CsvInput.h"
+#include "report/Report.h"
+
+using namespace tessary;
+using namespace tessary::test;
+
+namespace {
+
+class CliReport : public ::testing::Test {
+protected:
+    void SetUp() override {
+        accounts = Write("a.csv", "h\nNon-Reg.,1000.4,0,500\nTFSAs,100,300\nRRSPs/RRIFs,-20\n");
+        classes = Write("c.csv", "h\nEquities Canada,40\n\"Short-Term Fixed\",35.5\nMid/Long-Term Fixed,24.5\n");
+    }
+    QString Write(const QString& name, const QByteArray& text) {
+        QFile f(dir.filePath(name));
+        EXPECT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(text);
+        return f.fileName();
+    }
+    CliOutput Allocate(const QStringList& extra) {
+        return RunCli(QStringList{"allocate", "--accounts", accounts, "--classes", classes} + extra);
+    }
+
+    QTemporaryDir dir;
+    QString accounts, classes;
+};
+
+TEST_F(CliReport, CsvIsTheJsonGridRoundedAsShown) {
+    const CliOutput csv = Allocate({"--csv"});
+    ASSERT_EQ(csv.exitCode, 0) << csv.err.toStdString();
+    EXPECT_TRUE(csv.err.isEmpty());
+    const QJsonArray rows = QJsonDocument::fromJson(Allocate({"--json"}).out.toUtf8()).object().value("cells").toArray();
+    const auto records = ParseCsv(csv.out.toStdString());
+    ASSERT_EQ(records.size(), static_cast<std::size_t>(rows.size()));
+    for (int r = 0; r < rows.size(); ++r) {
+        const QJsonArray cells = rows[r].toArray();
+        ASSERT_EQ(records[r].size(), static_cast<std::size_t>(cells.size()));
+        for (int c = 0; c < cells.size(); ++c) {
+            const QString field = QString::fromStdString(records[r][c]);
+            if (!cells[c].isDouble()) {
+                EXPECT_EQ(field, cells[c].toString()) << "cell " << c << "," << r;
+                continue;
+            }
+            bool ok = false;
+            const double shown = field.toDouble(&ok);
+            EXPECT_TRUE(ok && shown == std::round(shown)) << field.toStdString();
+            EXPECT_LE(std::abs(shown - cells[c].toDouble()), 0.5) << "cell " << c << "," << r;
+        }
+    }
+}
+
+TEST_F(CliReport, PdfIsWrittenBesideTheUsualOutput) {
+    const struct {
+        QStringList options;
+        QString file, stdoutAs;
+    } cases[] = {
+        {{"--pdf", dir.filePath("a.pdf")}, "a.pdf", ""},
+        {{"--csv", "--pdf", dir.filePath("b.pdf")}, "b.pdf", "--csv"},
+        {{"--pdf=" + dir.filePath("c.pdf"), "--json"}, "c.pdf", "--json"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.options.join(' ').toStdString());
+        const CliOutput out = Allocate(c.options);
+        EXPECT_EQ(out.exitCode, 0) << out.err.toStdString();
+        EXPECT_TRUE(out.err.isEmpty()) << out.err.toStdString();
+        EXPECT_EQ(out.out, Allocate(c.stdoutAs.isEmpty() ? QStringList{} : QStringList{c.stdoutAs}).out);
+        const QByteArray pdf = ReadBytes(dir.filePath(c.file));
+        EXPECT_TRUE(pdf.startsWith("%PDF-"));
+        EXPECT_EQ(CountPages(pdf).objects, 1);
+    }
+}
+
+TEST_F(CliReport, FailuresAreOneLineAndWriteNothing) {
+    const QString missingDir = dir.filePath("no/such/report.pdf"), missingCsv = dir.filePath("missing.csv");
+    const struct {
+        QStringList args;
+        QString mentions;
+    } cases[] = {
+        {{"--json", "--csv"}, "--json"},
+        {{"--pdf", missingDir}, missingDir},
+        {{"--pdf"}, "pdf"},
+        {{"--pdf", dir.filePath("x.pdf"), "--accounts", missingCsv}, missingCsv},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.args.join(' ').toStdString());
+        const CliOutput out = Allocate(c.args);
+        EXPECT_NE(out.exitCode, 0);
+        EXPECT_TRUE(out.out.isEmpty());
+        EXPECT_EQ(out.err.count(QLatin1Char('\n')), 1) << out.err.toStdString();
+        EXPECT_TRUE(out.err.contains(c.mentions)) << out.err.toStdString();
+    }
+    SetPdfReportWriter(nullptr);   // a build without the report
+    const CliOutput without = Allocate({"--pdf", dir.filePath("y.pdf")});
+    SetPdfReportWriter(&WriteAllocationReportPdf);
+    EXPECT_NE(without.exitCode, 0);
+    EXPECT_TRUE(without.err.contains("PDF")) << without.err.toStdString();
+    EXPECT_EQ(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), (QStringList{"a.csv", "c.csv"}));
+}
+
+TEST(CliReportArgs, WantsPdfSeesEveryFormOfTheOption) {
+    const struct {
+        QStringList args;
+        bool wants;
+    } cases[] = {{{"allocate", "--pdf", "r.pdf"}, true}, {{"allocate", "--pdf=r.pdf"}, true}, {{"allocate", "-pdf", "r.pdf"}, true},
+                 {{"allocate", "--csv"}, false},         {{"allocate", "--pdfx"}, false},    {{"allocate", "pdf"}, false}};
+    for (const auto& c : cases) EXPECT_EQ(WantsPdf(c.args), c.wants) << c.args.join(' ').toStdString();
+}
+
+} // namespace
