@@ -352,6 +352,8 @@ struct Finding {
     const char* Error;    // the start of the message
 };
 
+void PrintTo(const Finding& f, std::ostream* os) { *os << f.File; }
+
 class Findings : public ::testing::TestWithParam<Finding> {};
 
 TEST_P(Findings, FinItemsGivesItsOutcome) {
