@@ -98,7 +98,12 @@ QString WindowStyleSheet(double zoom) {
                "QTableView { gridline-color: #D5DCE4; border: 1px solid #B8C2CE;"
                "  selection-background-color: #CCD8E6; selection-color: black; }"
                "QLabel#lblCaptionBar { color: white; font-weight: bold; background: transparent; }"
-               "QLabel#Label1 { color: #1F3552; font-weight: bold; }")
+               "QLabel#Label1 { color: #1F3552; font-weight: bold; }"
+               "QLabel#lblNotices { color: #8A4B00; }"
+               "QToolButton#btnFile { color: white; background: transparent; border: 1px solid rgba(255,255,255,90);"
+               "  border-radius: %1px; padding: 0px 4px; }"
+               "QToolButton#btnFile:hover, QToolButton#btnFile:pressed { background: rgba(255,255,255,40); }"
+               "QToolButton#btnFile::menu-indicator { image: none; width: 0px; }")
         .arg(radius);
 }
 

@@ -1,5 +1,7 @@
 #include "window/GridView.h"
 
+#include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -183,7 +185,25 @@ void TGridView::resizeEvent(QResizeEvent* event) {
     ApplyWidths();
 }
 
+TCellRange TGridView::SelectedRange() const {
+    const QModelIndexList cells = selectionModel() ? selectionModel()->selectedIndexes() : QModelIndexList();
+    if (cells.isEmpty()) return WholeGrid(model_->Grid());
+    TCellRange r{cells.first().column(), cells.first().row(), cells.first().column(), cells.first().row()};
+    for (const QModelIndex& i : cells) {
+        r.left = std::min(r.left, i.column());
+        r.right = std::max(r.right, i.column());
+        r.top = std::min(r.top, i.row());
+        r.bottom = std::max(r.bottom, i.row());
+    }
+    return r;
+}
+
 void TGridView::keyPressEvent(QKeyEvent* event) {
+    // Tab-separated text pastes into a spreadsheet cell by cell.
+    if (event->matches(QKeySequence::Copy) && state() != EditingState) {
+        QApplication::clipboard()->setText(GridAsTsv(model_->Grid(), model_->Kind(), SelectedRange()));
+        return;
+    }
     // Enter moves down, as in a spreadsheet.
     if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && state() != EditingState &&
         event->modifiers() == Qt::NoModifier) {

@@ -11,6 +11,7 @@
 
 #include "cli/GridFormat.h"
 #include "core/Grid.h"
+#include "report/Export.h"
 
 namespace tessary {
 
@@ -71,6 +72,9 @@ public:
 
     // Re-reads cells, merges and column widths from the grid.
     void Refresh();
+
+    // The smallest rectangle around the selected cells; the whole grid when none is selected.
+    TCellRange SelectedRange() const;
 
     // Column 0 takes the width the other columns leave.
     bool stretchFirstColumn = false;

@@ -1,6 +1,7 @@
 #include "window/Unit1.h"
 
 #include <QApplication>
+#include <QChartView>
 #include <QCoreApplication>
 #include <QDesktopServices>
 #include <QDir>
@@ -24,6 +25,7 @@
 #include "core/Totals.h"
 #include "core/Vocabulary.h"
 #include "core/ImportMerge.h"
+#include "report/Chart.h"
 #include "window/FromFile.h"
 
 namespace tessary {
@@ -111,6 +113,28 @@ TForm1::TForm1(QWidget* parent)
     connect(mnuPresets, &QMenu::aboutToShow, this, &TForm1::FillPresetMenu);
     FillPresetMenu();
 
+    btnFile = new QToolButton(this);
+    btnFile->setObjectName(QStringLiteral("btnFile"));
+    btnFile->setText(tr("File"));
+    btnFile->setAccessibleName(tr("File"));
+    btnFile->setPopupMode(QToolButton::InstantPopup);
+    btnFile->setFocusPolicy(Qt::NoFocus);
+    mnuFile = new QMenu(btnFile);
+    mnuFile->setObjectName(QStringLiteral("mnuFile"));
+    btnFile->setMenu(mnuFile);
+    BuildFileMenu();
+
+    lblNotices = new QLabel(this);
+    lblNotices->setObjectName(QStringLiteral("lblNotices"));
+    lblNotices->setAccessibleName(tr("Notices"));
+    lblNotices->setTextFormat(Qt::PlainText);
+    chtAllocation = new QChartView(MakeAllocationChart(result_, AppLocale()), this);
+    chtAllocation->setObjectName(QStringLiteral("chtAllocation"));
+    chtAllocation->setAccessibleName(tr("Allocation chart"));
+    chtAllocation->setRenderHint(QPainter::Antialiasing);
+    chtAllocation->chart()->legend()->setAlignment(Qt::AlignRight);
+    chtAllocation->chart()->setMargins(QMargins(2, 2, 2, 2));
+
     auto* calc = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Return), this, this, &TForm1::btnCalculateClick);
     calc->setObjectName(QStringLiteral("scCalculate"));
     new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Enter), this, this, &TForm1::btnCalculateClick);
@@ -127,11 +151,23 @@ TForm1::TForm1(QWidget* parent)
     auto* accModel = grdAccounts->GridModel();
     accModel->comboItems.assign(kAccountKindLabels.begin(), kAccountKindLabels.end());
     accModel->onComboChange = [this](int row, int index) { grdAccountsComboChange(grdAccounts, row, index); };
-    accModel->onEditDone = [this](int, int) { grdAccountsEditCellDone(); };
+    accModel->onEditDone = [this](int, int) {
+        grdAccountsEditCellDone();
+        UpdateNotices();
+    };
     auto* clsModel = grdClasses->GridModel();
     clsModel->comboItems.assign(kAssetClassLabels.begin(), kAssetClassLabels.end());
     clsModel->onComboChange = [this](int row, int index) { grdAccountsComboChange(grdClasses, row, index); };
-    clsModel->onEditDone = [this](int, int) { grdClassesEditCellDone(); };
+    clsModel->onEditDone = [this](int, int) {
+        grdClassesEditCellDone();
+        UpdateNotices();
+    };
+    // Any change of a grid may change the document state.
+    for (TGridView* g : {grdAccounts, grdClasses, grdResult}) {
+        auto* m = g->GridModel();
+        connect(m, &QAbstractItemModel::dataChanged, this, &TForm1::UpdateDocumentState);
+        connect(m, &QAbstractItemModel::modelReset, this, &TForm1::UpdateDocumentState);
+    }
 
     connect(btnAddAcc, &QPushButton::clicked, this, &TForm1::btnAddAccClick);
     connect(btnDelAcc, &QPushButton::clicked, this, &TForm1::btnDelAccClick);
@@ -155,6 +191,7 @@ TForm1::TForm1(QWidget* parent)
     setTabOrder(btnPresets, btnCalculate);
     setTabOrder(btnCalculate, grdResult);
     setTabOrder(grdResult, AdvRepeatButton3);
+    chtAllocation->setFocusPolicy(Qt::NoFocus);
 
     qApp->installEventFilter(this);
     FormCreate();
@@ -190,6 +227,8 @@ void TForm1::FormCreate() {
     for (QPushButton* b : findChildren<QPushButton*>())
         if (b->property("compact").toBool()) b->setFont(compact);
     btnPresets->setFont(compact);
+    btnFile->setFont(compact);
+    lblNotices->setFont(compact);
     // Grid texts are longer than the design's narrow font made them.
     QFont gridFont = f;
     gridFont.setPointSizeF(baseFontSize_ * cnf_.Zoom * 0.9);
@@ -224,6 +263,9 @@ void TForm1::FormCreate() {
     classes_.SetRowCount(3);
     classes_.SetRowCount(2);
     RefreshGrids();
+    UpdateChart();
+    savedSnapshot_ = Snapshot();
+    UpdateDocumentState();
 }
 
 void TForm1::LayoutControls() {
@@ -238,7 +280,8 @@ void TForm1::LayoutControls() {
     };
     place(pnCaption, 0, 0, width() / z, 26);
     place(imApplIcon, 7, 3, 20, 20);
-    place(lblCaptionBar, 33, 3, 200, 20);
+    place(btnFile, 33, 4, 36, 18);
+    place(lblCaptionBar, 76, 3, 370 + dx, 20);
     place(pnWndButtons, 452 + dx, 1, 81, 24);
     place(hbtMinimize, 17, 2, 30, 20);
     place(hbtQuit, 48, 2, 30, 20);
@@ -258,14 +301,21 @@ void TForm1::LayoutControls() {
     // Ends flush with the classes grid.
     btnCalculate->setGeometry(grdClasses->x() + grdClasses->width() - btnCalculate->width(), RoundInt(230 * z),
                               btnCalculate->width(), RoundInt(22 * z));
-    place(Label1, 8, 232, 200, 18);
+    place(Label1, 8, 232, 135, 18);
+    lblNotices->setGeometry(RoundInt(146 * z), RoundInt(232 * z),
+                            std::max(0, btnCalculate->x() - RoundInt(152 * z)), RoundInt(18 * z));
+    ElideNotices();
 
-    place(grdResult, 8, 252, 517 + dx, 177 + dy);
-    place(AdvRepeatButton3, 9, 435 + dy, 55, 20);
-    place(rbCorner, 512 + dx, 437 + dy, 21, 23);
+    // Extra height: 40 % to the result grid, the rest to the chart.
+    const double dyGrid = dy * 0.4;
+    place(grdResult, 8, 252, 517 + dx, 165 + dyGrid);
+    place(chtAllocation, 8, 421 + dyGrid, 517 + dx, 139 + (dy - dyGrid));
+    place(AdvRepeatButton3, 9, 565 + dy, 55, 20);
+    place(rbCorner, 512 + dx, 567 + dy, 21, 23);
 
     pnCaption->lower();
-    for (QWidget* w : {static_cast<QWidget*>(imApplIcon), static_cast<QWidget*>(lblCaptionBar), pnWndButtons})
+    for (QWidget* w : {static_cast<QWidget*>(imApplIcon), static_cast<QWidget*>(lblCaptionBar), pnWndButtons,
+                       static_cast<QWidget*>(btnFile)})
         w->raise();
 }
 
@@ -373,6 +423,7 @@ void TForm1::LoadInputs(const QByteArray& accountsCsv, const QByteArray& classes
     grdAccountsEditCellDone();
     grdClassesEditCellDone();
     RefreshGrids();
+    UpdateNotices();
 }
 
 void TForm1::RefreshGrids() {
@@ -396,6 +447,7 @@ void TForm1::btnDelAccClick() {
     if (row >= 1) {
         accounts_.DeleteRow(row);
         grdAccounts->Refresh();
+        UpdateNotices();
     }
 }
 
@@ -404,12 +456,14 @@ void TForm1::AdvRepeatButton1Click() {
     if (row >= 1) {
         classes_.DeleteRow(row);
         grdClasses->Refresh();
+        UpdateNotices();
     }
 }
 
 void TForm1::btnClearClick() {
     ClearBodyRows(accounts_);
     grdAccounts->Refresh();
+    UpdateNotices();
 }
 
 void TForm1::btnImpClick() {
@@ -421,11 +475,17 @@ void TForm1::btnImpClick() {
     const double total = MergeImport(accounts_, column, dlg->Result());
     Label3->setText(AccountsTotalLabel(total, AppLocale()));
     grdAccounts->Refresh();
+    UpdateNotices();
 }
 
 void TForm1::btnCalculateClick() {
+    // Before: the calculation drops the rows some of them name.
+    std::vector<TNotice> notices = InputNotices(accounts_, classes_);
     CalculateAllocation(accounts_, classes_, result_, btnAddAcc->width());
+    for (TNotice& n : ResultNotices(classes_, result_)) notices.push_back(std::move(n));
+    ShowNotices(notices);
     RefreshGrids();
+    UpdateChart();
 }
 
 void TForm1::hbtQuitClick() { close(); }
@@ -444,14 +504,10 @@ void TForm1::AdvRepeatButton3Click() {
         QMessageBox::information(this, tr("Help"), tr("The help page could not be opened: %1").arg(helpFile_));
 }
 
-namespace {
-
 QSettings ProgramSettingsStore() {
     return QSettings(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Torvane Labs Inc."),
                      QStringLiteral("Tessary"));
 }
-
-} // namespace
 
 void TForm1::FillPresetMenu() {
     mnuPresets->clear();
@@ -478,6 +534,7 @@ void TForm1::ApplyTargetPreset(const TTargetPreset& preset) {
     ApplyPreset(preset, classes_);
     grdClassesEditCellDone();
     grdClasses->Refresh();
+    UpdateNotices();
 }
 
 void TForm1::SaveTargetPreset() {

@@ -1,18 +1,24 @@
 // The allocator's main window.
 #pragma once
 
+#include <QByteArray>
 #include <QLabel>
-#include <QPointer>
 #include <QMenu>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QToolButton>
 #include <QWidget>
+#include <functional>
 
 #include "core/Grid.h"
+#include "core/Notices.h"
 #include "core/Presets.h"
 #include "import/ImportSession.h"
 #include "window/Chrome.h"
 #include "window/GridView.h"
+
+class QChartView;
+class QSettings;
 
 namespace tessary {
 
@@ -23,8 +29,15 @@ struct TCnf {
 };
 
 inline constexpr int kDesignWidth = 533;
-inline constexpr int kDesignHeight = 460;
+// The chart under the result grid made the window taller than the original 460.
+inline constexpr int kDesignHeight = 590;
 inline constexpr double kDefaultZoom = 1.5;
+
+// The program's settings (saved presets, recent worksheets, language).
+QSettings ProgramSettingsStore();
+
+// A notice in the window's language.
+QString NoticeText(const TNotice& notice);
 
 // The zoom that keeps the zoomed window inside the available height
 // (never above the wanted zoom).
@@ -78,6 +91,42 @@ public:
     // Named target mixes for the classes grid.
     QToolButton* btnPresets;
     QMenu* mnuPresets;
+    // The worksheet and what is handed on: in the caption bar.
+    QToolButton* btnFile;
+    QMenu* mnuFile;
+    QMenu* mnuRecent;
+    QAction* actNew;
+    QAction* actOpen;
+    QAction* actSave;
+    QAction* actSaveAs;
+    QAction* actCopy;
+    QAction* actExportCsv;
+    QAction* actExportPdf;
+    QAction* actPrint;
+    QAction* actQuit;
+    // Odd situations of the grids, one line, never blocking.
+    QLabel* lblNotices;
+    QChartView* chtAllocation;
+
+    // Replaceable for tests; by default they show dialogs.
+    // Save, Discard or Cancel for the worksheet with unsaved changes.
+    std::function<QMessageBox::StandardButton()> AskSaveChanges;
+    // A file to open (save false) or to write (save true); empty: cancelled.
+    std::function<QString(bool save, const QString& caption, const QString& filter, const QString& suggested)>
+        ChooseFile;
+    std::function<void(const QString& message)> ShowError;
+
+    // The worksheet on disk, empty while untitled.
+    QString CurrentFile() const { return currentFile_; }
+    // The grids differ from the worksheet as last opened, saved or started.
+    bool IsModified() const;
+    // Loads a worksheet whole; on an error the grids stay as they were and the error is shown.
+    bool OpenWorksheet(const QString& path);
+    bool SaveWorksheetTo(const QString& path);
+    // Offers to save unsaved changes; false when the adviser cancels.
+    bool MaybeSave();
+    // The notices now shown, one per line.
+    QStringList Notices() const { return notices_; }
 
 public slots:
     void btnAddAccClick();
@@ -87,6 +136,17 @@ public slots:
     void btnClearClick();
     void btnImpClick();
     void btnCalculateClick();
+    void actNewClick();
+    void actOpenClick();
+    bool actSaveClick();
+    bool actSaveAsClick();
+    // The selected result cells, or the whole result when none is selected, as tab-separated text.
+    void actCopyClick();
+    void actExportCsvClick();
+    void actExportPdfClick();
+    void actPrintClick();
+    // Shows the marks of the document state: title, caption, Save.
+    void UpdateDocumentState();
     void hbtQuitClick();
     void hbtMinimizeClick();
     void hbtBgndClick();
@@ -108,6 +168,7 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
@@ -116,6 +177,18 @@ private:
     void LayoutControls();
     void RefreshGrids();
     void FillPresetMenu();
+    void FillRecentMenu();
+    void BuildFileMenu();
+    void AddRecentFile(const QString& path);
+    // Input notices before a calculation (it drops the rows they name), result notices after.
+    void ShowNotices(const std::vector<TNotice>& notices);
+    void UpdateNotices();
+    void UpdateChart();
+    QByteArray Snapshot() const;
+    void ScaleColumnWidths();
+    int RoundZoomed(int designWidth) const;
+    void ElideNotices();
+    void Fail(const QString& message);
     QPushButton* MakeButton(const char* name, const QString& text, bool compact);
     void StartFrameAction(HitArea area, const QPoint& globalPos);
 
@@ -130,6 +203,9 @@ private:
     double baseFontSize_ = 8;
     QString helpFile_;
     TFolderOverrides importFolders_;
+    QString currentFile_;
+    QByteArray savedSnapshot_;
+    QStringList notices_;
 
     QRect captionRegion_, buttonsRegion_, cornerRegion_;
 

@@ -29,6 +29,8 @@ int main(int argc, char** argv) {
                       QStringLiteral("dir")});
     parser.addOption({QStringLiteral("key"), QStringLiteral("Client-file key for protected client files."),
                       QStringLiteral("key")});
+    parser.addPositionalArgument(QStringLiteral("worksheet"), QStringLiteral("A .tessary worksheet to open."),
+                                 QStringLiteral("[worksheet]"));
     parser.process(app);
     tessary::ApplyClientKey(parser.value(QStringLiteral("key")));
 
@@ -46,6 +48,8 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "tessary: %s\n", e.what());
         return 1;
     }
+    // A worksheet that cannot be read is reported in the window, which then starts empty.
+    if (!parser.positionalArguments().isEmpty()) form.OpenWorksheet(parser.positionalArguments().first());
     if (parser.isSet(QStringLiteral("calculate"))) form.btnCalculateClick();
     form.show();
 

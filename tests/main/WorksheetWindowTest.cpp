@@ -1,0 +1,320 @@
+// The window's worksheets, hand-on outputs, notices and chart, on the real
+// window offscreen with real files.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QBarSet>
+#include <QChart>
+#include <QChartView>
+#include <QClipboard>
+#include <QFile>
+#include <QRegularExpression>
+#include <QSettings>
+#include <QStackedBarSeries>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include "report/Worksheet.h"
+#include "window/Unit1.h"
+
+using namespace tessary;
+
+namespace {
+
+const QByteArray kAccountsCsv = "Account Type,MD,BS,QR\nNon-Reg.,250000,120000,45000\nTFSAs,95000,,\n"
+                                "RRSPs/RRIFs,310000,,\nLIRAs/LIFs,80000,,\nDCPs/LRIFs,140000,,\n";
+const QByteArray kClassesCsv = "Asset Class,%\nShort-Term Fixed,10\nMid/Long-Term Fixed,25\nEquities Canada,25\n"
+                               "Equities U.S.,20\nEquities Emerging Markets,5\nEquities Global,15\n";
+
+QByteArray ReadAll(const QString& path) {
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+class WorksheetWindow : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(dir.isValid());
+        form = std::make_unique<TForm1>();
+        form->ShowError = [this](const QString& m) { errors << m; };
+        form->AskSaveChanges = [this] {
+            ++asked;
+            return answer;
+        };
+        form->ChooseFile = [this](bool save, const QString&, const QString&, const QString&) {
+            chosenForSave << save;
+            return chosen;
+        };
+        form->show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(form.get()));
+    }
+    void TearDown() override {
+        // Nothing may stop the window from closing at the end of a test.
+        form->AskSaveChanges = [] { return QMessageBox::Discard; };
+    }
+    void FillAndCalculate() {
+        form->LoadInputs(kAccountsCsv, kClassesCsv);
+        form->btnCalculateClick();
+    }
+    QString Path(const char* name) const { return dir.filePath(QString::fromLatin1(name)); }
+
+    QTemporaryDir dir;
+    std::unique_ptr<TForm1> form;
+    QStringList errors;
+    QMessageBox::StandardButton answer = QMessageBox::Cancel;
+    int asked = 0;
+    QString chosen;
+    QList<bool> chosenForSave;
+};
+
+TEST_F(WorksheetWindow, SaveNewOpenRoundTripAndTheUnsavedMark) {
+    EXPECT_FALSE(form->IsModified());
+    EXPECT_EQ(form->lblCaptionBar->text(), "Tessary");
+    FillAndCalculate();
+    EXPECT_TRUE(form->IsModified());
+    EXPECT_EQ(form->lblCaptionBar->text(), "Untitled* - Tessary");
+    const QByteArray before = WorksheetToJson(form->Accounts(), form->Classes(), form->Result());
+
+    // Save on an untitled worksheet asks where; the suffix is added.
+    chosen = Path("client");
+    ASSERT_TRUE(form->actSaveClick());
+    EXPECT_EQ(chosenForSave, QList<bool>{true});
+    EXPECT_EQ(form->CurrentFile(), Path("client.tessary"));
+    EXPECT_FALSE(form->IsModified());
+    EXPECT_EQ(form->lblCaptionBar->text(), "client.tessary - Tessary");
+    EXPECT_EQ(WorksheetToJson(ReadWorksheet(Path("client.tessary")).accounts, form->Classes(), form->Result()),
+              before);
+
+    form->actNewClick();
+    EXPECT_EQ(asked, 0);   // nothing unsaved
+    EXPECT_EQ(form->Accounts().RowCount(), 2);
+    EXPECT_EQ(form->Result().ColCount(), 2);
+    EXPECT_EQ(form->Label3->text(), "$0");
+    EXPECT_TRUE(form->CurrentFile().isEmpty());
+
+    ASSERT_TRUE(form->OpenWorksheet(Path("client.tessary")));
+    EXPECT_EQ(WorksheetToJson(form->Accounts(), form->Classes(), form->Result()), before);
+    EXPECT_FALSE(form->IsModified());
+    EXPECT_EQ(form->Label3->text(), "$1,040,000");
+    EXPECT_EQ(form->Label2->text(), "100%");
+    // Widths come back zoomed, as the window shows them at start-up.
+    EXPECT_EQ(form->Result().ColWidth(0), TForm1().Result().ColWidth(0));
+
+    // An edit marks it; saving again writes to the same file without asking.
+    form->Classes().SetFloat(1, 1, 12);
+    form->grdClasses->Refresh();
+    EXPECT_EQ(form->lblCaptionBar->text(), "client.tessary* - Tessary");
+    chosenForSave.clear();
+    QTest::keyClick(form.get(), Qt::Key_S, Qt::ControlModifier);
+    EXPECT_TRUE(chosenForSave.isEmpty());
+    EXPECT_FALSE(form->IsModified());
+    EXPECT_EQ(ReadWorksheet(Path("client.tessary")).classes.Float(1, 1), 12);
+
+    QSettings settings = ProgramSettingsStore();
+    EXPECT_EQ(settings.value("RecentWorksheets").toStringList().value(0), Path("client.tessary"));
+    emit form->mnuRecent->aboutToShow();
+    ASSERT_FALSE(form->mnuRecent->actions().isEmpty());
+}
+
+TEST_F(WorksheetWindow, ADamagedOrForeignDocumentLeavesTheGridsAsTheyWere) {
+    FillAndCalculate();
+    const QByteArray before = WorksheetToJson(form->Accounts(), form->Classes(), form->Result());
+    SaveWorksheet(Path("good.tessary"), form->Accounts(), form->Classes(), form->Result());
+    const QByteArray good = ReadAll(Path("good.tessary"));
+    const struct {
+        const char* name;
+        QByteArray bytes;
+        const char* message;
+    } cases[] = {
+        {"foreign.tessary", "{\"hello\": 1}", "is not a Tessary worksheet"},
+        {"truncated.tessary", good.left(good.size() / 2), "is damaged"},
+        {"empty.tessary", "", "is damaged"},
+        {"binary.tessary", QByteArray("\x00\x01\xff\xfe", 4), "is not a Tessary worksheet"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        QFile f(Path(c.name));
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(c.bytes);
+        f.close();
+        errors.clear();
+        EXPECT_FALSE(form->OpenWorksheet(Path(c.name)));
+        ASSERT_EQ(errors.size(), 1);
+        EXPECT_TRUE(errors.first().contains(c.message)) << errors.first().toStdString();
+        EXPECT_EQ(WorksheetToJson(form->Accounts(), form->Classes(), form->Result()), before);
+        EXPECT_TRUE(form->CurrentFile().isEmpty());
+    }
+    errors.clear();
+    EXPECT_FALSE(form->OpenWorksheet(Path("missing.tessary")));
+    EXPECT_EQ(errors.size(), 1);
+}
+
+TEST_F(WorksheetWindow, UnsavedChangesPromptDecidesWhatHappens) {
+    const struct {
+        const char* name;
+        QMessageBox::StandardButton answer;
+        bool closes;
+        bool saved;
+    } cases[] = {
+        {"cancel", QMessageBox::Cancel, false, false},
+        {"discard", QMessageBox::Discard, true, false},
+        {"save", QMessageBox::Save, true, true},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        form = std::make_unique<TForm1>();
+        form->ShowError = [this](const QString& m) { errors << m; };
+        form->AskSaveChanges = [this] {
+            ++asked;
+            return answer;
+        };
+        form->ChooseFile = [this](bool, const QString&, const QString&, const QString&) { return chosen; };
+        form->show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(form.get()));
+        asked = 0;
+        answer = c.answer;
+        chosen = Path(c.name);
+
+        EXPECT_TRUE(form->close());   // nothing to lose: no question
+        EXPECT_EQ(asked, 0);
+        form->show();
+        FillAndCalculate();
+        EXPECT_EQ(form->close(), c.closes);
+        EXPECT_EQ(asked, 1);
+        EXPECT_EQ(form->isVisible(), !c.closes);
+        EXPECT_EQ(QFile::exists(Path(c.name) + ".tessary"), c.saved);
+        // New asks the same way; Cancel keeps the grids.
+        if (!c.closes) {
+            form->actNewClick();
+            EXPECT_EQ(asked, 2);
+            EXPECT_EQ(form->Accounts().RowCount(), 6);
+        }
+    }
+}
+
+TEST_F(WorksheetWindow, CopyGivesTabSeparatedCellsAsShown) {
+    FillAndCalculate();
+    // Equities Canada, MD taxable: 38 % and $96,154 on screen.
+    auto* view = form->grdResult;
+    view->setFocus();
+    view->selectionModel()->clearSelection();
+    for (int c = 0; c <= 2; ++c)
+        view->selectionModel()->select(view->model()->index(4, c), QItemSelectionModel::Select);
+    QTest::keyClick(view, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), "Equities Canada\t38\t96154\n");
+
+    // The menu copies the selection too, and the whole grid when nothing is selected.
+    view->selectionModel()->clearSelection();
+    form->actCopy->trigger();
+    const QStringList lines = QApplication::clipboard()->text().split('\n', Qt::SkipEmptyParts);
+    ASSERT_EQ(lines.size(), form->Result().RowCount());
+    EXPECT_EQ(lines.at(0).split('\t').size(), form->Result().ColCount());
+    EXPECT_TRUE(lines.at(2).startsWith("Short-Term Fixed\t0\t0\t")) << lines.at(2).toStdString();
+}
+
+TEST_F(WorksheetWindow, CsvAndPdfExportsWriteTheirFiles) {
+    FillAndCalculate();
+    chosen = Path("result");
+    form->actExportCsvClick();
+    const QByteArray csv = ReadAll(Path("result.csv"));
+    ASSERT_FALSE(csv.isEmpty());
+    EXPECT_TRUE(csv.startsWith("\xEF\xBB\xBF"));   // spreadsheets then read accents right
+    EXPECT_TRUE(csv.contains("\r\nEquities Canada,38,96154,")) << csv.toStdString();
+
+    chosen = Path("report.pdf");
+    form->actExportPdfClick();
+    const QByteArray pdf = ReadAll(Path("report.pdf"));
+    ASSERT_TRUE(pdf.startsWith("%PDF-"));
+    EXPECT_GT(pdf.size(), 2000);
+    EXPECT_EQ(QString::fromLatin1(pdf).count(QRegularExpression("/Type\\s*/Page[^s]")), 1);
+    EXPECT_TRUE(errors.isEmpty());
+
+    // A folder that cannot be written to: a message, no crash, no file.
+    chosen = Path("no-such-folder/report.pdf");
+    form->actExportPdfClick();
+    ASSERT_EQ(errors.size(), 1);
+    EXPECT_TRUE(errors.first().contains("report.pdf"));
+}
+
+TEST_F(WorksheetWindow, ChartFollowsTheResultGridOnEveryCalculation) {
+    auto bars = [this] {
+        const auto series = form->chtAllocation->chart()->series();
+        return series.isEmpty() ? nullptr : qobject_cast<QStackedBarSeries*>(series.first());
+    };
+    FillAndCalculate();
+    for (int pass = 0; pass < 2; ++pass) {
+        SCOPED_TRACE(pass);
+        const TGrid& r = form->Result();
+        QStackedBarSeries* s = bars();
+        ASSERT_NE(s, nullptr);
+        ASSERT_EQ(s->count(), r.RowCount() - 2);
+        for (int i = 0; i < s->count(); ++i) {
+            const QBarSet* set = s->barSets().at(i);
+            EXPECT_EQ(set->label().toStdString(), r.Text(0, i + 2));
+            ASSERT_EQ(set->count(), (r.ColCount() - 1) / 2);
+            for (int k = 0; k < set->count(); ++k) EXPECT_DOUBLE_EQ(set->at(k), r.Float(2 + 2 * k, i + 2));
+        }
+        // A second calculation with other targets and one account fewer.
+        form->Accounts().DeleteRow(5);
+        form->ApplyTargetPreset(BuiltInPresets().back());
+        form->btnCalculateClick();
+    }
+    // Same colour for a class whatever its place.
+    QColor canada;
+    for (QBarSet* set : bars()->barSets())
+        if (set->label() == "Equities Canada") canada = set->color();
+    EXPECT_TRUE(canada.isValid());
+}
+
+TEST_F(WorksheetWindow, NoticeLineSaysWhatIsOdd) {
+    const struct {
+        const char* name;
+        QByteArray accounts, classes;
+        const char* notice;   // nullptr: none
+    } cases[] = {
+        {"plain", kAccountsCsv, kClassesCsv, nullptr},
+        {"targets", kAccountsCsv, "h\nShort-Term Fixed,10\nEquities Canada,80\n", "The class targets total 90%, not 100%."},
+        {"equities", kAccountsCsv, "h\nEquities Canada,60\nEquities U.S.,40\nShort-Term Fixed,0\n",
+         "The equity classes total 100%: the other classes divide by zero."},
+        // Total 400, equities 40 %: 160, of which the TFSA record takes 100.
+        {"unplaced", "h\nTFSAs,100,300\n", "h\nEquities Canada,40\nShort-Term Fixed,60\n",
+         "$60 meant for equities could not be placed in any account"},
+        {"dropped", "h\nSavings,100\nTFSAs,5\n", kClassesCsv,
+         "Accounts row 1 (\"Savings\") has no account type; Calculate drops it."},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        form->actNewClick();
+        form->AskSaveChanges = [] { return QMessageBox::Discard; };
+        form->LoadInputs(c.accounts, c.classes);
+        if (c.notice == nullptr) {
+            EXPECT_TRUE(form->Notices().isEmpty()) << form->Notices().join("|").toStdString();
+            EXPECT_TRUE(form->lblNotices->text().isEmpty());
+        } else {
+            ASSERT_FALSE(form->Notices().isEmpty());
+            EXPECT_TRUE(form->Notices().first().startsWith(c.notice)) << form->Notices().first().toStdString();
+            EXPECT_FALSE(form->lblNotices->text().isEmpty());
+            EXPECT_TRUE(form->lblNotices->toolTip().contains(c.notice));
+        }
+        // Calculate keeps telling, even about the rows it has just dropped.
+        form->btnCalculateClick();
+        if (c.notice) {
+            ASSERT_FALSE(form->Notices().isEmpty());
+            EXPECT_TRUE(form->Notices().first().startsWith(c.notice));
+        } else {
+            EXPECT_TRUE(form->Notices().isEmpty());
+        }
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QTemporaryDir config;   // recent files go here, never to the user's settings
+    qputenv("XDG_CONFIG_HOME", config.path().toUtf8());
+    QApplication app(argc, argv);
+    app.setOrganizationName("Torvane Labs Inc.");
+    ::testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
