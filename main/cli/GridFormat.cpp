@@ -1,5 +1,8 @@
 #include "cli/GridFormat.h"
 
+#include <QCoreApplication>
+#include <optional>
+
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QStringList>
@@ -8,7 +11,22 @@
 
 namespace tessary {
 
+namespace {
+std::optional<QLocale>& ChosenLocale() {
+    static std::optional<QLocale> chosen;
+    return chosen;
+}
+} // namespace
+
+void SetAppLocale(const QLocale& locale) { ChosenLocale() = locale; }
+
+QString VocabularyText(const std::string& text) {
+    if (text.empty()) return {};
+    return QCoreApplication::translate("tessary::Vocabulary", text.c_str());
+}
+
 QLocale AppLocale() {
+    if (ChosenLocale()) return *ChosenLocale();
     QLocale system = QLocale::system();
     if (system.language() == QLocale::C) return QLocale(QLocale::English, QLocale::Canada);
     return system;
@@ -27,6 +45,8 @@ QString FormatPlain(double value, const QLocale& locale) {
 QString AccountsTotalLabel(double total, const QLocale& locale) {
     QLocale grouped = locale;
     grouped.setNumberOptions(grouped.numberOptions() & ~QLocale::OmitGroupSeparator);
+    // French puts the sign after the amount, as the grid does ("1 234 $").
+    if (locale.language() == QLocale::French) return FormatMoney(total, grouped);
     return QStringLiteral("$") + grouped.toString(total, 'f', 0);
 }
 
@@ -53,7 +73,7 @@ QString DisplayText(const TGrid& grid, GridKind kind, int col, int row, const QL
         }
         return FormatPlain(*d, locale);
     }
-    if (const auto* s = std::get_if<std::string>(&cell.value)) return QString::fromStdString(*s);
+    if (const auto* s = std::get_if<std::string>(&cell.value)) return VocabularyText(*s);
     return {};
 }
 

@@ -15,11 +15,18 @@ enum class CellAlign { Left, Centre, Right };
 // The user's locale; an unset (C/POSIX) locale falls back to English (Canada),
 // which knows the dollar sign and digit grouping.
 QLocale AppLocale();
+// The window's language choice; the command line leaves it unset.
+void SetAppLocale(const QLocale& locale);
+
+// A vocabulary text of the grids (headers, account kinds, asset classes) in
+// the installed translation; other texts as they are. Grids and documents keep
+// the English text.
+QString VocabularyText(const std::string& text);
 
 QString FormatMoney(double value, const QLocale& locale);   // "%.0m"
 QString FormatPlain(double value, const QLocale& locale);   // "%.0f"
 
-// "$" followed by the grand total as "#,##0".
+// "$" followed by the grand total as "#,##0" (French: the locale's "1 234 $").
 QString AccountsTotalLabel(double total, const QLocale& locale);
 // The class total rounded (halves to even), then "%".
 QString ClassTotalLabel(double total, const QLocale& locale);

@@ -1,5 +1,7 @@
 #include "report/Chart.h"
 
+#include "cli/GridFormat.h"
+
 #include <QBarCategoryAxis>
 #include <QBarSet>
 #include <QChart>
@@ -30,7 +32,7 @@ TAllocationSeries AllocationSeries(const TGrid& result) {
     TAllocationSeries s;
     std::vector<int> valueCols;
     for (int col = 1; col + 1 < result.ColCount(); col += 2) {
-        const QString header = QString::fromStdString(result.Text(col, 0)).trimmed();
+        const QString header = VocabularyText(result.Text(col, 0)).trimmed();
         if (header.isEmpty()) continue;
         s.accountTypes << header;
         valueCols.push_back(col + 1);
@@ -38,7 +40,7 @@ TAllocationSeries AllocationSeries(const TGrid& result) {
     for (int row = 2; row < result.RowCount(); ++row) {
         TClassSeries cls;
         const std::string label = result.Text(0, row);
-        cls.name = QString::fromStdString(label);
+        cls.name = VocabularyText(label);
         cls.colour = ClassColourOfLabel(label);
         for (int col : valueCols) cls.amounts << Amount(result, col, row);
         s.classes.push_back(std::move(cls));

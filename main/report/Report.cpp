@@ -23,7 +23,6 @@ namespace tessary {
 
 namespace {
 
-QString Tr(const char* text) { return QCoreApplication::translate("tessary::Report", text); }
 
 // Sizes in points.
 constexpr qreal kTitlePt = 18, kDatePt = 10, kHeadingPt = 11, kTablePt = 8.5, kFooterPt = 7;
@@ -77,7 +76,7 @@ TTable TableOf(const TGrid& grid, GridKind kind, const QLocale& locale) {
 
 void AddTotalRow(TTable& t, int columns, int valueCol, const QString& value) {
     std::vector<TTableCell> row(static_cast<std::size_t>(columns));
-    row[0].text = Tr("Total");
+    row[0].text = QCoreApplication::translate("tessary::Report", "Total");
     row[static_cast<std::size_t>(valueCol)] = {value, CellAlign::Right, std::nullopt};
     t.totalRow = static_cast<int>(t.rows.size());
     t.rows.push_back(std::move(row));
@@ -252,32 +251,32 @@ private:
         p_.setPen(Qt::black);
         p_.setFont(Font(kTitlePt, true));
         const QRectF titleRect(left, y, width, TitleHeight());
-        p_.drawText(titleRect, Qt::AlignLeft | Qt::AlignBottom, Tr("Portfolio Allocation"));
+        p_.drawText(titleRect, Qt::AlignLeft | Qt::AlignBottom, QCoreApplication::translate("tessary::Report", "Portfolio Allocation"));
         p_.setFont(Font(kDatePt));
         p_.setPen(kMuted);
         p_.drawText(titleRect, Qt::AlignRight | Qt::AlignBottom, in_.locale.toString(in_.date, QLocale::LongFormat));
         y += TitleHeight() + Pt(kGapPt);
 
         const qreal classesLeft = left + width * (1 - kClassesShare);
-        Heading(Tr("Accounts"), left, y);
-        const qreal top = Heading(Tr("Targets"), classesLeft, y);
+        Heading(QCoreApplication::translate("tessary::Report", "Accounts"), left, y);
+        const qreal top = Heading(QCoreApplication::translate("tessary::Report", "Targets"), classesLeft, y);
         const qreal accountsBottom = Table(accounts_, left, top, width * kAccountsShare);
         const qreal classesBottom = Table(classes_, classesLeft, top, width * kClassesShare);
         y = std::max(accountsBottom, classesBottom) + Pt(kGapPt);
 
-        y = Heading(Tr("Allocation"), left, y);
+        y = Heading(QCoreApplication::translate("tessary::Report", "Allocation"), left, y);
         y = Table(result_, left, y, std::min(width, Sum(NaturalWidths(result_)) * 1.25)) + Pt(kGapPt);
 
         const qreal footerTop = page_.bottom() - FooterHeight();
         if (hasChart_) {
-            y = Heading(Tr("Amounts by account type"), left, y);
+            y = Heading(QCoreApplication::translate("tessary::Report", "Amounts by account type"), left, y);
             PaintAllocationChart(p_, QRectF(left, y, width, footerTop - y - Pt(kGapPt) / 2), in_.result, in_.locale);
         }
 
         p_.setFont(Font(kFooterPt));
         p_.setPen(kMuted);
         p_.drawText(QRectF(left, footerTop, width, FooterHeight()), Qt::AlignLeft | Qt::AlignBottom,
-                    Tr("Prepared with Tessary"));
+                    QCoreApplication::translate("tessary::Report", "Prepared with Tessary"));
         p_.restore();
     }
 
@@ -298,7 +297,7 @@ void PaintReport(QPainter& painter, const QRectF& page, const TReportInput& inpu
 
 void PrintReport(QPagedPaintDevice& device, const TReportInput& input) {
     QPainter painter;
-    if (!painter.begin(&device)) throw EExport(Tr("The report cannot be painted on this device.").toStdString());
+    if (!painter.begin(&device)) throw EExport(QCoreApplication::translate("tessary::Report", "The report cannot be painted on this device.").toStdString());
     const QRect paint = device.pageLayout().paintRectPixels(device.logicalDpiY());
     PaintReport(painter, QRectF(QPointF(0, 0), QSizeF(paint.size())), input);
     painter.end();
@@ -307,14 +306,14 @@ void PrintReport(QPagedPaintDevice& device, const TReportInput& input) {
 void WriteReportPdf(const QString& path, const TReportInput& input) {
     QSaveFile file(path);
     auto fail = [&](const QString& reason) {
-        throw EExport(Tr("Cannot write \"%1\": %2").arg(path, reason).toStdString());
+        throw EExport(QCoreApplication::translate("tessary::Report", "Cannot write \"%1\": %2").arg(path, reason).toStdString());
     };
     if (!file.open(QIODevice::WriteOnly)) fail(file.errorString());
     {
         QPdfWriter writer(&file);
         writer.setPageSize(QPageSize(QPageSize::Letter));
         writer.setPageMargins(QMarginsF(15, 15, 15, 15), QPageLayout::Millimeter);
-        writer.setTitle(Tr("Portfolio Allocation"));
+        writer.setTitle(QCoreApplication::translate("tessary::Report", "Portfolio Allocation"));
         writer.setCreator(QStringLiteral("Tessary"));
         PrintReport(writer, input);
     }
@@ -324,7 +323,7 @@ void WriteReportPdf(const QString& path, const TReportInput& input) {
 
 void WriteAllocationReportPdf(const QString& path, const TGrid& accounts, const TGrid& classes, const TGrid& result) {
     if (!qobject_cast<QApplication*>(QCoreApplication::instance()))
-        throw EExport(Tr("The PDF report needs the program's graphical part (QApplication).").toStdString());
+        throw EExport(QCoreApplication::translate("tessary::Report", "The PDF report needs the program's graphical part (QApplication).").toStdString());
     WriteReportPdf(path, {accounts, classes, result, QDate::currentDate(), AppLocale()});
 }
 

@@ -41,6 +41,13 @@ QVariant TGridModel::data(const QModelIndex& index, int role) const {
         if (const auto* d = std::get_if<double>(&cell.value)) return locale_.toString(*d, 'g', 15);
         return QString::fromStdString(grid_.Text(c, r));
     }
+    case Qt::ToolTipRole: {
+        // Labels can be wider than their column, French ones often are.
+        if (std::holds_alternative<double>(grid_.Cell(c, r).value)) return {};
+        const QString text = DisplayText(grid_, kind_, c, r, locale_);
+        if (text.isEmpty()) return {};
+        return text;
+    }
     case Qt::TextAlignmentRole:
         return QVariant::fromValue(ToQt(DisplayAlign(kind_, c, r)));
     case Qt::BackgroundRole:
@@ -57,7 +64,7 @@ QVariant TGridModel::data(const QModelIndex& index, int role) const {
         return QVariant::fromValue<qlonglong>(grid_.Object(c, r));
     case kComboIndexRole: {
         QStringList items;
-        for (auto s : comboItems) items << QString::fromUtf8(s.data(), static_cast<int>(s.size()));
+        for (auto s : comboItems) items << VocabularyText(std::string(s));
         return items;
     }
     default:
@@ -108,6 +115,7 @@ Qt::ItemFlags TGridModel::flags(const QModelIndex& index) const {
 
 void TGridModel::Refresh() {
     beginResetModel();
+    locale_ = AppLocale();   // the language may have changed
     endResetModel();
 }
 

@@ -61,21 +61,18 @@ TForm1::TForm1(QWidget* parent)
 
     grdAccounts = new TGridView(accounts_, GridKind::Accounts, this);
     grdAccounts->setObjectName(QStringLiteral("grdAccounts"));
-    grdAccounts->setAccessibleName(tr("Accounts"));
-    btnAddAcc = MakeButton("btnAddAcc", tr("Add"), true);
-    btnDelAcc = MakeButton("btnDelAcc", tr("Delete"), true);
+    btnAddAcc = MakeButton("btnAddAcc", true);
+    btnDelAcc = MakeButton("btnDelAcc", true);
     grdClasses = new TGridView(classes_, GridKind::Classes, this);
     grdClasses->setObjectName(QStringLiteral("grdClasses"));
-    grdClasses->setAccessibleName(tr("Asset class targets"));
     grdResult = new TGridView(result_, GridKind::Result, this);
     grdResult->setObjectName(QStringLiteral("grdResult"));
-    grdResult->setAccessibleName(tr("Portfolio allocation"));
-    Label1 = new QLabel(tr("Portfolio Allocation"), this);
+    Label1 = new QLabel(this);
     Label1->setObjectName(QStringLiteral("Label1"));
-    btnImp = MakeButton("btnImp", tr("Add from File"), false);
-    AdvRepeatButton1 = MakeButton("AdvRepeatButton1", tr("Delete"), true);
-    AdvRepeatButton2 = MakeButton("AdvRepeatButton2", tr("Add"), true);
-    btnCalculate = MakeButton("btnCalculate", tr("Calculate"), false);
+    btnImp = MakeButton("btnImp", false);
+    AdvRepeatButton1 = MakeButton("AdvRepeatButton1", true);
+    AdvRepeatButton2 = MakeButton("AdvRepeatButton2", true);
+    btnCalculate = MakeButton("btnCalculate", false);
     Label2 = new QLabel(QStringLiteral("0%"), this);
     Label2->setObjectName(QStringLiteral("Label2"));
     Label2->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
@@ -92,20 +89,16 @@ TForm1::TForm1(QWidget* parent)
     imApplIcon->setScaledContents(true);
     pnWndButtons = new QWidget(this);
     pnWndButtons->setObjectName(QStringLiteral("pnWndButtons"));
-    hbtMinimize = MakeWindowButton(pnWndButtons, Glyph::Minimize, tr("Minimize"));
+    hbtMinimize = MakeWindowButton(pnWndButtons, Glyph::Minimize, QString());
     hbtMinimize->setObjectName(QStringLiteral("hbtMinimize"));
-    hbtQuit = MakeWindowButton(pnWndButtons, Glyph::Close, tr("Quit"));
+    hbtQuit = MakeWindowButton(pnWndButtons, Glyph::Close, QString());
     hbtQuit->setObjectName(QStringLiteral("hbtQuit"));
     rbCorner = new TCornerGrip(this);
     rbCorner->setObjectName(QStringLiteral("rbCorner"));
-    rbCorner->setAccessibleName(tr("Resize"));
-    AdvRepeatButton3 = MakeButton("AdvRepeatButton3", tr("Help"), false);
-    btnClear = MakeButton("btnClear", tr("Clear"), true);
+    AdvRepeatButton3 = MakeButton("AdvRepeatButton3", false);
+    btnClear = MakeButton("btnClear", true);
     btnPresets = new QToolButton(this);
     btnPresets->setObjectName(QStringLiteral("btnPresets"));
-    btnPresets->setText(tr("Targets"));
-    btnPresets->setAccessibleName(tr("Target presets"));
-    btnPresets->setToolTip(tr("Fill the targets with a named mix"));
     btnPresets->setPopupMode(QToolButton::InstantPopup);
     mnuPresets = new QMenu(btnPresets);
     mnuPresets->setObjectName(QStringLiteral("mnuPresets"));
@@ -115,8 +108,6 @@ TForm1::TForm1(QWidget* parent)
 
     btnFile = new QToolButton(this);
     btnFile->setObjectName(QStringLiteral("btnFile"));
-    btnFile->setText(tr("File"));
-    btnFile->setAccessibleName(tr("File"));
     btnFile->setPopupMode(QToolButton::InstantPopup);
     btnFile->setFocusPolicy(Qt::NoFocus);
     mnuFile = new QMenu(btnFile);
@@ -126,11 +117,9 @@ TForm1::TForm1(QWidget* parent)
 
     lblNotices = new QLabel(this);
     lblNotices->setObjectName(QStringLiteral("lblNotices"));
-    lblNotices->setAccessibleName(tr("Notices"));
     lblNotices->setTextFormat(Qt::PlainText);
     chtAllocation = new QChartView(MakeAllocationChart(result_, AppLocale()), this);
     chtAllocation->setObjectName(QStringLiteral("chtAllocation"));
-    chtAllocation->setAccessibleName(tr("Allocation chart"));
     chtAllocation->setRenderHint(QPainter::Antialiasing);
     chtAllocation->chart()->legend()->setAlignment(Qt::AlignRight);
     chtAllocation->chart()->setMargins(QMargins(2, 2, 2, 2));
@@ -140,8 +129,6 @@ TForm1::TForm1(QWidget* parent)
     new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Enter), this, this, &TForm1::btnCalculateClick);
     auto* imp = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_I), this, this, &TForm1::btnImpClick);
     imp->setObjectName(QStringLiteral("scImport"));
-    btnCalculate->setToolTip(tr("Calculate (Ctrl+Enter)"));
-    btnImp->setToolTip(tr("Add accounts from a client file (Ctrl+I)"));
 
     grdAccounts->stretchFirstColumn = true;
     grdClasses->stretchFirstColumn = true;
@@ -194,13 +181,69 @@ TForm1::TForm1(QWidget* parent)
     chtAllocation->setFocusPolicy(Qt::NoFocus);
 
     qApp->installEventFilter(this);
+    RetranslateUi();
     FormCreate();
 }
 
-QPushButton* TForm1::MakeButton(const char* name, const QString& text, bool compact) {
-    auto* b = new QPushButton(text, this);
+void TForm1::RetranslateUi() {
+    auto button = [](QAbstractButton* b, const QString& text) {
+        b->setText(text);
+        b->setAccessibleName(text);
+    };
+    grdAccounts->setAccessibleName(tr("Accounts"));
+    grdClasses->setAccessibleName(tr("Asset class targets"));
+    grdResult->setAccessibleName(tr("Portfolio allocation"));
+    button(btnAddAcc, tr("Add"));
+    button(btnDelAcc, tr("Delete"));
+    button(btnClear, tr("Clear"));
+    button(btnImp, tr("Add from File"));
+    button(AdvRepeatButton2, tr("Add"));
+    button(AdvRepeatButton1, tr("Delete"));
+    button(btnCalculate, tr("Calculate"));
+    button(AdvRepeatButton3, tr("Help"));
+    btnAddAcc->setToolTip(tr("Add an account row"));
+    btnDelAcc->setToolTip(tr("Delete the current account row"));
+    btnClear->setToolTip(tr("Empty the accounts grid"));
+    AdvRepeatButton2->setToolTip(tr("Add a class row"));
+    AdvRepeatButton1->setToolTip(tr("Delete the current class row"));
+    btnCalculate->setToolTip(tr("Calculate (Ctrl+Enter)"));
+    btnImp->setToolTip(tr("Add accounts from a client file (Ctrl+I)"));
+    Label1->setText(tr("Portfolio Allocation"));
+    for (QPushButton* b : {hbtMinimize, hbtQuit}) {
+        const QString text = b == hbtMinimize ? tr("Minimize") : tr("Quit");
+        b->setAccessibleName(text);
+        b->setToolTip(text);
+    }
+    rbCorner->setAccessibleName(tr("Resize"));
+    btnPresets->setText(tr("Targets"));
+    btnPresets->setAccessibleName(tr("Target presets"));
+    btnPresets->setToolTip(tr("Fill the targets with a named mix"));
+    btnFile->setText(tr("File"));
+    btnFile->setAccessibleName(tr("File"));
+    btnFile->setToolTip(tr("Worksheets, export, print and language"));
+    lblNotices->setAccessibleName(tr("Notices"));
+    chtAllocation->setAccessibleName(tr("Allocation chart"));
+    RetranslateFileMenu();
+    FillPresetMenu();
+    LayoutControls();
+}
+
+void TForm1::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() != QEvent::LanguageChange) return;
+    RetranslateUi();
+    // Numbers and vocabulary follow the language too.
+    ShowAccountsTotal(accountsTotal_);
+    grdClassesEditCellDone();
+    RefreshGrids();
+    UpdateChart();
+    ShowNotices(noticeItems_);
+    UpdateDocumentState();
+}
+
+QPushButton* TForm1::MakeButton(const char* name, bool compact) {
+    auto* b = new QPushButton(this);
     b->setObjectName(QString::fromLatin1(name));
-    b->setAccessibleName(text);
     b->setProperty("compact", compact);
     return b;
 }
@@ -301,9 +344,12 @@ void TForm1::LayoutControls() {
     // Ends flush with the classes grid.
     btnCalculate->setGeometry(grdClasses->x() + grdClasses->width() - btnCalculate->width(), RoundInt(230 * z),
                               btnCalculate->width(), RoundInt(22 * z));
-    place(Label1, 8, 232, 135, 18);
-    lblNotices->setGeometry(RoundInt(146 * z), RoundInt(232 * z),
-                            std::max(0, btnCalculate->x() - RoundInt(152 * z)), RoundInt(18 * z));
+    // The heading is as long as its language makes it; the notices take what is left.
+    const int headingWidth = std::max(RoundInt(135 * z), Label1->sizeHint().width() + RoundInt(4 * z));
+    Label1->setGeometry(RoundInt(8 * z), RoundInt(232 * z), headingWidth, RoundInt(18 * z));
+    const int noticesLeft = Label1->geometry().right() + RoundInt(4 * z);
+    lblNotices->setGeometry(noticesLeft, RoundInt(232 * z), std::max(0, btnCalculate->x() - RoundInt(6 * z) - noticesLeft),
+                            RoundInt(18 * z));
     ElideNotices();
 
     // Extra height: 40 % to the result grid, the rest to the chart.
@@ -472,8 +518,7 @@ void TForm1::btnImpClick() {
     int column = 1;
     if (dlg->cbBS->isChecked()) column = 2;
     if (dlg->cbQR->isChecked()) column = 3;
-    const double total = MergeImport(accounts_, column, dlg->Result());
-    Label3->setText(AccountsTotalLabel(total, AppLocale()));
+    ShowAccountsTotal(MergeImport(accounts_, column, dlg->Result()));
     grdAccounts->Refresh();
     UpdateNotices();
 }
@@ -553,7 +598,11 @@ void TForm1::SaveTargetPreset() {
 }
 
 void TForm1::grdAccountsEditCellDone() {
-    const double total = RecomputeAccountTotals(accounts_);
+    ShowAccountsTotal(RecomputeAccountTotals(accounts_));
+}
+
+void TForm1::ShowAccountsTotal(double total) {
+    accountsTotal_ = total;
     Label3->setText(AccountsTotalLabel(total, AppLocale()));
 }
 

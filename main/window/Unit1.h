@@ -104,6 +104,9 @@ public:
     QAction* actExportPdf;
     QAction* actPrint;
     QAction* actQuit;
+    QMenu* mnuLanguage;
+    QAction* actEnglish;
+    QAction* actFrench;
     // Odd situations of the grids, one line, never blocking.
     QLabel* lblNotices;
     QChartView* chtAllocation;
@@ -169,6 +172,7 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
@@ -189,7 +193,10 @@ private:
     int RoundZoomed(int designWidth) const;
     void ElideNotices();
     void Fail(const QString& message);
-    QPushButton* MakeButton(const char* name, const QString& text, bool compact);
+    QPushButton* MakeButton(const char* name, bool compact);
+    // Every text of the window in the current language.
+    void RetranslateUi();
+    void RetranslateFileMenu();
     void StartFrameAction(HitArea area, const QPoint& globalPos);
 
     // The grids' contents: declared first, the views refer to them.
@@ -206,6 +213,10 @@ private:
     QString currentFile_;
     QByteArray savedSnapshot_;
     QStringList notices_;
+    std::vector<TNotice> noticeItems_;
+    // As last shown: the label is not recomputed by a calculation.
+    double accountsTotal_ = 0;
+    void ShowAccountsTotal(double total);
 
     QRect captionRegion_, buttonsRegion_, cornerRegion_;
 

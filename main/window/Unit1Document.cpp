@@ -1,5 +1,6 @@
 // The main window's worksheet, what it hands on (clipboard, CSV, PDF, print),
 // its notices and its chart.
+#include <QActionGroup>
 #include <QApplication>
 #include <QAbstractAxis>
 #include <QChart>
@@ -21,6 +22,7 @@
 #include "report/Export.h"
 #include "report/Report.h"
 #include "report/Worksheet.h"
+#include "window/Language.h"
 #include "window/Unit1.h"
 
 namespace tessary {
@@ -70,8 +72,8 @@ void TForm1::Fail(const QString& message) {
 }
 
 void TForm1::BuildFileMenu() {
-    auto add = [this](const QString& text, const char* name, const QKeySequence& keys, auto slot) {
-        QAction* a = mnuFile->addAction(text, this, slot);
+    auto add = [this](const char* name, const QKeySequence& keys, auto slot) {
+        QAction* a = mnuFile->addAction(QString(), this, slot);
         a->setObjectName(QString::fromLatin1(name));
         if (!keys.isEmpty()) {
             a->setShortcut(keys);
@@ -81,22 +83,52 @@ void TForm1::BuildFileMenu() {
         }
         return a;
     };
-    actNew = add(tr("&New"), "actNew", QKeySequence::New, &TForm1::actNewClick);
-    actOpen = add(tr("&Open..."), "actOpen", QKeySequence::Open, &TForm1::actOpenClick);
-    mnuRecent = mnuFile->addMenu(tr("Open &Recent"));
+    actNew = add("actNew", QKeySequence::New, &TForm1::actNewClick);
+    actOpen = add("actOpen", QKeySequence::Open, &TForm1::actOpenClick);
+    mnuRecent = mnuFile->addMenu(QString());
     mnuRecent->setObjectName(QStringLiteral("mnuRecent"));
     connect(mnuRecent, &QMenu::aboutToShow, this, &TForm1::FillRecentMenu);
-    actSave = add(tr("&Save"), "actSave", QKeySequence::Save, &TForm1::actSaveClick);
-    actSaveAs = add(tr("Save &As..."), "actSaveAs", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S),
-                    &TForm1::actSaveAsClick);
+    actSave = add("actSave", QKeySequence::Save, &TForm1::actSaveClick);
+    actSaveAs = add("actSaveAs", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S), &TForm1::actSaveAsClick);
     mnuFile->addSeparator();
-    actCopy = add(tr("&Copy Result"), "actCopy", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C), &TForm1::actCopyClick);
-    actExportCsv = add(tr("Export to CS&V..."), "actExportCsv", {}, &TForm1::actExportCsvClick);
-    actExportPdf = add(tr("Export to P&DF..."), "actExportPdf", {}, &TForm1::actExportPdfClick);
-    actPrint = add(tr("&Print..."), "actPrint", QKeySequence::Print, &TForm1::actPrintClick);
+    actCopy = add("actCopy", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C), &TForm1::actCopyClick);
+    actExportCsv = add("actExportCsv", {}, &TForm1::actExportCsvClick);
+    actExportPdf = add("actExportPdf", {}, &TForm1::actExportPdfClick);
+    actPrint = add("actPrint", QKeySequence::Print, &TForm1::actPrintClick);
     mnuFile->addSeparator();
-    actQuit = add(tr("&Quit"), "actQuit", QKeySequence(Qt::CTRL | Qt::Key_Q), &TForm1::hbtQuitClick);
+    mnuLanguage = mnuFile->addMenu(QString());
+    mnuLanguage->setObjectName(QStringLiteral("mnuLanguage"));
+    auto* group = new QActionGroup(mnuLanguage);
+    // Each language is named in itself, as everywhere.
+    actEnglish = mnuLanguage->addAction(QStringLiteral("English"));
+    actFrench = mnuLanguage->addAction(QStringLiteral("Fran\u00e7ais"));
+    for (QAction* a : {actEnglish, actFrench}) {
+        a->setCheckable(true);
+        group->addAction(a);
+        connect(a, &QAction::triggered, this, [this, a] {
+            const TLanguage language = a == actFrench ? TLanguage::French : TLanguage::English;
+            RememberLanguage(language);
+            ApplyLanguage(language);
+        });
+    }
+    mnuFile->addSeparator();
+    actQuit = add("actQuit", QKeySequence(Qt::CTRL | Qt::Key_Q), &TForm1::hbtQuitClick);
     FillRecentMenu();
+}
+
+void TForm1::RetranslateFileMenu() {
+    actNew->setText(tr("&New"));
+    actOpen->setText(tr("&Open..."));
+    mnuRecent->setTitle(tr("Open &Recent"));
+    actSave->setText(tr("&Save"));
+    actSaveAs->setText(tr("Save &As..."));
+    actCopy->setText(tr("&Copy Result"));
+    actExportCsv->setText(tr("Export to CS&V..."));
+    actExportPdf->setText(tr("Export to P&DF..."));
+    actPrint->setText(tr("&Print..."));
+    mnuLanguage->setTitle(tr("&Language"));
+    actQuit->setText(tr("&Quit"));
+    (CurrentLanguage() == TLanguage::French ? actFrench : actEnglish)->setChecked(true);
 }
 
 void TForm1::FillRecentMenu() {
@@ -273,8 +305,9 @@ void TForm1::actPrintClick() {
 }
 
 void TForm1::ShowNotices(const std::vector<TNotice>& notices) {
+    if (&notices != &noticeItems_) noticeItems_ = notices;
     notices_.clear();
-    for (const TNotice& n : notices) notices_ << NoticeText(n);
+    for (const TNotice& n : noticeItems_) notices_ << NoticeText(n);
     lblNotices->setToolTip(notices_.join(QLatin1Char('\n')));
     ElideNotices();
 }

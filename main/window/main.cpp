@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "cli/Commands.h"
+#include "window/Language.h"
 #include "window/Unit1.h"
 
 int main(int argc, char** argv) {
@@ -33,6 +34,7 @@ int main(int argc, char** argv) {
                                  QStringLiteral("[worksheet]"));
     parser.process(app);
     tessary::ApplyClientKey(parser.value(QStringLiteral("key")));
+    tessary::ApplyLanguage(tessary::StartLanguage());
 
     tessary::TForm1 form;
     tessary::TFolderOverrides folders;

@@ -1,0 +1,717 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="fr_CA">
+<context>
+    <name>tessary::Export</name>
+    <message>
+        <location filename="../report/Export.cpp" line="82"/>
+        <source>Cannot write &quot;%1&quot;: %2</source>
+        <translation>Impossible d’écrire « %1 » : %2</translation>
+    </message>
+</context>
+<context>
+    <name>tessary::Notices</name>
+    <message>
+        <location filename="../window/NoticeText.cpp" line="30"/>
+        <source>The class targets total %1%, not 100%.</source>
+        <translation>Les cibles des catégories totalisent %1 %, et non 100 %.</translation>
+    </message>
+    <message>
+        <location filename="../window/NoticeText.cpp" line="33"/>
+        <source>The equity classes total 100%: the other classes divide by zero.</source>
+        <translation>Les catégories d’actions totalisent 100 % : les autres catégories divisent par zéro.</translation>
+    </message>
+    <message>
+        <location filename="../window/NoticeText.cpp" line="36"/>
+        <source>%1 meant for equities could not be placed in any account: the result holds less equity than the targets ask.</source>
+        <translation>%1 destinés aux actions n’ont pu être placés dans aucun compte : le résultat contient moins d’actions que les cibles ne le demandent.</translation>
+    </message>
+    <message>
+        <location filename="../window/NoticeText.cpp" line="42"/>
+        <source>Accounts row %1 has no account type; Calculate drops it.</source>
+        <translation>La ligne %1 des comptes n’a pas de type de compte ; Calculer la supprime.</translation>
+    </message>
+    <message>
+        <location filename="../window/NoticeText.cpp" line="45"/>
+        <source>Accounts row %1 (&quot;%2&quot;) has no account type; Calculate drops it.</source>
+        <translation>La ligne %1 des comptes (« %2 ») n’a pas de type de compte ; Calculer la supprime.</translation>
+    </message>
+    <message>
+        <location filename="../window/NoticeText.cpp" line="51"/>
+        <source>Classes row %1 has no asset class; Calculate drops it.</source>
+        <translation>La ligne %1 des catégories n’a pas de catégorie d’actif ; Calculer la supprime.</translation>
+    </message>
+    <message>
+        <location filename="../window/NoticeText.cpp" line="54"/>
+        <source>Classes row %1 (&quot;%2&quot;) has no asset class; Calculate drops it.</source>
+        <translation>La ligne %1 des catégories (« %2 ») n’a pas de catégorie d’actif ; Calculer la supprime.</translation>
+    </message>
+    <message>
+        <location filename="../window/NoticeText.cpp" line="59"/>
+        <source>%1 accounts are of type &quot;%2&quot;: the result shows only one of them.</source>
+        <translation>%1 comptes sont du type « %2 » : le résultat n’en montre qu’un.</translation>
+    </message>
+    <message>
+        <location filename="../window/NoticeText.cpp" line="64"/>
+        <source>From result row %1 on, the class names do not belong to their values: a class row without a class was removed.</source>
+        <translation>À partir de la ligne %1 du résultat, les noms des catégories ne correspondent pas à leurs valeurs : une ligne sans catégorie a été supprimée.</translation>
+    </message>
+</context>
+<context>
+    <name>tessary::Report</name>
+    <message>
+        <location filename="../report/Report.cpp" line="79"/>
+        <source>Total</source>
+        <translation>Total</translation>
+    </message>
+    <message>
+        <location filename="../report/Report.cpp" line="254"/>
+        <location filename="../report/Report.cpp" line="316"/>
+        <source>Portfolio Allocation</source>
+        <translation>Répartition du portefeuille</translation>
+    </message>
+    <message>
+        <location filename="../report/Report.cpp" line="261"/>
+        <source>Accounts</source>
+        <translation>Comptes</translation>
+    </message>
+    <message>
+        <location filename="../report/Report.cpp" line="262"/>
+        <source>Targets</source>
+        <translation>Cibles</translation>
+    </message>
+    <message>
+        <location filename="../report/Report.cpp" line="267"/>
+        <source>Allocation</source>
+        <translation>Répartition</translation>
+    </message>
+    <message>
+        <location filename="../report/Report.cpp" line="272"/>
+        <source>Amounts by account type</source>
+        <translation>Montants par type de compte</translation>
+    </message>
+    <message>
+        <location filename="../report/Report.cpp" line="279"/>
+        <source>Prepared with Tessary</source>
+        <translation>Préparé avec Tessary</translation>
+    </message>
+    <message>
+        <location filename="../report/Report.cpp" line="300"/>
+        <source>The report cannot be painted on this device.</source>
+        <translation>Le rapport ne peut pas être produit sur cet appareil.</translation>
+    </message>
+    <message>
+        <location filename="../report/Report.cpp" line="309"/>
+        <source>Cannot write &quot;%1&quot;: %2</source>
+        <translation>Impossible d’écrire « %1 » : %2</translation>
+    </message>
+    <message>
+        <location filename="../report/Report.cpp" line="326"/>
+        <source>The PDF report needs the program&apos;s graphical part (QApplication).</source>
+        <translation>Le rapport PDF exige la partie graphique du programme (QApplication).</translation>
+    </message>
+</context>
+<context>
+    <name>tessary::TForm1</name>
+    <message>
+        <location filename="../window/TranslatableTexts.cpp" line="30"/>
+        <source>Conservative</source>
+        <translation>Prudent</translation>
+    </message>
+    <message>
+        <location filename="../window/TranslatableTexts.cpp" line="31"/>
+        <source>Balanced</source>
+        <translation>Équilibré</translation>
+    </message>
+    <message>
+        <location filename="../window/TranslatableTexts.cpp" line="32"/>
+        <source>Growth</source>
+        <translation>Croissance</translation>
+    </message>
+    <message>
+        <location filename="../window/TranslatableTexts.cpp" line="33"/>
+        <source>All equity</source>
+        <translation>Actions seulement</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1.cpp" line="193"/>
+        <source>Accounts</source>
+        <translation>Comptes</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1.cpp" line="194"/>
+        <source>Asset class targets</source>
+        <translation>Cibles par catégorie d’actif</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1.cpp" line="195"/>
+        <source>Portfolio allocation</source>
+        <translation>Répartition du portefeuille</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1.cpp" line="196"/>
+        <location filename="../window/Unit1.cpp" line="200"/>
+        <source>Add</source>
+        <translation>Ajout</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1.cpp" line="197"/>
+        <location filename="../window/Unit1.cpp" line="201"/>
+        <source>Delete</source>
+        <translation>Suppr.</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1.cpp" line="198"/>
+        <source>Clear</source>
+        <translation>Vider</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1.cpp" line="199"/>
+        <source>Add from File</source>
+        <translation>Importer</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1.cpp" line="202"/>
+        <source>Calculate</source>
+        <translation>Calculer</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1.cpp" line="203"/>
+        <location filename="../window/Unit1.cpp" line="549"/>
+        <source>Help</source>
+        <translation>Aide</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1.cpp" line="204"/>
+        <source>Add an account row</source>
+        <translation>Ajouter une ligne de compte</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1.cpp" line="205"/>
+        <source>Delete the current account row</source>
+        <translation>Supprimer la ligne de compte courante</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1.cpp" line="206"/>
+        <source>Empty the accounts grid</source>
+        <translation>Vider la grille des comptes</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1.cpp" line="207"/>
+        <source>Add a class row</source>
+        <translation>Ajouter une ligne de catégorie</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1.cpp" line="208"/>
+        <source>Delete the current class row</source>
+        <translation>Supprimer la ligne de catégorie courante</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1.cpp" line="209"/>
+        <source>Calculate (Ctrl+Enter)</source>
+        <translation>Calculer (Ctrl+Entrée)</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1.cpp" line="210"/>
+        <source>Add accounts from a client file (Ctrl+I)</source>
+        <translation>Ajouter les comptes d’un dossier client (Ctrl+I)</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1.cpp" line="211"/>
+        <location filename="../window/Unit1Document.cpp" line="297"/>
+        <source>Portfolio Allocation</source>
+        <translation>Répartition du portefeuille</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1.cpp" line="213"/>
+        <source>Minimize</source>
+        <translation>Réduire</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1.cpp" line="213"/>
+        <source>Quit</source>
+        <translation>Quitter</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1.cpp" line="217"/>
+        <source>Resize</source>
+        <translation>Redimensionner</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1.cpp" line="218"/>
+        <source>Targets</source>
+        <translation>Cibles</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1.cpp" line="219"/>
+        <source>Target presets</source>
+        <translation>Répartitions cibles prédéfinies</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1.cpp" line="220"/>
+        <source>Fill the targets with a named mix</source>
+        <translation>Remplir les cibles avec une répartition nommée</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1.cpp" line="221"/>
+        <location filename="../window/Unit1.cpp" line="222"/>
+        <source>File</source>
+        <translation>Fichier</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1.cpp" line="223"/>
+        <source>Worksheets, export, print and language</source>
+        <translation>Feuilles de travail, exportation, impression et langue</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1.cpp" line="224"/>
+        <source>Notices</source>
+        <translation>Avis</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1.cpp" line="225"/>
+        <source>Allocation chart</source>
+        <translation>Graphique de répartition</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1.cpp" line="549"/>
+        <source>The help page could not be opened: %1</source>
+        <translation>La page d’aide n’a pu être ouverte : %1</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1.cpp" line="574"/>
+        <source>Save current targets as preset...</source>
+        <translation>Enregistrer les cibles actuelles comme répartition...</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1.cpp" line="587"/>
+        <source>Save targets</source>
+        <translation>Enregistrer les cibles</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1.cpp" line="587"/>
+        <source>Name of the target mix:</source>
+        <translation>Nom de la répartition cible :</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1Document.cpp" line="35"/>
+        <source>Tessary worksheets (*.tessary)</source>
+        <translation>Feuilles de travail Tessary (*.tessary)</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1Document.cpp" line="39"/>
+        <source>allocation</source>
+        <translation>repartition</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1Document.cpp" line="57"/>
+        <location filename="../window/Unit1Document.cpp" line="163"/>
+        <location filename="../window/Unit1Document.cpp" line="256"/>
+        <source>Untitled</source>
+        <translation>Sans titre</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1Document.cpp" line="120"/>
+        <source>&amp;New</source>
+        <translation>&amp;Nouveau</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1Document.cpp" line="121"/>
+        <source>&amp;Open...</source>
+        <translation>&amp;Ouvrir...</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1Document.cpp" line="122"/>
+        <source>Open &amp;Recent</source>
+        <translation>Ouvrir un fichier &amp;récent</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1Document.cpp" line="123"/>
+        <source>&amp;Save</source>
+        <translation>&amp;Enregistrer</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1Document.cpp" line="124"/>
+        <source>Save &amp;As...</source>
+        <translation>Enregistrer &amp;sous...</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1Document.cpp" line="125"/>
+        <source>&amp;Copy Result</source>
+        <translation>&amp;Copier le résultat</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1Document.cpp" line="126"/>
+        <source>Export to CS&amp;V...</source>
+        <translation>Exporter en CS&amp;V...</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1Document.cpp" line="127"/>
+        <source>Export to P&amp;DF...</source>
+        <translation>Exporter en P&amp;DF...</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1Document.cpp" line="128"/>
+        <source>&amp;Print...</source>
+        <translation>&amp;Imprimer...</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1Document.cpp" line="129"/>
+        <source>&amp;Language</source>
+        <translation>&amp;Langue</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1Document.cpp" line="130"/>
+        <source>&amp;Quit</source>
+        <translation>&amp;Quitter</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1Document.cpp" line="164"/>
+        <source>Unsaved changes</source>
+        <translation>Modifications non enregistrées</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1Document.cpp" line="165"/>
+        <source>The worksheet &quot;%1&quot; has changes that are not saved. Save them?</source>
+        <translation>La feuille de travail « %1 » a des modifications non enregistrées. Les enregistrer ?</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1Document.cpp" line="230"/>
+        <location filename="../window/Unit1Document.cpp" line="231"/>
+        <source>Open Worksheet</source>
+        <translation>Ouvrir une feuille de travail</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1Document.cpp" line="258"/>
+        <location filename="../window/Unit1Document.cpp" line="259"/>
+        <source>Save Worksheet</source>
+        <translation>Enregistrer la feuille de travail</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1Document.cpp" line="269"/>
+        <source>CSV files (*.csv)</source>
+        <translation>Fichiers CSV (*.csv)</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1Document.cpp" line="270"/>
+        <location filename="../window/Unit1Document.cpp" line="271"/>
+        <source>Export to CSV</source>
+        <translation>Exporter en CSV</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1Document.cpp" line="282"/>
+        <source>PDF files (*.pdf)</source>
+        <translation>Fichiers PDF (*.pdf)</translation>
+    </message>
+    <message>
+        <location filename="../window/Unit1Document.cpp" line="283"/>
+        <location filename="../window/Unit1Document.cpp" line="284"/>
+        <source>Export to PDF</source>
+        <translation>Exporter en PDF</translation>
+    </message>
+    <message numerus="yes">
+        <location filename="../window/Unit1Document.cpp" line="322"/>
+        <source>(%n more)</source>
+        <translation>
+            <numerusform>(%n autre)</numerusform>
+            <numerusform>(%n autres)</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>tessary::TdlgFromFile</name>
+    <message>
+        <location filename="../window/FromFile.cpp" line="28"/>
+        <location filename="../window/FromFile.cpp" line="39"/>
+        <location filename="../window/FromFile.cpp" line="43"/>
+        <location filename="../window/FromFile.cpp" line="71"/>
+        <source>Select File</source>
+        <translation>Choisir le dossier</translation>
+    </message>
+    <message>
+        <location filename="../window/FromFile.cpp" line="54"/>
+        <source>Meridel: personal planning</source>
+        <translation>Meridel : planification personnelle</translation>
+    </message>
+    <message>
+        <location filename="../window/FromFile.cpp" line="55"/>
+        <source>Basalto: corporate planning</source>
+        <translation>Basalto : planification d’entreprise</translation>
+    </message>
+    <message>
+        <location filename="../window/FromFile.cpp" line="56"/>
+        <source>Quorren: trust planning</source>
+        <translation>Quorren : planification de fiducie</translation>
+    </message>
+    <message>
+        <location filename="../window/FromFile.cpp" line="73"/>
+        <source>Select Solution</source>
+        <translation>Choisir la solution</translation>
+    </message>
+    <message>
+        <location filename="../window/FromFile.cpp" line="75"/>
+        <location filename="../window/FromFile.cpp" line="77"/>
+        <source>Select Party</source>
+        <translation>Choisir la partie</translation>
+    </message>
+    <message>
+        <location filename="../window/FromFile.cpp" line="82"/>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <location filename="../window/FromFile.cpp" line="85"/>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+</context>
+<context>
+    <name>tessary::Vocabulary</name>
+    <message>
+        <location filename="../window/TranslatableTexts.cpp" line="9"/>
+        <source>Account Type</source>
+        <translation>Type de compte</translation>
+    </message>
+    <message>
+        <location filename="../window/TranslatableTexts.cpp" line="10"/>
+        <source>Total</source>
+        <translation>Total</translation>
+    </message>
+    <message>
+        <location filename="../window/TranslatableTexts.cpp" line="11"/>
+        <source>Asset Class</source>
+        <translation>Catégorie d’actif</translation>
+    </message>
+    <message>
+        <location filename="../window/TranslatableTexts.cpp" line="12"/>
+        <source>Value</source>
+        <translation>Valeur</translation>
+    </message>
+    <message>
+        <location filename="../window/TranslatableTexts.cpp" line="14"/>
+        <source>Non-Reg.</source>
+        <translation>Non enr.</translation>
+    </message>
+    <message>
+        <location filename="../window/TranslatableTexts.cpp" line="15"/>
+        <source>TFSAs</source>
+        <translation>CELI</translation>
+    </message>
+    <message>
+        <location filename="../window/TranslatableTexts.cpp" line="16"/>
+        <source>RRSPs/RRIFs</source>
+        <translation>REER/FERR</translation>
+    </message>
+    <message>
+        <location filename="../window/TranslatableTexts.cpp" line="17"/>
+        <source>LIRAs/LIFs</source>
+        <translation>CRI/FRV</translation>
+    </message>
+    <message>
+        <location filename="../window/TranslatableTexts.cpp" line="18"/>
+        <source>DCPs/LRIFs</source>
+        <translation>RPCD/FRRI</translation>
+    </message>
+    <message>
+        <location filename="../window/TranslatableTexts.cpp" line="19"/>
+        <source>MD Taxable</source>
+        <translation>MD imposable</translation>
+    </message>
+    <message>
+        <location filename="../window/TranslatableTexts.cpp" line="20"/>
+        <source>BS Taxable</source>
+        <translation>BS imposable</translation>
+    </message>
+    <message>
+        <location filename="../window/TranslatableTexts.cpp" line="21"/>
+        <source>QR Taxable</source>
+        <translation>QR imposable</translation>
+    </message>
+    <message>
+        <location filename="../window/TranslatableTexts.cpp" line="23"/>
+        <source>Short-Term Fixed</source>
+        <translation>Revenu fixe court terme</translation>
+    </message>
+    <message>
+        <location filename="../window/TranslatableTexts.cpp" line="24"/>
+        <source>Mid/Long-Term Fixed</source>
+        <translation>Revenu fixe moyen/long terme</translation>
+    </message>
+    <message>
+        <location filename="../window/TranslatableTexts.cpp" line="25"/>
+        <source>Equities Canada</source>
+        <translation>Actions canadiennes</translation>
+    </message>
+    <message>
+        <location filename="../window/TranslatableTexts.cpp" line="26"/>
+        <source>Equities U.S.</source>
+        <translation>Actions américaines</translation>
+    </message>
+    <message>
+        <location filename="../window/TranslatableTexts.cpp" line="27"/>
+        <source>Equities Emerging Markets</source>
+        <translation>Actions marchés émergents</translation>
+    </message>
+    <message>
+        <location filename="../window/TranslatableTexts.cpp" line="28"/>
+        <source>Equities Global</source>
+        <translation>Actions mondiales</translation>
+    </message>
+</context>
+<context>
+    <name>tessary::Worksheet</name>
+    <message>
+        <location filename="../report/Worksheet.cpp" line="78"/>
+        <source>The worksheet &quot;%1&quot; is damaged: %2.</source>
+        <translation>La feuille de travail « %1 » est endommagée : %2.</translation>
+    </message>
+    <message>
+        <location filename="../report/Worksheet.cpp" line="83"/>
+        <source>%1 has no &quot;%2&quot; object</source>
+        <translation>%1 n’a pas d’objet « %2 »</translation>
+    </message>
+    <message>
+        <location filename="../report/Worksheet.cpp" line="88"/>
+        <source>%1 is missing or not a list</source>
+        <translation>%1 manque ou n’est pas une liste</translation>
+    </message>
+    <message>
+        <location filename="../report/Worksheet.cpp" line="95"/>
+        <source>%1 is not a whole number from %2 to %3</source>
+        <translation>%1 n’est pas un nombre entier de %2 à %3</translation>
+    </message>
+    <message>
+        <location filename="../report/Worksheet.cpp" line="118"/>
+        <source>cell %1 of %2 is neither empty, a text nor a number</source>
+        <translation>la cellule %1 de %2 n’est ni vide, ni un texte, ni un nombre</translation>
+    </message>
+    <message>
+        <location filename="../report/Worksheet.cpp" line="123"/>
+        <source>%1 is not an object</source>
+        <translation>%1 n’est pas un objet</translation>
+    </message>
+    <message>
+        <location filename="../report/Worksheet.cpp" line="125"/>
+        <source>the cell list of %1</source>
+        <translation>la liste des cellules de %1</translation>
+    </message>
+    <message>
+        <location filename="../report/Worksheet.cpp" line="127"/>
+        <source>%1 has %2 cells, not %3</source>
+        <translation>%1 a %2 cellules, et non %3</translation>
+    </message>
+    <message>
+        <location filename="../report/Worksheet.cpp" line="131"/>
+        <source>the object of %1</source>
+        <translation>l’objet de %1</translation>
+    </message>
+    <message>
+        <location filename="../report/Worksheet.cpp" line="137"/>
+        <location filename="../report/Worksheet.cpp" line="145"/>
+        <source>the document</source>
+        <translation>le document</translation>
+    </message>
+    <message>
+        <location filename="../report/Worksheet.cpp" line="138"/>
+        <source>the row list of the %1</source>
+        <translation>la liste des lignes des %1</translation>
+    </message>
+    <message>
+        <location filename="../report/Worksheet.cpp" line="141"/>
+        <source>%1 row %2</source>
+        <translation>la ligne %2 des %1</translation>
+    </message>
+    <message>
+        <location filename="../report/Worksheet.cpp" line="146"/>
+        <source>the row list of the result</source>
+        <translation>la liste des lignes du résultat</translation>
+    </message>
+    <message>
+        <location filename="../report/Worksheet.cpp" line="147"/>
+        <source>the result has fewer than its %1 header rows</source>
+        <translation>le résultat a moins que ses %1 lignes d’en-tête</translation>
+    </message>
+    <message>
+        <location filename="../report/Worksheet.cpp" line="149"/>
+        <source>the result&apos;s column count</source>
+        <translation>le nombre de colonnes du résultat</translation>
+    </message>
+    <message>
+        <location filename="../report/Worksheet.cpp" line="153"/>
+        <source>result row %1 does not have %2 cells</source>
+        <translation>la ligne %1 du résultat n’a pas %2 cellules</translation>
+    </message>
+    <message>
+        <location filename="../report/Worksheet.cpp" line="157"/>
+        <source>result row %1</source>
+        <translation>la ligne %1 du résultat</translation>
+    </message>
+    <message>
+        <location filename="../report/Worksheet.cpp" line="159"/>
+        <source>the merge list of the result</source>
+        <translation>la liste des fusions du résultat</translation>
+    </message>
+    <message>
+        <location filename="../report/Worksheet.cpp" line="161"/>
+        <source>merged cell %1 of the result</source>
+        <translation>la cellule fusionnée %1 du résultat</translation>
+    </message>
+    <message>
+        <location filename="../report/Worksheet.cpp" line="163"/>
+        <source>%1 does not have 4 numbers</source>
+        <translation>%1 n’a pas 4 nombres</translation>
+    </message>
+    <message>
+        <location filename="../report/Worksheet.cpp" line="207"/>
+        <source>the file is empty</source>
+        <translation>le fichier est vide</translation>
+    </message>
+    <message>
+        <location filename="../report/Worksheet.cpp" line="213"/>
+        <location filename="../report/Worksheet.cpp" line="218"/>
+        <location filename="../report/Worksheet.cpp" line="256"/>
+        <source>&quot;%1&quot; is not a Tessary worksheet.</source>
+        <translation>« %1 » n’est pas une feuille de travail Tessary.</translation>
+    </message>
+    <message>
+        <location filename="../report/Worksheet.cpp" line="214"/>
+        <source>%1 at byte %2</source>
+        <translation>%1 à l’octet %2</translation>
+    </message>
+    <message>
+        <location filename="../report/Worksheet.cpp" line="221"/>
+        <source>the version</source>
+        <translation>la version</translation>
+    </message>
+    <message>
+        <location filename="../report/Worksheet.cpp" line="224"/>
+        <source>&quot;%1&quot; was saved by a newer Tessary (worksheet version %2; this one reads version %3).</source>
+        <translation>« %1 » a été enregistrée par un Tessary plus récent (feuille de travail de version %2 ; celui-ci lit la version %3).</translation>
+    </message>
+    <message>
+        <location filename="../report/Worksheet.cpp" line="230"/>
+        <source>accounts</source>
+        <translation>comptes</translation>
+    </message>
+    <message>
+        <location filename="../report/Worksheet.cpp" line="231"/>
+        <source>classes</source>
+        <translation>catégories</translation>
+    </message>
+    <message>
+        <location filename="../report/Worksheet.cpp" line="241"/>
+        <source>Cannot save the worksheet &quot;%1&quot;: %2</source>
+        <translation>Impossible d’enregistrer la feuille de travail « %1 » : %2</translation>
+    </message>
+    <message>
+        <location filename="../report/Worksheet.cpp" line="251"/>
+        <source>Cannot open the worksheet &quot;%1&quot;: %2</source>
+        <translation>Impossible d’ouvrir la feuille de travail « %1 » : %2</translation>
+    </message>
+    <message>
+        <location filename="../report/Worksheet.cpp" line="253"/>
+        <source>it is a folder</source>
+        <translation>c’est un dossier</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,224 @@
+// French: every text a person sees in the window, the import dialog, the
+// notices and the chart, against the English run of the same window.
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QBarSet>
+#include <QChart>
+#include <QChartView>
+#include <QLabel>
+#include <QMap>
+#include <QMenu>
+#include <QRegularExpression>
+#include <QStackedBarSeries>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include "cli/GridFormat.h"
+#include "core/Vocabulary.h"
+#include "window/FromFile.h"
+#include "window/Language.h"
+#include "window/Unit1.h"
+
+using namespace tessary;
+
+QT_BEGIN_NAMESPACE
+// Readable failures instead of UTF-16 code units.
+void PrintTo(const QString& s, std::ostream* os) { *os << '"' << s.toStdString() << '"'; }
+QT_END_NAMESPACE
+
+namespace {
+
+const QByteArray kAccountsCsv = "Account Type,MD,BS,QR\nNon-Reg.,250000,120000,45000\nTFSAs,95000,,\n"
+                                "RRSPs/RRIFs,310000,,\nLIRAs/LIFs,80000,,\nDCPs/LRIFs,140000,,\nSavings,10,,\n";
+const QByteArray kClassesCsv = "Asset Class,%\nShort-Term Fixed,10\nMid/Long-Term Fixed,25\nEquities Canada,25\n"
+                               "Equities U.S.,20\nEquities Emerging Markets,5\nEquities Global,14\n";
+
+// The same in both languages.
+const QStringList kSameInBoth = {"Tessary", "MD", "BS", "QR", "Total", "OK", "English", "Fran\u00e7ais", "%"};
+
+// Texts of a widget tree by a stable key: object path and property.
+using TTexts = QMap<QString, QString>;
+
+void Collect(QObject* o, const QString& path, TTexts& out) {
+    const QString key = path + "/" + o->objectName() + ":" + o->metaObject()->className();
+    auto put = [&](const char* what, const QString& text) {
+        if (!text.isEmpty()) out.insert(key + "." + what, text);
+    };
+    if (auto* w = qobject_cast<QWidget*>(o)) {
+        put("accessibleName", w->accessibleName());
+        put("toolTip", w->toolTip());
+        if (w->isWindow()) put("windowTitle", w->windowTitle());
+    }
+    if (auto* l = qobject_cast<QLabel*>(o)) put("text", l->text());
+    if (auto* b = qobject_cast<QAbstractButton*>(o)) put("text", b->text());
+    if (auto* m = qobject_cast<QMenu*>(o)) {
+        put("title", m->title());
+        emit m->aboutToShow();
+        int i = 0;
+        for (QAction* a : m->actions()) put(qPrintable("action" + QString::number(i++)), a->text());
+    }
+    if (auto* v = qobject_cast<QAbstractItemView*>(o)) {
+        const QAbstractItemModel* model = v->model();
+        for (int r = 0; model && r < model->rowCount(); ++r)
+            for (int c = 0; c < model->columnCount(); ++c)
+                put(qPrintable(QString("cell%1,%2").arg(r).arg(c)), model->index(r, c).data().toString());
+    }
+    if (auto* cv = qobject_cast<QChartView*>(o)) {
+        for (QAbstractSeries* s : cv->chart()->series())
+            if (auto* bars = qobject_cast<QStackedBarSeries*>(s))
+                for (QBarSet* set : bars->barSets()) put(qPrintable("bar:" + set->label()), set->label());
+    }
+    int i = 0;
+    for (QObject* child : o->children()) Collect(child, key + "#" + QString::number(i++), out);
+}
+
+bool HasWords(const QString& text) { return text.contains(QRegularExpression("[A-Za-z]{2,}")); }
+
+// Every English text with words must read otherwise in French.
+void ExpectAllTranslated(const TTexts& english, const TTexts& french) {
+    int checked = 0;
+    for (auto it = english.begin(); it != english.end(); ++it) {
+        if (!HasWords(it.value()) || kSameInBoth.contains(it.value())) continue;
+        // Bar labels are keyed by their text; the cell beside it carries the check.
+        if (it.key().contains(".bar:")) continue;
+        ++checked;
+        ASSERT_TRUE(french.contains(it.key())) << it.key().toStdString();
+        EXPECT_NE(french.value(it.key()), it.value()) << "untranslated: " << it.key().toStdString();
+    }
+    EXPECT_GT(checked, 40);
+}
+
+class Translation : public ::testing::Test {
+protected:
+    void TearDown() override { ApplyLanguage(TLanguage::English); }
+    static std::unique_ptr<TForm1> Filled() {
+        auto form = std::make_unique<TForm1>();
+        form->AskSaveChanges = [] { return QMessageBox::Discard; };
+        form->show();
+        form->LoadInputs(kAccountsCsv, kClassesCsv);
+        form->btnCalculateClick();
+        return form;
+    }
+};
+
+TEST_F(Translation, EveryTextOfTheWindowReadsInFrenchAlsoAfterASwitch) {
+    ApplyLanguage(TLanguage::English);
+    auto form = Filled();
+    TTexts english;
+    Collect(form.get(), "", english);
+    ASSERT_FALSE(form->Notices().isEmpty());   // targets at 99 %, a row without type
+
+    // Switched while open: the same window must retranslate all of it.
+    form->actFrench->trigger();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LanguageChange);
+    EXPECT_EQ(CurrentLanguage(), TLanguage::French);
+    TTexts switched;
+    Collect(form.get(), "", switched);
+    ExpectAllTranslated(english, switched);
+
+    // A window started in French shows exactly what the switched one shows.
+    auto fresh = Filled();
+    TTexts started;
+    Collect(fresh.get(), "", started);
+    for (auto it = switched.begin(); it != switched.end(); ++it) {
+        if (started.contains(it.key())) {
+            EXPECT_EQ(started.value(it.key()), it.value()) << it.key().toStdString();
+        }
+    }
+
+    // And back.
+    form->actEnglish->trigger();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LanguageChange);
+    TTexts back;
+    Collect(form.get(), "", back);
+    for (auto it = english.begin(); it != english.end(); ++it)
+        EXPECT_EQ(back.value(it.key()), it.value()) << it.key().toStdString();
+}
+
+TEST_F(Translation, ImportDialogReadsInFrench) {
+    QTemporaryDir empty;
+    TFolderOverrides folders;
+    folders.DataRoot = empty.path();
+    ApplyLanguage(TLanguage::English);
+    TTexts english, french;
+    {
+        TdlgFromFile dlg(folders, 1.0);
+        Collect(&dlg, "", english);
+    }
+    ApplyLanguage(TLanguage::French);
+    {
+        TdlgFromFile dlg(folders, 1.0);
+        Collect(&dlg, "", french);
+    }
+    int checked = 0;
+    for (auto it = english.begin(); it != english.end(); ++it) {
+        if (!HasWords(it.value()) || kSameInBoth.contains(it.value())) continue;
+        ++checked;
+        EXPECT_NE(french.value(it.key()), it.value()) << "untranslated: " << it.key().toStdString();
+    }
+    EXPECT_GE(checked, 5);
+}
+
+TEST_F(Translation, MoneyNoticesAndVocabularyFollowTheLanguage) {
+    ApplyLanguage(TLanguage::French);
+    auto form = Filled();
+    // fr_CA groups with a space and puts the sign after: "1 040 010 $".
+    const QString total = form->Label3->text();
+    EXPECT_EQ(QString(total).replace(QRegularExpression("\\s", QRegularExpression::UseUnicodePropertiesOption), " "), "1 040 010 $") << total.toStdString();
+    EXPECT_TRUE(form->grdAccounts->model()->index(1, 4).data().toString().endsWith("$"));
+    // Long French labels stay readable in full as tooltips; amounts need none.
+    const QModelIndex longLabel = form->grdClasses->model()->index(2, 0);
+    EXPECT_EQ(longLabel.data(Qt::ToolTipRole).toString(), longLabel.data().toString());
+    EXPECT_FALSE(form->grdAccounts->model()->index(1, 4).data(Qt::ToolTipRole).isValid());
+
+    for (auto labels : {std::vector<std::string_view>(kAccountKindLabels.begin(), kAccountKindLabels.end()),
+                        std::vector<std::string_view>(kAccountTypeLabels.begin(), kAccountTypeLabels.end()),
+                        std::vector<std::string_view>(kAssetClassLabels.begin(), kAssetClassLabels.end())})
+        for (std::string_view label : labels)
+            EXPECT_NE(VocabularyText(std::string(label)).toStdString(), label);
+
+    const TNotice notices[] = {
+        {NoticeId::TargetsNotHundred, "", 0, {}, 99},
+        {NoticeId::EquityHundred, "", 0, {}, 100},
+        {NoticeId::EquityNotPlaced, "", 0, {}, 1234},
+        {NoticeId::AccountRowDropped, "", 3, "Savings", 0},
+        {NoticeId::AccountRowDropped, "", 3, "", 0},
+        {NoticeId::ClassRowDropped, "", 2, "Gold", 0},
+        {NoticeId::ClassRowDropped, "", 2, "", 0},
+        {NoticeId::DuplicateAccountType, "", 0, "TFSAs", 2},
+        {NoticeId::ResultNamesShifted, "", 4, "", 0},
+    };
+    QStringList french;
+    for (const TNotice& n : notices) french << NoticeText(n);
+    ApplyLanguage(TLanguage::English);
+    for (std::size_t i = 0; i < std::size(notices); ++i) {
+        SCOPED_TRACE(i);
+        const QString english = NoticeText(notices[i]);
+        EXPECT_NE(french[static_cast<int>(i)], english);
+        // The same facts in both: numbers and the adviser's own labels.
+        auto facts = QRegularExpression("\\d+|Savings|Gold").globalMatch(english);
+        while (facts.hasNext()) {
+            const QString fact = facts.next().captured();
+            EXPECT_TRUE(french[static_cast<int>(i)].contains(fact)) << fact.toStdString();
+        }
+    }
+    // English notices read as the core writes them.
+    EXPECT_EQ(NoticeText({NoticeId::EquityNotPlaced, "", 0, {}, 1234}).toStdString(),
+              "$1,234 meant for equities could not be placed in any account: the result holds less equity than "
+              "the targets ask.");
+    EXPECT_TRUE(french[3].contains("Savings"));
+    EXPECT_TRUE(french[3].contains("3"));
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QTemporaryDir config;   // the language choice goes here, never to the user's settings
+    qputenv("XDG_CONFIG_HOME", config.path().toUtf8());
+    QApplication app(argc, argv);
+    ::testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
