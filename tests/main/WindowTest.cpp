@@ -1,6 +1,7 @@
 // The real main window, offscreen.
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
 #include <QInputDialog>
@@ -214,6 +215,49 @@ TEST_F(Window, ShortcutsCalculateAndDeleteClearsACell) {
     form->grdAccounts->setCurrentIndex(form->grdAccounts->model()->index(1, 4));
     QTest::keyClick(form->grdAccounts, Qt::Key_Delete);
     EXPECT_FALSE(a.Cell(4, 1).IsEmpty());
+}
+
+TEST_F(Window, KeyboardReachesEverythingAndIconButtonsHaveNames) {
+    // Tab walks the grids and buttons in reading order.
+    QStringList chain;
+    QWidget* w = form->grdAccounts;
+    for (int i = 0; i < 200 && (chain.isEmpty() || w != form->grdAccounts); ++i) {
+        if (w->isVisible() && (w->focusPolicy() & Qt::TabFocus) && w->isEnabled()) chain << w->objectName();
+        w = w->nextInFocusChain();
+    }
+    const QStringList order = {"grdAccounts", "btnAddAcc", "btnDelAcc", "btnClear", "btnImp", "grdClasses",
+                               "AdvRepeatButton2", "AdvRepeatButton1", "btnPresets", "btnCalculate", "grdResult",
+                               "AdvRepeatButton3"};
+    int at = 0;
+    for (const QString& name : chain)
+        if (at < order.size() && name == order[at]) ++at;
+    EXPECT_EQ(at, order.size()) << chain.join(' ').toStdString();
+
+    // Enter in a grid moves down, in the same column.
+    form->btnAddAccClick();
+    form->grdAccounts->setFocus();
+    form->grdAccounts->setCurrentIndex(form->grdAccounts->model()->index(1, 2));
+    QTest::keyClick(form->grdAccounts, Qt::Key_Return);
+    EXPECT_EQ(form->grdAccounts->currentIndex(), form->grdAccounts->model()->index(2, 2));
+
+    // Ctrl+I opens the import dialog from anywhere in the window.
+    bool opened = false;
+    QTimer::singleShot(0, [&] {
+        if (QWidget* dlg = QApplication::activeModalWidget()) {
+            opened = true;
+            QTest::keyClick(dlg, Qt::Key_Escape);
+        }
+    });
+    QTest::keyClick(form->grdClasses, Qt::Key_I, Qt::ControlModifier);
+    EXPECT_TRUE(opened);
+
+    // Buttons that show no words must still be named for a screen reader.
+    for (QAbstractButton* b : form->findChildren<QAbstractButton*>()) {
+        if (!b->isVisible()) continue;
+        if (b->text().trimmed().isEmpty()) {
+            EXPECT_FALSE(b->accessibleName().isEmpty()) << b->objectName().toStdString();
+        }
+    }
 }
 
 int main(int argc, char** argv) {
