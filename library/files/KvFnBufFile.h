@@ -104,6 +104,11 @@ public:
         return s;
     }
 
+    // Frees the buffer of a file read from disk, huge-page aligned or not.
+    struct TFreeBytes {
+        bool hugeAligned;   // no initializer: GCC would then refuse a default unique_ptr in this class
+        void operator()(std::uint8_t* p) const noexcept;
+    };
 private:
     TBufReadFile() = default;
 
@@ -126,7 +131,7 @@ private:
     [[noreturn]] void ThrowEnd() const;
 
     std::string fileName_;
-    std::unique_ptr<std::uint8_t[]> fileData_;
+    std::unique_ptr<std::uint8_t[], TFreeBytes> fileData_;
     std::vector<std::uint8_t> memData_;
     const std::uint8_t* data_ = nullptr;
     std::int32_t pos_ = 0;

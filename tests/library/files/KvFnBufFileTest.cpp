@@ -327,6 +327,24 @@ TEST_F(files_BufFile, BlocksAndTextsLargerThanTheBufferArriveIntact) {
     EXPECT_TRUE(r.Eof());
 }
 
+// Small files and large ones (which take another kind of buffer) read back whole,
+// also after the reader was moved.
+TEST_F(files_BufFile, FilesOfEverySizeReadBackByteForByte) {
+    constexpr std::size_t kMiB = std::size_t(1) << 20;
+    for (std::size_t size : {std::size_t(1), std::size_t(4095), 4 * kMiB - 1, 4 * kMiB, 6 * kMiB + 12345}) {
+        SCOPED_TRACE(size);
+        Bytes bytes(size);
+        for (std::size_t i = 0; i < size; ++i) bytes[i] = std::uint8_t((i * 2654435761u) >> 13);
+        TBufReadFile r = ReaderOver(bytes, "size" + std::to_string(size) + ".dat");
+        TBufReadFile moved = std::move(r);
+        ASSERT_EQ(moved.Size(), std::int64_t(size));
+        Bytes back(size);
+        moved.ReadData(back.data(), std::int32_t(size));
+        EXPECT_TRUE(back == bytes);
+        EXPECT_TRUE(moved.Eof());
+    }
+}
+
 TEST_F(files_BufFile, WriterCanGoBackToPatchACount) {
     const Bytes bytes = Written([](TBufWriteFile& w) {
         w.WriteStr("head");
