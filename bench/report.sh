@@ -104,7 +104,7 @@ with open(out, "w") as f:
     if missed:
         f.write("\nMissing their aims in this run: " + "; ".join(missed) + ". The aims of the record files "
                 "and of the solution load compare with a copy of bytes already in the page cache; the readers "
-                "build strings and objects from every field.\n")
+                "build strings and objects from every field. Where their time goes: docs/hardening.md.\n")
     f.write(mem)
     f.write(f"\nMachine: {model}, {context.get('num_cpus')} CPUs at {cpu} MHz, {platform.system()} "
             f"{platform.release()}; {compiler}; build folder `{build}` ({build_type}). "
