@@ -28,13 +28,13 @@ public:
         if (!::mkdtemp(tmpl.data())) std::abort();
         dir_ = tmpl + "/";
         for (int i = 1; i <= ClientCount; ++i) {
-            kv::TClientFileSpec spec;
-            spec.Name = "Client " + std::to_string(i);
-            spec.ID = 100000 + i;
-            spec.Solutions = 5;
-            spec.Date = 45000 + i;
+            kv::TClientFileSpec clientFile;
+            clientFile.Name = "Client " + std::to_string(i);
+            clientFile.ID = 100000 + i;
+            clientFile.Solutions = 5;
+            clientFile.Date = 45000 + i;
             // Already named after the client, as a data directory is after its first scan.
-            kv::WriteClientFolder(dir_, "md_db" + std::to_string(i) + "_Client " + std::to_string(i), 0, spec);
+            kv::WriteClientFolder(dir_, "md_db" + std::to_string(i) + "_Client " + std::to_string(i), 0, clientFile);
         }
     }
     ~DataDir() {

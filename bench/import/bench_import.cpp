@@ -51,12 +51,12 @@ struct Fixture {
         bsChart = kv::MakeDemoChart(1, (root / "Basalto" / "Core" / "Entries.dat").string());
         bsChart->Save((root / "Basalto" / "Core" / "Entries.dat").string());
         for (int i = 1; i <= kClientFiles; ++i) {
-            kv::TClientFileSpec spec;
-            spec.Name = "Client " + std::to_string(i);
-            spec.ID = 100000 + i;
-            spec.Solutions = 3;
-            spec.Date = 45000 + i * 0.37;
-            kv::WriteClientFolder(mdData.string() + "/", "md_db" + std::to_string(i) + "_" + spec.Name, 0, spec);
+            kv::TClientFileSpec clientFile;
+            clientFile.Name = "Client " + std::to_string(i);
+            clientFile.ID = 100000 + i;
+            clientFile.Solutions = 3;
+            clientFile.Date = 45000 + i * 0.37;
+            kv::WriteClientFolder(mdData.string() + "/", "md_db" + std::to_string(i) + "_" + clientFile.Name, 0, clientFile);
         }
         // The file the dialog shows first gets a small solution, so opening runs the whole cascade.
         tessary::TFolderOverrides folders;

@@ -41,25 +41,25 @@ void Fill(TModels& list, const TProjHdr& hdr, int count, const std::string& pref
 } // namespace
 
 std::string WriteClientFolder(const std::string& baseDir, const std::string& folder, std::uint8_t kind,
-                              const TClientFileSpec& spec) {
+                              const TClientFileSpec& clientFile) {
     TProjHdr hdr(kind, ModelsFileName, folder, baseDir);
-    hdr.Name = spec.Name;
-    hdr.ID = spec.ID;
-    hdr.Date = spec.Date;
+    hdr.Name = clientFile.Name;
+    hdr.ID = clientFile.ID;
+    hdr.Date = clientFile.Date;
     hdr.Text1 = "Adviser";
     hdr.Text2 = "Office";
-    hdr.FlagH = spec.HideNames ? 1 : 0;
-    hdr.FlagI = spec.Protected ? 1 : 0;
-    hdr.KeySeed = spec.KeySeed;
-    if (spec.TrailingSections) {
+    hdr.FlagH = clientFile.HideNames ? 1 : 0;
+    hdr.FlagI = clientFile.Protected ? 1 : 0;
+    hdr.KeySeed = clientFile.KeySeed;
+    if (clientFile.TrailingSections) {
         hdr.ReportSettings = {"Portrait", "Letter", "1", "1", "0", "Arial", "10", "", "", "", "1"};
     } else {
         hdr.TrailingSections = 0;
     }
     TModels main(hdr.BaseDir, "Main", hdr.Folder);
     TModels needs(hdr.BaseDir, "Needs", hdr.Folder);
-    Fill(main, hdr, spec.Solutions, spec.SolutionPrefix);
-    Fill(needs, hdr, spec.NeedsSolutions, "Needs ");
+    Fill(main, hdr, clientFile.Solutions, clientFile.SolutionPrefix);
+    Fill(needs, hdr, clientFile.NeedsSolutions, "Needs ");
     MakeDir(hdr.BaseDir + hdr.Folder);
     for (const TModels* list : {&main, &needs})
         for (std::int32_t i = 0; i < list->Count(); ++i) MakeDir(list->Path(i));

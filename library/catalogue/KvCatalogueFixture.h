@@ -24,8 +24,8 @@ struct TClientFileSpec {
 // Writes <baseDir>/<folder>/Models.dat for the given product kind and creates
 // the folders of every solution (Main, Main1, ..., Needs, Needs1, ...). Creates
 // baseDir/folder when missing. Returns the header file's path. A protected
-// spec needs a configured client-file key (EKeyMissing otherwise).
+// client file needs a configured client-file key (EKeyMissing otherwise).
 std::string WriteClientFolder(const std::string& baseDir, const std::string& folder, std::uint8_t kind,
-                              const TClientFileSpec& spec);
+                              const TClientFileSpec& clientFile);
 
 } // namespace kv

@@ -21,9 +21,9 @@ int main(int argc, char** argv) {
     struct Seed {
         const char* name;
         std::uint8_t kind;
-        kv::TClientFileSpec spec;
+        kv::TClientFileSpec clientFile;
     };
-    auto spec = [](auto&& set) {
+    auto makeClientFile = [](auto&& set) {
         kv::TClientFileSpec s;
         s.Name = "Seed Client";
         s.ID = 4242;
@@ -31,15 +31,15 @@ int main(int argc, char** argv) {
         return s;
     };
     const Seed seeds[] = {
-        {"plain", 0, spec([](auto& s) { s.Solutions = 2; s.NeedsSolutions = 1; })},
-        {"protected", 0, spec([](auto& s) { s.Protected = true; s.KeySeed = "seed"; s.Solutions = 1; })},
-        {"hidden-bs", 1, spec([](auto& s) { s.HideNames = true; s.Solutions = 2; s.Date = 45123.5; })},
-        {"no-trailing", 0, spec([](auto& s) { s.TrailingSections = false; s.ID = 0; })},
-        {"empty-lists", 0, spec([](auto& s) { s.Solutions = 0; })},
+        {"plain", 0, makeClientFile([](auto& s) { s.Solutions = 2; s.NeedsSolutions = 1; })},
+        {"protected", 0, makeClientFile([](auto& s) { s.Protected = true; s.KeySeed = "seed"; s.Solutions = 1; })},
+        {"hidden-bs", 1, makeClientFile([](auto& s) { s.HideNames = true; s.Solutions = 2; s.Date = 45123.5; })},
+        {"no-trailing", 0, makeClientFile([](auto& s) { s.TrailingSections = false; s.ID = 0; })},
+        {"empty-lists", 0, makeClientFile([](auto& s) { s.Solutions = 0; })},
     };
     for (const Seed& seed : seeds) {
         fs::remove_all(scratch);
-        const std::string path = kv::WriteClientFolder(scratch.string(), "md_db1", seed.kind, seed.spec);
+        const std::string path = kv::WriteClientFolder(scratch.string(), "md_db1", seed.kind, seed.clientFile);
         fs::copy_file(path, out / seed.name, fs::copy_options::overwrite_existing);
     }
     fs::remove_all(scratch);

@@ -18,10 +18,10 @@ using cattest::TempDir;
 
 void Client(const TempDir& dir, const std::string& folder, const std::string& name, std::uint8_t kind = 0,
             int solutions = 1) {
-    kv::TClientFileSpec spec;
-    spec.Name = name;
-    spec.Solutions = solutions;
-    kv::WriteClientFolder(dir.Dir(), folder, kind, spec);
+    kv::TClientFileSpec clientFile;
+    clientFile.Name = name;
+    clientFile.Solutions = solutions;
+    kv::WriteClientFolder(dir.Dir(), folder, kind, clientFile);
 }
 
 std::vector<std::string> Names(const kv::TProjHdrLst& l) {
@@ -208,10 +208,10 @@ TEST(CatalogueScan, AHeaderThatCannotBeReadFailsTheLoadNamingTheFile) {
         const std::string path = dir.Dir() + "md_db2_Bad/Models.dat";
         if (c.what == "wrong key") {
             cattest::SettingsGuard key("right");
-            kv::TClientFileSpec spec;
-            spec.Name = "Bad";
-            spec.Protected = true;
-            kv::WriteClientFolder(dir.Dir(), "md_db2_Bad", 0, spec);
+            kv::TClientFileSpec clientFile;
+            clientFile.Name = "Bad";
+            clientFile.Protected = true;
+            kv::WriteClientFolder(dir.Dir(), "md_db2_Bad", 0, clientFile);
         } else if (!c.bytes.empty()) {
             cattest::WriteBytes(path, c.bytes);
         }
@@ -281,12 +281,12 @@ TEST(CatalogueScan, FindByNameNewDirNameAndSaveOne) {
 TEST(CatalogueScan, LoadedListsComeFromTheCatalogueHeader) {
     cattest::SettingsGuard guard;
     TempDir dir;
-    kv::TClientFileSpec spec;
-    spec.Name = "Hidden";
-    spec.HideNames = true;
-    spec.Solutions = 3;
-    spec.NeedsSolutions = 2;
-    kv::WriteClientFolder(dir.Dir(), "md_db1_Hidden", 0, spec);
+    kv::TClientFileSpec clientFile;
+    clientFile.Name = "Hidden";
+    clientFile.HideNames = true;
+    clientFile.Solutions = 3;
+    clientFile.NeedsSolutions = 2;
+    kv::WriteClientFolder(dir.Dir(), "md_db1_Hidden", 0, clientFile);
     kv::TProjHdrLst l(dir.Dir(), "", 0);
     l.Load(true);
     ASSERT_EQ(l.Count(), 1);

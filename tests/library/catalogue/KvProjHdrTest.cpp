@@ -233,12 +233,12 @@ TEST(CatalogueProjHdr, ProtectedHeaderNeedsTheRightKey) {
     cattest::TempDir dir;
     {
         cattest::SettingsGuard key("right");
-        kv::TClientFileSpec spec;
-        spec.Name = "Protected Client";
-        spec.Protected = true;
-        spec.KeySeed = "seed";
-        spec.Solutions = 2;
-        kv::WriteClientFolder(dir.Dir(), "md_db1_P", 0, spec);
+        kv::TClientFileSpec clientFile;
+        clientFile.Name = "Protected Client";
+        clientFile.Protected = true;
+        clientFile.KeySeed = "seed";
+        clientFile.Solutions = 2;
+        kv::WriteClientFolder(dir.Dir(), "md_db1_P", 0, clientFile);
     }
     struct Case {
         std::string key;
@@ -317,9 +317,9 @@ TEST(CatalogueProjHdr, TruncationAtEveryOffsetIsALibraryError) {
     std::vector<std::size_t> tails;  // bytes from each section boundary to the end
     {
         cattest::TempDir dir;
-        kv::TClientFileSpec spec;
-        spec.ID = 77;
-        const std::string path = kv::WriteClientFolder(dir.Dir(), "md_db1", 0, spec);
+        kv::TClientFileSpec clientFile;
+        clientFile.ID = 77;
+        const std::string path = kv::WriteClientFolder(dir.Dir(), "md_db1", 0, clientFile);
         const std::size_t full = cattest::ReadBytes(path).size();
         for (int s = 0; s < kv::TProjHdr::TrailingSectionCount; ++s) {
             kv::TProjHdr h(0, "Models.dat", "md_db1", dir.Dir());
@@ -327,17 +327,17 @@ TEST(CatalogueProjHdr, TruncationAtEveryOffsetIsALibraryError) {
             h.TrailingSections = s;
             h.Save(*l.Main, *l.Needs);
             tails.push_back(full - cattest::ReadBytes(path).size());
-            kv::WriteClientFolder(dir.Dir(), "md_db1", 0, spec);
+            kv::WriteClientFolder(dir.Dir(), "md_db1", 0, clientFile);
         }
     }
     for (bool protect : {false, true}) {
         cattest::TempDir dir;
-        kv::TClientFileSpec spec;
-        spec.Protected = protect;
-        spec.KeySeed = "x";
-        spec.Solutions = protect ? 1 : 2;  // deciphering is slow; one record covers the layout
-        spec.NeedsSolutions = 1;
-        const std::string path = kv::WriteClientFolder(dir.Dir(), "md_db1", 0, spec);
+        kv::TClientFileSpec clientFile;
+        clientFile.Protected = protect;
+        clientFile.KeySeed = "x";
+        clientFile.Solutions = protect ? 1 : 2;  // deciphering is slow; one record covers the layout
+        clientFile.NeedsSolutions = 1;
+        const std::string path = kv::WriteClientFolder(dir.Dir(), "md_db1", 0, clientFile);
         const auto full = cattest::ReadBytes(path);
         for (std::size_t n = 0; n < full.size(); ++n) {
             cattest::WriteBytes(path, std::vector<std::uint8_t>(full.begin(), full.begin() + std::ptrdiff_t(n)));
