@@ -216,6 +216,7 @@ private:
     std::vector<TNotice> noticeItems_;
     // As last shown: the label is not recomputed by a calculation.
     double accountsTotal_ = 0;
+    void ShowDocument(const QString& file);
     void ShowAccountsTotal(double total);
 
     QRect captionRegion_, buttonsRegion_, cornerRegion_;

@@ -193,8 +193,14 @@ void TForm1::actNewClick() {
     result_ = blank.result;
     accounts_.SetRowCount(2);
     classes_.SetRowCount(2);
+    ShowDocument(QString());
+}
+
+// After the grids were replaced as a whole: everything shown from them, and
+// the document counted as saved under its file name.
+void TForm1::ShowDocument(const QString& file) {
     ScaleColumnWidths();
-    currentFile_.clear();
+    currentFile_ = file;
     grdAccountsEditCellDone();
     grdClassesEditCellDone();
     RefreshGrids();
@@ -211,15 +217,7 @@ bool TForm1::OpenWorksheet(const QString& path) {
         Fail(QString::fromStdString(e.what()));
         return false;
     }
-    ScaleColumnWidths();
-    currentFile_ = QFileInfo(path).absoluteFilePath();
-    grdAccountsEditCellDone();
-    grdClassesEditCellDone();
-    RefreshGrids();
-    UpdateChart();
-    UpdateNotices();
-    savedSnapshot_ = Snapshot();
-    UpdateDocumentState();
+    ShowDocument(QFileInfo(path).absoluteFilePath());
     AddRecentFile(currentFile_);
     return true;
 }
