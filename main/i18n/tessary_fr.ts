@@ -218,7 +218,7 @@
     </message>
     <message>
         <location filename="../window/Unit1.cpp" line="211"/>
-        <location filename="../window/Unit1Document.cpp" line="297"/>
+        <location filename="../window/Unit1Document.cpp" line="294"/>
         <source>Portfolio Allocation</source>
         <translation>Répartition du portefeuille</translation>
     </message>
@@ -306,7 +306,7 @@
     <message>
         <location filename="../window/Unit1Document.cpp" line="57"/>
         <location filename="../window/Unit1Document.cpp" line="163"/>
-        <location filename="../window/Unit1Document.cpp" line="256"/>
+        <location filename="../window/Unit1Document.cpp" line="258"/>
         <source>Untitled</source>
         <translation>Sans titre</translation>
     </message>
@@ -376,24 +376,21 @@
         <translation>La feuille de travail « %1 » a des modifications non enregistrées. Les enregistrer ?</translation>
     </message>
     <message>
-        <location filename="../window/Unit1Document.cpp" line="230"/>
-        <location filename="../window/Unit1Document.cpp" line="231"/>
+        <location filename="../window/Unit1Document.cpp" line="234"/>
         <source>Open Worksheet</source>
         <translation>Ouvrir une feuille de travail</translation>
     </message>
     <message>
-        <location filename="../window/Unit1Document.cpp" line="258"/>
-        <location filename="../window/Unit1Document.cpp" line="259"/>
+        <location filename="../window/Unit1Document.cpp" line="260"/>
         <source>Save Worksheet</source>
         <translation>Enregistrer la feuille de travail</translation>
     </message>
     <message>
-        <location filename="../window/Unit1Document.cpp" line="269"/>
+        <location filename="../window/Unit1Document.cpp" line="271"/>
         <source>CSV files (*.csv)</source>
         <translation>Fichiers CSV (*.csv)</translation>
     </message>
     <message>
-        <location filename="../window/Unit1Document.cpp" line="270"/>
         <location filename="../window/Unit1Document.cpp" line="271"/>
         <source>Export to CSV</source>
         <translation>Exporter en CSV</translation>
@@ -404,13 +401,12 @@
         <translation>Fichiers PDF (*.pdf)</translation>
     </message>
     <message>
-        <location filename="../window/Unit1Document.cpp" line="283"/>
-        <location filename="../window/Unit1Document.cpp" line="284"/>
+        <location filename="../window/Unit1Document.cpp" line="282"/>
         <source>Export to PDF</source>
         <translation>Exporter en PDF</translation>
     </message>
     <message numerus="yes">
-        <location filename="../window/Unit1Document.cpp" line="322"/>
+        <location filename="../window/Unit1Document.cpp" line="319"/>
         <source>(%n more)</source>
         <translation>
             <numerusform>(%n autre)</numerusform>

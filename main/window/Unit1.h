@@ -217,6 +217,7 @@ private:
     // As last shown: the label is not recomputed by a calculation.
     double accountsTotal_ = 0;
     void ShowDocument(const QString& file);
+    QString PickFile(bool save, const QString& caption, const QString& filter, const QString& suggested);
     void ShowAccountsTotal(double total);
 
     QRect captionRegion_, buttonsRegion_, cornerRegion_;

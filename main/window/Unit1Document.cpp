@@ -222,12 +222,16 @@ bool TForm1::OpenWorksheet(const QString& path) {
     return true;
 }
 
+QString TForm1::PickFile(bool save, const QString& caption, const QString& filter, const QString& suggested) {
+    if (ChooseFile) return ChooseFile(save, caption, filter, suggested);
+    return save ? QFileDialog::getSaveFileName(this, caption, suggested, filter)
+                : QFileDialog::getOpenFileName(this, caption, suggested, filter);
+}
+
 void TForm1::actOpenClick() {
     if (!MaybeSave()) return;
     const QString start = currentFile_.isEmpty() ? QDir::homePath() : QFileInfo(currentFile_).path();
-    const QString path = ChooseFile ? ChooseFile(false, tr("Open Worksheet"), WorksheetFilter(), start)
-                                    : QFileDialog::getOpenFileName(this, tr("Open Worksheet"), start,
-                                                                   WorksheetFilter());
+    const QString path = PickFile(false, tr("Open Worksheet"), WorksheetFilter(), start);
     if (!path.isEmpty()) OpenWorksheet(path);
 }
 
@@ -253,8 +257,7 @@ bool TForm1::actSaveClick() {
 bool TForm1::actSaveAsClick() {
     const QString suggested = currentFile_.isEmpty() ? QDir::home().filePath(tr("Untitled") + QStringLiteral(".tessary"))
                                                      : currentFile_;
-    QString path = ChooseFile ? ChooseFile(true, tr("Save Worksheet"), WorksheetFilter(), suggested)
-                              : QFileDialog::getSaveFileName(this, tr("Save Worksheet"), suggested, WorksheetFilter());
+    const QString path = PickFile(true, tr("Save Worksheet"), WorksheetFilter(), suggested);
     if (path.isEmpty()) return false;
     return SaveWorksheetTo(WithSuffix(path, QStringLiteral(".tessary")));
 }
@@ -264,10 +267,8 @@ void TForm1::actCopyClick() {
 }
 
 void TForm1::actExportCsvClick() {
-    const QString filter = tr("CSV files (*.csv)");
-    QString path = ChooseFile ? ChooseFile(true, tr("Export to CSV"), filter, Suggested(currentFile_, ".csv"))
-                              : QFileDialog::getSaveFileName(this, tr("Export to CSV"),
-                                                             Suggested(currentFile_, ".csv"), filter);
+    const QString path =
+        PickFile(true, tr("Export to CSV"), tr("CSV files (*.csv)"), Suggested(currentFile_, ".csv"));
     if (path.isEmpty()) return;
     try {
         SaveCsv(WithSuffix(path, QStringLiteral(".csv")), GridAsCsv(result_, GridKind::Result));
@@ -277,10 +278,8 @@ void TForm1::actExportCsvClick() {
 }
 
 void TForm1::actExportPdfClick() {
-    const QString filter = tr("PDF files (*.pdf)");
-    QString path = ChooseFile ? ChooseFile(true, tr("Export to PDF"), filter, Suggested(currentFile_, ".pdf"))
-                              : QFileDialog::getSaveFileName(this, tr("Export to PDF"),
-                                                             Suggested(currentFile_, ".pdf"), filter);
+    const QString path =
+        PickFile(true, tr("Export to PDF"), tr("PDF files (*.pdf)"), Suggested(currentFile_, ".pdf"));
     if (path.isEmpty()) return;
     try {
         WriteReportPdf(WithSuffix(path, QStringLiteral(".pdf")),
