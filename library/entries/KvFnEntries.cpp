@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <system_error>
+#include <unordered_set>
 
 #include "decl/KvModelFormat.h"
 #include "files/KvFnBufFile.h"
@@ -36,11 +37,10 @@ constexpr std::uint8_t NoType = 255;
 
 [[noreturn]] void ThrowStructure(const std::string& path) { throw EFileStructure(path); }
 
-// A negative count is damage, not an empty list: the records that follow would
-// otherwise be read as the next section.
-std::size_t ReadCount(TBufReadFile& r, std::uint64_t minBytes, const std::string& path) {
+// A count below 1 is an empty section, as a counted loop that never runs.
+std::size_t ReadCount(TBufReadFile& r, std::uint64_t minBytes, const std::string&) {
     const std::int32_t n = r.ReadInt();
-    if (n < 0) ThrowStructure(path);
+    if (n <= 0) return 0;
     const std::uint64_t left = std::uint64_t(r.Size() - r.Position());
     if (std::uint64_t(n) * minBytes > left)
         throw EReadError("Unexpected end of file " + r.FileName() + " at offset " + std::to_string(r.Position()));
@@ -102,9 +102,13 @@ bool TEntry::HasSpecProp(std::string_view name) const {
 void TEntry::DecodeGroups() { Groups = ParseEntryGrps(SpecProp("EGRP")); }
 
 bool TEntry::CanAddChild(const TEntry* child) const {
-    if (!child || child->Parent) return false;
-    for (const TEntry* a = this; a; a = a->Parent)
-        if (a == child) return false;
+    if (!child) return false;
+    // Only the parent chain is walked, and only as deep as a chart can be, so
+    // a hostile file cannot make each attach cost the whole chain.
+    int steps = 0;
+    for (const TEntry* a = this; a; a = a->Parent) {
+        if (a == child || ++steps > MaxTreeDepth) return false;
+    }
     return true;
 }
 
@@ -112,6 +116,8 @@ void TEntry::AddChild(TEntry* child) {
     if (!CanAddChild(child))
         throw EKvError("Entry " + std::to_string(child ? child->EntryID : 0) + " cannot be placed under entry " +
                        std::to_string(EntryID));
+    // An entry attached again keeps its place among its former parent's
+    // children; only its parent changes, as in the planning products.
     Children.push_back(child);
     child->Parent = this;
 }
@@ -124,18 +130,19 @@ int TEntry::Level() const {
 
 bool TEntry::ParentOf(const TEntry* aEntry) const {
     if (!aEntry) return false;
-    // Iterative: a chain built by a file may be far deeper than the stack allows.
+    // Iterative, and each entry once: an entry attached twice stands under two
+    // parents, and stale child links may even loop.
     std::vector<const TEntry*> todo{this};
+    std::unordered_set<const TEntry*> seen{this};
     while (!todo.empty()) {
         const TEntry* e = todo.back();
         todo.pop_back();
         if (e->EntryID == aEntry->EntryID) return true;
-        todo.insert(todo.end(), e->Children.begin(), e->Children.end());
+        for (const TEntry* c : e->Children)
+            if (seen.insert(c).second) todo.push_back(c);
     }
     return false;
 }
-
-// ---------------------------------------------------------------- TAcc
 
 int TAcc::AccLevel() const {
     int level = 0;

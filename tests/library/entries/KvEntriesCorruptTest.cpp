@@ -64,22 +64,21 @@ TEST_F(EntriesCorrupt, BogusCountsFailBeforeAllocating) {
     c.tree2 = {{1, {}}};
     const ByteWriter good = RawFile(c, false);
     ASSERT_EQ(LoadKind(good.b, 1), "");
-    const struct { const char* mark; std::int32_t count; const char* expected; } cases[] = {
-        {"accounts", -1, "structure"}, {"accounts", 0x7FFFFFFF, "read"},
-        {"types", -1, "structure"},    {"types", 0x7FFFFFFF, "read"},
-        {"entries", -1, "structure"},  {"entries", 0x7FFFFFFF, "read"},
-        {"props0", -1, "structure"},   {"props0", 0x7FFFFFFF, "read"},
-        {"tree1", -1, "structure"},    {"tree1", 0x7FFFFFFF, "read"},
-        {"tree2", -1, "structure"},    {"tree2", 0x7FFFFFFF, "read"},
-        {"vals", -1, "structure"},     {"vals", 0x7FFFFFFF, "read"},
-        {"labels", -1, "structure"},   {"labels", 0x7FFFFFFF, "read"}, {"labels", 3, "read"},
-        {"accounts", std::int32_t(0x80000000), "structure"},
-    };
-    for (const auto& k : cases) {
+    const char* const marks[] = {"accounts", "types", "entries", "props0", "tree1", "tree2", "vals", "labels"};
+    auto patched = [&](const char* mark, std::int32_t count) {
         ByteWriter w = good;
-        w.Patch(w.marks.at(k.mark), k.count);
-        EXPECT_EQ(LoadKind(w.b, 1), k.expected) << k.mark << " " << k.count;
+        w.Patch(w.marks.at(mark), count);
+        return LoadKind(w.b, 1);
+    };
+    for (const char* mark : marks) {
+        EXPECT_EQ(patched(mark, 0x7FFFFFFF), "read") << mark;
+        // Below 1 a section is empty, as a counted loop that never runs: the
+        // file then reads exactly as with a count of 0.
+        const std::string asEmpty = patched(mark, 0);
+        EXPECT_EQ(patched(mark, -1), asEmpty) << mark;
+        EXPECT_EQ(patched(mark, std::int32_t(0x80000000)), asEmpty) << mark;
     }
+    EXPECT_EQ(patched("labels", 3), "read");
 }
 
 TEST_F(EntriesCorrupt, TreeNodeOutsideTheEntriesIsDamage) {
@@ -113,13 +112,12 @@ TEST_F(EntriesCorrupt, NestingIsBoundedAt64Levels) {
     }
 }
 
-TEST_F(EntriesCorrupt, LoopsAndSecondParentsAreDamage) {
+TEST_F(EntriesCorrupt, LoopsAreDamage) {
     const struct { const char* what; std::vector<RawNode> tree1, tree2; } cases[] = {
         {"own child", {{0, {{0, {}}}}}, {}},
         {"child of its child", {{0, {{1, {{0, {}}}}}}}, {}},
-        {"two parents", {{0, {{2, {}}}}, {1, {{2, {}}}}}, {}},
-        {"two parents across sections", {{0, {{2, {}}}}}, {{1, {{2, {}}}}}},
         {"loop across nodes", {{0, {{1, {}}}}, {1, {{2, {}}}}}, {{2, {{0, {}}}}}},
+        {"loop after a second parent", {{0, {{1, {}}}}, {2, {{1, {}}}}}, {{1, {{2, {}}}}}},
     };
     for (const auto& k : cases) {
         RawChart c = Chart(3);
@@ -129,17 +127,45 @@ TEST_F(EntriesCorrupt, LoopsAndSecondParentsAreDamage) {
     }
 }
 
-// A chain made of many flat nodes is legal however deep it gets, and walking
-// it must not recurse.
-TEST_F(EntriesCorrupt, LongChainOfFlatNodesLoads) {
-    constexpr int n = 5000;
-    RawChart c = Chart(n);
-    for (int i = 0; i + 1 < n; ++i) c.tree1.push_back({i, {{i + 1, {}}}});
+// The second tree section may repeat a branch: the entry is appended to its
+// new parent, which becomes its parent; the former parent keeps listing it.
+TEST_F(EntriesCorrupt, AnEntryAttachedAgainTakesItsNewParent) {
+    const struct { const char* what; std::vector<RawNode> tree1, tree2; } cases[] = {
+        {"within a section", {{0, {{2, {}}}}, {1, {{2, {}}}}}, {}},
+        {"across sections", {{0, {{2, {}}}}}, {{1, {{2, {}}}}}},
+    };
+    for (const auto& k : cases) {
+        RawChart c = Chart(3);
+        c.tree1 = k.tree1;
+        c.tree2 = k.tree2;
+        WriteAll(Path("Entries.dat"), RawFile(c, false).b);
+        TEntries t(1, Path("Entries.dat"));
+        ASSERT_NO_THROW(t.Load(false)) << k.what;
+        const auto& e = t.EntriesByID();
+        EXPECT_EQ(e[2]->Parent, e[1].get()) << k.what;
+        EXPECT_EQ(e[0]->Children, std::vector<kv::TEntry*>{e[2].get()}) << k.what;
+        EXPECT_EQ(e[1]->Children, std::vector<kv::TEntry*>{e[2].get()}) << k.what;
+        EXPECT_TRUE(e[0]->ParentOf(e[2].get())) << k.what;
+        EXPECT_EQ(e[2]->Level(), 1) << k.what;
+    }
+}
+
+// Flat nodes can chain entries deeper than nesting can; the same bound of
+// 64 levels holds, so each attachment costs at most that many steps.
+TEST_F(EntriesCorrupt, ChainsOfFlatNodesAreBoundedAt64LevelsToo) {
+    const struct { int n; const char* expected; } cases[] = {{65, ""}, {66, "structure"}, {50000, "structure"}};
+    for (const auto& k : cases) {
+        RawChart c = Chart(k.n);
+        for (int i = 0; i + 1 < k.n; ++i) c.tree1.push_back({i, {{i + 1, {}}}});
+        EXPECT_EQ(LoadKind(RawFile(c, false).b, 1), k.expected) << k.n;
+    }
+    RawChart c = Chart(65);
+    for (int i = 0; i + 1 < 65; ++i) c.tree1.push_back({i, {{i + 1, {}}}});
     WriteAll(Path("Entries.dat"), RawFile(c, false).b);
     TEntries t(1, Path("Entries.dat"));
     t.Load(false);
     const kv::TEntry* last = t.EntriesByID().back().get();
-    EXPECT_EQ(last->Level(), n - 1);
+    EXPECT_EQ(last->Level(), 64);
     EXPECT_TRUE(t.EntriesByID()[0]->ParentOf(last));
     EXPECT_FALSE(last->ParentOf(t.EntriesByID()[0].get()));
 }

@@ -224,12 +224,15 @@ TEST(EntriesTree, AddChildRefusesWhatWouldLoop) {
     b.AddChild(&c);
     EXPECT_FALSE(c.CanAddChild(&a)) << "ancestor under descendant";
     EXPECT_FALSE(a.CanAddChild(&a)) << "self";
-    EXPECT_FALSE(d.CanAddChild(&c)) << "second parent";
     EXPECT_FALSE(a.CanAddChild(nullptr));
     EXPECT_TRUE(c.CanAddChild(&d));
     EXPECT_THROW(c.AddChild(&a), kv::EKvError);
     EXPECT_EQ(c.Children.size(), 0u);
     EXPECT_EQ(a.Parent, nullptr);
+    // A second parent takes the child over; the first keeps listing it.
+    d.AddChild(&c);
+    EXPECT_EQ(c.Parent, &d);
+    EXPECT_EQ(b.Children, std::vector<TEntry*>{&c});
 }
 
 // ---------------------------------------------------------------- lookups
