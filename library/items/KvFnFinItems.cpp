@@ -27,7 +27,6 @@ std::string_view NameOf(std::string_view line) {
 constexpr std::uint64_t kMinOwnerBytes = 5;
 constexpr std::uint64_t kMinPayBytes = 8 + 4 + 4 + 8 + 2 + 4 + 4;
 constexpr std::uint64_t kMinPayerBytes = 4 + 8;
-constexpr std::uint64_t kMinItemBytes = 4 + 4 + 1 + 8 + 8 + 1 + 1 + 1 + 1 + 4 + 4;
 
 // The older layout ends its property strings where the next four bytes, as a
 // signed integer, fall below 1000: a short string's length byte and first
@@ -162,6 +161,13 @@ TFinItem* TFinItem::AddChild(std::unique_ptr<TFinItem> child) {
     return Children.back().get();
 }
 
+std::uint64_t MinItemRecordBytes(bool sectioned) {
+    // entry, id, name, two dates, value, code, text, owner count, property
+    // count (a byte in the older layout), pays, children
+    const std::uint64_t propertyCount = sectioned ? 4 : 1;
+    return 4 + 4 + 1 + 4 + 4 + 8 + 1 + 1 + 1 + propertyCount + 4 + 4;
+}
+
 std::unique_ptr<TFinItem> ReadItemRecord(TBufReadFile& r, TModelData& model, const TRecordContext& ctx,
                                          TFinItem* parent, int depth) {
     if (depth > kMaxItemDepth) throw EFileStructure(ctx.Path);
@@ -238,7 +244,7 @@ std::unique_ptr<TFinItem> ReadItemRecord(TBufReadFile& r, TModelData& model, con
     item->AfterRead();
 
     const std::int32_t children = r.ReadInt();
-    if (children > 0) RequireLeft(r, std::uint64_t(children) * kMinItemBytes);
+    if (children > 0) RequireLeft(r, std::uint64_t(children) * MinItemRecordBytes(ctx.Sectioned));
     for (std::int32_t i = 0; i < children; ++i) {
         std::unique_ptr<TFinItem> child = ReadItemRecord(r, model, ctx, item.get(), depth + 1);
         if (child) item->Children.push_back(std::move(child));

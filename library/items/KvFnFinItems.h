@@ -167,6 +167,9 @@ public:
 
 };
 
+// The fewest bytes an item record takes in a layout, for checking counts.
+std::uint64_t MinItemRecordBytes(bool sectioned);
+
 // Reads one item record with its children. Returns null when the record names
 // an entry the chart of accounts does not have (the record is still read in full).
 std::unique_ptr<TFinItem> ReadItemRecord(TBufReadFile& r, TModelData& model, const TRecordContext& ctx,

@@ -29,7 +29,6 @@ constexpr std::uint16_t kMaxSmallRecords = 1000;
 
 // Smallest stored sizes, for checking counts before allocating.
 constexpr std::uint64_t kMinPartyBytes = 4 + 1 + 1 + 1 + 1 + 1 + 1 + 4 + 1 + 1 + 1 + 4 + 3 + 1 + 2 + 1;
-constexpr std::uint64_t kMinItemBytes = 38;
 constexpr std::uint64_t kMinToDoBytes = 4 + 4 + 1 + 1 + 4 + 8 + 1;
 constexpr std::uint64_t kMinResidenceBytes = 4 + 1 + 8;
 
@@ -156,6 +155,7 @@ void TModelData::Load(std::uint8_t flag) {
 }
 
 void TModelData::Load(TBufReadFile& r, std::uint8_t flag) {
+    readPath_ = r.FileName().empty() ? path_ : r.FileName();
     for (auto& c : Counters) c = 0;
     ClearParticipants();
     Clear();
@@ -174,7 +174,7 @@ void TModelData::Load(TBufReadFile& r, std::uint8_t flag) {
     } catch (const EInvalidDataIn&) {
         throw;
     } catch (const EInvalidData&) {
-        throw EInvalidDataIn(path_);   // a wrong key: say which file
+        throw EInvalidDataIn(ReadPath());   // a wrong key: say which file
     }
     CurrentIndex = -1;
 }
@@ -187,9 +187,10 @@ void TModelData::ReadSections(TBufReadFile& r, bool sectioned, std::uint8_t) {
         version_ = r.ReadInt();
         const std::int32_t entries = r.ReadInt();
         r.SetPosition(kHeaderSize);
-        if (entries < 0) throw EFileStructure(path_);
-        RequireLeft(r, std::uint64_t(entries) * kDirEntrySize);
-        dir.reserve(static_cast<std::size_t>(entries));
+        // A count below 1 is an empty directory: every section is then read in
+        // sequence from here.
+        if (entries > 0) RequireLeft(r, std::uint64_t(entries) * kDirEntrySize);
+        dir.reserve(static_cast<std::size_t>(std::max(entries, 0)));
         for (std::int32_t i = 0; i < entries; ++i) {
             TDirEntry e{};
             e.ID = r.ReadInt();
@@ -205,7 +206,8 @@ void TModelData::ReadSections(TBufReadFile& r, bool sectioned, std::uint8_t) {
         layout_ = TFileLayout::Sequential;
     }
 
-    const TRecordContext ctx = Context(version_, sectioned);
+    TRecordContext ctx = Context(version_, sectioned);
+    ctx.Path = ReadPath();   // damage is reported in the file actually read
     const std::int64_t fileEnd = r.Size();
     std::int64_t sectionEnd = fileEnd;
 
@@ -217,7 +219,7 @@ void TModelData::ReadSections(TBufReadFile& r, bool sectioned, std::uint8_t) {
         for (const TDirEntry& e : dir) {
             if (e.ID != id) continue;
             if (e.Offset < 0) return;
-            if (e.Offset > std::numeric_limits<std::int32_t>::max()) throw EFileStructure(path_);
+            if (e.Offset > std::numeric_limits<std::int32_t>::max()) throw EFileStructure(ReadPath());
             r.SetPosition(static_cast<std::int32_t>(e.Offset));
             // A length near 2^63 must not overflow the sum.
             if (e.Length >= 0 && e.Length <= fileEnd - e.Offset) sectionEnd = e.Offset + e.Length;
@@ -250,7 +252,7 @@ void TModelData::ReadSections(TBufReadFile& r, bool sectioned, std::uint8_t) {
 
     enter(4);
     highestItemID_ = 0;
-    for (std::int32_t i = 0, n = count(kMinItemBytes); i < n; ++i)
+    for (std::int32_t i = 0, n = count(MinItemRecordBytes(sectioned)); i < n; ++i)
         if (auto item = ReadItemRecord(r, *this, ctx, nullptr, 0)) items_.push_back(std::move(item));
 
     enter(5);
@@ -284,7 +286,7 @@ void TModelData::ReadSections(TBufReadFile& r, bool sectioned, std::uint8_t) {
     }
     for (int list = 0; list < kMaxSmallLists && r.Position() < sectionEnd && !r.Eof(); ++list) {
         const std::uint16_t n = r.ReadWord();
-        if (n > kMaxSmallRecords) throw EFileStructure(path_);
+        if (n > kMaxSmallRecords) throw EFileStructure(ReadPath());
         std::vector<TSmallRecord> records(n);
         for (TSmallRecord& s : records) {
             s.Code = r.ReadByte();

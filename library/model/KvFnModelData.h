@@ -130,6 +130,8 @@ public:
     std::int32_t Version() const { return version_; }
     TFileLayout Layout() const { return layout_; }
     const std::string& Path() const { return path_; }
+    // The file the last Load read: the path, or its "~" recovery copy.
+    const std::string& ReadPath() const { return readPath_.empty() ? path_ : readPath_; }
     const TModel* Model() const { return model_; }
     TModels* Models() const { return models_; }
     TEntries* Entries() const { return entries_; }
@@ -176,6 +178,7 @@ private:
     std::int32_t version_ = 0;
     TFileLayout layout_ = TFileLayout::Sectioned;
     std::string path_;
+    std::string readPath_;
     const TModel* model_;
     TModels* models_;
     TModels* flagModels_;

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <filesystem>
 #include <functional>
 #include <fstream>
 #include <iterator>
@@ -185,6 +186,20 @@ TEST_F(ModelFile, PartyTailChangesAtTheVersionOfThePropertyArrays) {
     auto current = Loaded();
     EXPECT_EQ(current->GetParticipantByID(2)->OldTail, "");
     EXPECT_EQ(current->GetParticipantByID(2)->BenefKey, 77);
+}
+
+// The item count is checked against the smallest record of the layout read:
+// in the older layout an item can take 37 bytes, three fewer than sectioned.
+TEST_F(ModelFile, ManySmallestItemsLoadInBothLayouts) {
+    constexpr int kItems = 5000;   // far more than the sections after them take
+    for (auto layout : {kv::TFileLayout::Sectioned, kv::TFileLayout::Sequential}) {
+        auto m = s.NewModel(0, path);
+        for (int i = 0; i < kItems; ++i) m->Add(std::make_unique<kv::TFinItem>(s.Entry(948), m.get(), i + 1));
+        m->Save(layout, 40000);
+        const auto smallest = kv::MinItemRecordBytes(layout == kv::TFileLayout::Sectioned);
+        EXPECT_LT(std::filesystem::file_size(path), kItems * (smallest + 1)) << int(layout);
+        EXPECT_EQ(Loaded()->Count(), kItems) << int(layout);
+    }
 }
 
 TEST_F(ModelFile, NamesAreEncipheredFromTheirVersionOn) {
