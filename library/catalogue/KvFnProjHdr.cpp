@@ -130,6 +130,16 @@ void TProjHdr::ReadTrailing(TBufReadFile& reader) {
 void TProjHdr::LoadHeader() { (void)Load(false); }
 
 TModelLists TProjHdr::Load(bool loadModels) {
+    try {
+        return LoadFrom(loadModels);
+    } catch (const EInvalidDataIn&) {
+        throw;
+    } catch (const EInvalidData&) {
+        throw EInvalidDataIn(HeaderPath);   // a solution record's text as much as the header's
+    }
+}
+
+TModelLists TProjHdr::LoadFrom(bool loadModels) {
     TBufReadFile reader(HeaderPath, true);
     ReadHeaderRecords(reader);
     TModelLists lists;

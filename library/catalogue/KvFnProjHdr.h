@@ -106,6 +106,7 @@ public:
     int TrailingSections = TrailingSectionCount;
 
 private:
+    TModelLists LoadFrom(bool loadModels);
     void ReadHeaderRecords(TBufReadFile& reader);
     void ReadTrailing(TBufReadFile& reader);
 };

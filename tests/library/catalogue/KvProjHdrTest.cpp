@@ -267,10 +267,41 @@ TEST(CatalogueProjHdr, ProtectedHeaderNeedsTheRightKey) {
             (void)h.Load(c.loadModels);
             ADD_FAILURE() << "loaded with key \"" << c.key << "\"";
         } catch (const kv::EInvalidData& e) {
-            EXPECT_EQ(e.what(), c.message);
+            EXPECT_EQ(e.what(), c.message + " in file \"" + h.HeaderPath + "\"");
         } catch (const kv::EKeyMissing& e) {
             EXPECT_EQ(e.what(), c.message);
         }
+    }
+}
+
+TEST(CatalogueProjHdr, SolutionRecordsThatDoNotDecipherNameTheFile) {
+    // The header of a file written with one key, its solution records from
+    // the same file written with another: only the records fail.
+    cattest::TempDir dir;
+    kv::TClientFileSpec clientFile;
+    clientFile.Name = "Protected Client";
+    clientFile.Protected = true;
+    clientFile.KeySeed = "seed";
+    clientFile.Solutions = 2;
+    clientFile.TrailingSections = false;
+    std::vector<std::uint8_t> withRight, withOther;
+    for (auto [key, bytes] : {std::pair{"right", &withRight}, std::pair{"other", &withOther}}) {
+        cattest::SettingsGuard guard(key);
+        *bytes = cattest::ReadBytes(kv::WriteClientFolder(dir.Dir(), std::string("md_db1_") + key, 0, clientFile));
+    }
+    const std::size_t lists = 8 + 2 * kv::TModel::RecordSize + 8;   // "Main" with two records, empty "Needs"
+    std::vector<std::uint8_t> spliced(withRight.begin(), withRight.end() - std::ptrdiff_t(lists));
+    spliced.insert(spliced.end(), withOther.end() - std::ptrdiff_t(lists), withOther.end());
+    cattest::WriteBytes(dir.Path() / "md_db1_right" / "Models.dat", spliced);
+
+    cattest::SettingsGuard guard("right");
+    kv::TProjHdr h(0, "Models.dat", "md_db1_right", dir.Dir());
+    EXPECT_NO_THROW(h.LoadHeader());
+    try {
+        (void)h.Load(true);
+        ADD_FAILURE() << "solution records deciphered with the wrong key";
+    } catch (const kv::EInvalidData& e) {
+        EXPECT_EQ(std::string(e.what()), "Invalid data in file \"" + h.HeaderPath + "\"");
     }
 }
 
