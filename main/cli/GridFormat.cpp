@@ -5,6 +5,7 @@
 
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QJsonValue>
 #include <QStringList>
 #include <algorithm>
 #include <cmath>
@@ -159,7 +160,7 @@ QJsonDocument GridToJson(const TGrid& grid) {
             } else if (const auto* s = std::get_if<std::string>(&cell.value)) {
                 row.append(QString::fromStdString(*s));
             } else {
-                row.append(QString());
+                row.append(QJsonValue(QJsonValue::Null));   // never written
             }
         }
         rows.append(row);
