@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <unordered_map>
 
 #include "KvSettings.h"
 #include "entries/KvFnEntries.h"
@@ -106,8 +107,7 @@ void FindByEntryIDOwned(TModelData& model, TItemRefs* list, std::span<const std:
                         std::int32_t partyID) {
     FindByEntryID(model, list, ids, flag);
     TItemRefs& out = Target(model, list);
-    for (std::size_t i = out.size(); i-- > 0;)
-        if (!ItemOwnedBy(*out[i], partyID)) out.erase(out.begin() + static_cast<long>(i));
+    std::erase_if(out, [&](const TFinItem* item) { return !ItemOwnedBy(*item, partyID); });
 }
 
 TFinItem* FindByEntryIDOwned(TModelData& model, std::span<const std::int32_t> ids, std::uint8_t flag,
@@ -121,11 +121,9 @@ void FindByEntryIDOwnedX(TModelData& model, TItemRefs* list, std::span<const std
                          std::span<const std::int32_t> partyIDs) {
     FindByEntryID(model, list, ids, flag);
     TItemRefs& out = Target(model, list);
-    for (std::size_t i = out.size(); i-- > 0;) {
-        const bool anyOwns = std::any_of(partyIDs.begin(), partyIDs.end(),
-                                         [&](std::int32_t id) { return ItemOwnedBy(*out[i], id); });
-        if (!anyOwns) out.erase(out.begin() + static_cast<long>(i));
-    }
+    std::erase_if(out, [&](const TFinItem* item) {
+        return std::none_of(partyIDs.begin(), partyIDs.end(), [&](std::int32_t id) { return ItemOwnedBy(*item, id); });
+    });
 }
 
 void FindByClassOwned(TModelData& model, TItemRefs& list, const TFinItemClass& cls, std::int32_t partyID) {
@@ -152,12 +150,21 @@ double GetProcCommonSharesOwned(TModelData& model, std::int32_t corpID, std::int
     }
     if (common <= 0) return 0;
 
+    // Share classes indexed in one walk, the first in walking order winning as
+    // TCCShares::ShareClass finds it: a lookup per holding would walk the whole
+    // model for each of them.
+    std::unordered_map<std::int32_t, const TCorpShare*> shareClasses;
+    Walk(model.Items(), [&](TFinItem* item) {
+        if (item->InheritsFrom(TCorpShare::Class)) shareClasses.emplace(item->ID, static_cast<const TCorpShare*>(item));
+    });
+
     TItemRefs holdings;
     FindByClassOwned(model, holdings, TCCShares::Class, holderID);
     double held = 0;
     for (const TFinItem* item : holdings) {
         const auto* holding = static_cast<const TCCShares*>(item);
-        const auto* shareClass = dynamic_cast<const TCorpShare*>(holding->ShareClass());
+        const auto found = shareClasses.find(holding->ShareClassID);
+        const TCorpShare* shareClass = found == shareClasses.end() ? nullptr : found->second;
         const TCorporation* corp = holding->FindCorporation();
         if (shareClass && corp && corp->ID == corpID && shareClass->IsAsCommon()) held += holding->SharesHeld;
     }
