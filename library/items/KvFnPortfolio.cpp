@@ -265,14 +265,23 @@ TAccountKind AccountKindOf(const TFinItem& item) {
     case 2232:
     case 6105: return TAccountKind::NonReg;
     case 2333: return TAccountKind::TFSA;
-    case 1239:
-        return item.SpecProps.GetInt("RRSPTYPE", 0) == 1 ? TAccountKind::LIRA : TAccountKind::RRSP;
+    case 1239: {
+        // The RRSP kind belongs to TRRSP: an item of another class under this
+        // entry is an ordinary RRSP whatever texts it carries.
+        const auto* rrsp = dynamic_cast<const TRRSP*>(&item);
+        return rrsp && rrsp->Kind() == TRRSPKind::LockedIn ? TAccountKind::LIRA : TAccountKind::RRSP;
+    }
     case 1307: return TAccountKind::RRSP;
     case 5098: return TAccountKind::LIRA;
     case 1132:
     case 1375: return TAccountKind::DCP;
     default: return TAccountKind::None;
     }
+}
+
+bool IsBankingAccount(const TFinItem& item) {
+    const auto* portfolio = dynamic_cast<const TPortfolio*>(&item);
+    return portfolio && portfolio->IsBankingAccount();
 }
 
 void TPortfolioBase::DecodeSpecProps() {

@@ -16,8 +16,12 @@ namespace kv {
 enum class TAccountKind : int { None = 0, NonReg = 1, TFSA = 2, RRSP = 3, LIRA = 4, DCP = 5 };
 
 // The account kind of an investment account, by its entry identifier (and, for
-// an RRSP, its "RRSPTYPE"); None for any other entry.
+// an RRSP entry whose item is a TRRSP, its kind); None for any other entry.
 TAccountKind AccountKindOf(const TFinItem& item);
+
+// Whether the item serves as the client's banking account. Only portfolios
+// have the setting: any other item carrying the text reads the default, false.
+bool IsBankingAccount(const TFinItem& item);
 
 // The entry identifiers the import looks for, in its order.
 inline constexpr std::array<std::int32_t, 9> kImportEntryIDs = {948, 2232, 6105, 2333, 1239, 1132, 1307, 5098, 1375};

@@ -6,8 +6,12 @@
 #include <QLocale>
 #include <QRegularExpression>
 #include <QSettings>
+#include <algorithm>
 #include <cmath>
+#include <filesystem>
+#include <sstream>
 
+#include "KvErrors.h"
 #include "KvSettings.h"
 #include "catalogue/KvFnModels.h"
 #include "catalogue/KvFnProjHdr.h"
@@ -30,6 +34,19 @@ std::string Utf8(const QString& s) { return s.toStdString(); }
 QString WithSeparator(QString dir) {
     if (!dir.isEmpty() && !dir.endsWith(QLatin1Char('/'))) dir += QLatin1Char('/');
     return dir;
+}
+
+// A configured folder that is not there must not look like a product without
+// client files: the adviser would be told "no client file" about a typo.
+void RequireListableFolder(const QString& dir, const QString& product) {
+    const std::string path = Utf8(dir);
+    const std::string what = "The data folder \"" + path + "\" of " + Utf8(product);
+    std::error_code ec;
+    const auto status = std::filesystem::status(path, ec);
+    if (!std::filesystem::exists(status)) throw kv::EInOutError(what + " does not exist");
+    if (!std::filesystem::is_directory(status)) throw kv::EInOutError(what + " is not a folder");
+    std::filesystem::directory_iterator listing(path, ec);
+    if (ec) throw kv::EInOutError(what + " cannot be listed: " + ec.message());
 }
 
 } // namespace
@@ -136,6 +153,7 @@ void TImportSession::ChooseProduct(std::uint8_t kind) {
     kind_ = kind;
     const QString dataDir = DataDir();
     if (dataDir.isEmpty()) return;
+    RequireListableFolder(dataDir, ProductKey(kind));
     list_ = std::make_unique<kv::TProjHdrLst>(Utf8(dataDir), std::string(), kind);
     list_->Load(false);
     // Descending by the rendered date-time texts, as the planning products order
@@ -236,38 +254,57 @@ double TImportSession::Factor(const kv::TParticipant* party, const kv::TParticip
     return 1.0;
 }
 
+namespace {
+
+// The planning products re-sort the result list after every account, which
+// fixes an order among entries of one kind; up to this many accounts that
+// order is reproduced. Beyond it (no real plan holds so many) one stable sort
+// keeps entries of a kind in model order, so a huge file costs n log n.
+constexpr std::size_t kExactOrderAccounts = 256;
+
+int CompareKinds(const TImportEntry& a, const TImportEntry& b) {
+    const int c = a.KindText.compare(b.KindText);
+    return (c > 0) - (c < 0);
+}
+
+std::string AmountText(double v) {
+    std::ostringstream s;
+    s.precision(17);
+    s << v;
+    return s.str();
+}
+
+std::int32_t WholeAmount(const kv::TFinItem& account, double amount, const std::string& path) {
+    if (std::isfinite(amount) && amount >= -2147483648.0 && amount <= 2147483647.0)
+        return static_cast<std::int32_t>(amount);
+    // The products would stop on such a value too; a silent clamp would put a
+    // wrong figure in the adviser's grid.
+    throw kv::EKvError("Account \"" + account.Name + "\" in \"" + path + "\" has the amount " + AmountText(amount) +
+                       ", which is not a whole number of dollars the import can add");
+}
+
+} // namespace
+
 std::vector<TImportEntry> TImportSession::Collect(const kv::TParticipant* party, const kv::TParticipant* holder) const {
     std::vector<TImportEntry> result;
     if (!model_ || !party) return result;
     kv::TItemRefs accounts;
     kv::FindByEntryIDOwned(*model_, &accounts, kv::kImportEntryIDs, 0, party->ID);
     const double factor = Factor(party, holder);
+    const bool exactOrder = accounts.size() <= kExactOrderAccounts;
 
     std::string kindText;   // an unexpected entry keeps the text of the account before it
     for (const kv::TFinItem* account : accounts) {
-        switch (account->EntryID()) {
-        case 948:
-        case 2232:
-        case 6105: kindText = "1"; break;
-        case 2333: kindText = "2"; break;
-        case 1239: kindText = account->SpecProps.GetInt("RRSPTYPE", 0) == 1 ? "4" : "3"; break;
-        case 1307: kindText = "3"; break;
-        case 5098: kindText = "4"; break;
-        case 1132:
-        case 1375: kindText = "5"; break;
-        default: break;
-        }
-        const bool banking = account->SpecProps.GetInt("IsBankingAccount", 0) != 0;
-        if (!banking && (account->Value > 0 || std::isnan(account->Value))) {
-            const double amount = RoundHalfEven(account->Value * factor);
-            const double clamped = std::isfinite(amount) ? std::clamp(amount, -2147483648.0, 2147483647.0) : 0;
-            result.push_back({kindText, static_cast<std::int32_t>(clamped)});
-        }
-        TextListSort(result, [](const TImportEntry& a, const TImportEntry& b) {
-            const int c = a.KindText.compare(b.KindText);
-            return (c > 0) - (c < 0);
-        });
+        if (const kv::TAccountKind kind = kv::AccountKindOf(*account); kind != kv::TAccountKind::None)
+            kindText = std::to_string(static_cast<int>(kind));
+        if (!kv::IsBankingAccount(*account) && !(account->Value <= 0))
+            result.push_back({kindText, WholeAmount(*account, RoundHalfEven(account->Value * factor),
+                                                    model_->ReadPath())});
+        if (exactOrder) TextListSort(result, CompareKinds);
     }
+    if (!exactOrder)
+        std::stable_sort(result.begin(), result.end(),
+                         [](const TImportEntry& a, const TImportEntry& b) { return a.KindText < b.KindText; });
     return result;
 }
 

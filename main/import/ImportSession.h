@@ -94,7 +94,8 @@ public:
     QString HolderFirstText() const;
 
     // The result list of a confirmation: kind texts and whole amounts, sorted by
-    // kind after every account. A null holder stands for the whole.
+    // kind. A null holder stands for the whole. An amount that is not a number
+    // or does not fit the list's integer throws, naming the account and file.
     std::vector<TImportEntry> Collect(const kv::TParticipant* party, const kv::TParticipant* holder) const;
     // The factor a holder's share gives (1 for the whole or a personal file).
     double Factor(const kv::TParticipant* party, const kv::TParticipant* holder) const;

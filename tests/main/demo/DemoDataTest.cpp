@@ -18,14 +18,13 @@
 #include "KvSettings.h"
 #include "catalogue/KvFnModels.h"
 #include "catalogue/KvFnProjHdr.h"
-#include "core/OriginalSort.h"
 #include "demo/DemoData.h"
+#include "import/ImportSession.h"
 #include "entries/KvFnEntries.h"
 #include "files/KvAnsi.h"
 #include "items/KvFnItemClasses.h"
 #include "items/KvFnPortfolio.h"
 #include "model/KvFnModelData.h"
-#include "model/KvFnOwnership.h"
 #include "model/KvFnParty.h"
 
 namespace {
@@ -120,63 +119,26 @@ protected:
         return o;
     }
 
-    // The dialog's party list: parties of role 1.
-    static std::vector<std::string> Parties(const kv::TModelData& m) {
+    // The import as the dialog and the command line run it.
+    static std::unique_ptr<tessary::TImportSession> Session(const std::string& product, const std::string& file,
+                                                            const std::string& solution) {
+        auto session = std::make_unique<tessary::TImportSession>(
+            tessary::TFolderOverrides{QString::fromStdString(root_.string()), {}, {}});
+        session->ChooseProduct(KindOf(product));
+        session->ChooseFile(session->FindFile(QString::fromStdString(file)));
+        session->ChooseSolution(session->FindSolution(QString::fromStdString(solution)));
+        if (!session->Model()) throw std::runtime_error("cannot open " + file + " / " + solution);
+        return session;
+    }
+    static std::vector<std::string> Names(const std::vector<kv::TParticipant*>& parties) {
         std::vector<std::string> names;
-        for (const auto& p : m.Participants())
-            if (p->Role == 1) names.push_back(p->FullName());
+        for (const kv::TParticipant* p : parties) names.push_back(p->FullName());
         return names;
     }
-    // The dialog's holder list for the corporate and trust products.
-    static std::vector<std::string> Holders(const kv::TModelData& m) {
-        std::vector<std::string> names;
-        if (m.Kind() != 1 && m.Kind() != 2) return names;
-        names.push_back(m.Kind() == 1 ? "All Shareholders" : "All Beneficiaries");
-        for (const auto& p : m.Participants())
-            if (dynamic_cast<const kv::TCorpParticipant*>(p.get())) names.push_back(p->FullName());
-        return names;
-    }
-
-    static const kv::TParticipant* Party(const kv::TModelData& m, const std::string& name) {
-        for (const auto& p : m.Participants())
-            if (p->Role == 1 && p->FullName() == name) return p.get();
+    static const kv::TParticipant* Find(const std::vector<kv::TParticipant*>& parties, const std::string& name) {
+        for (const kv::TParticipant* p : parties)
+            if (p->FullName() == name) return p;
         return nullptr;
-    }
-    static const kv::TParticipant* Holder(const kv::TModelData& m, const std::string& name) {
-        for (const auto& p : m.Participants())
-            if (dynamic_cast<const kv::TCorpParticipant*>(p.get()) && p->FullName() == name) return p.get();
-        return nullptr;
-    }
-
-    static double Factor(kv::TModelData& m, const kv::TParticipant& party, const kv::TParticipant* holder) {
-        if (!holder) return 1.0;
-        if (m.Kind() == 1) return kv::GetProcCommonSharesOwned(m, party.ID, holder->ID);
-        if (m.Kind() == 2) return kv::GetPartyTrustBenefCapitalPercent(m, holder->BenefKey, party.ID) / 100.0;
-        return 1.0;
-    }
-
-    // The import's collection: owned items of the nine entries, kind by
-    // entry, banking accounts and values of 0 or below left out, scaled and
-    // rounded half to even, the list sorted by kind after every account.
-    static std::vector<Entry> Import(kv::TModelData& m, const std::string& partyName, const std::string& holderName) {
-        const kv::TParticipant* party = Party(m, partyName);
-        if (!party) throw std::runtime_error("no party " + partyName);
-        const kv::TParticipant* holder = Holder(m, holderName);
-        const double factor = Factor(m, *party, holder);
-        kv::TItemRefs found;
-        kv::FindByEntryIDOwned(m, &found, kv::kImportEntryIDs, 0, party->ID);
-        std::vector<Entry> result;
-        std::string kind;
-        for (const kv::TFinItem* item : found) {
-            if (const kv::TAccountKind k = kv::AccountKindOf(*item); k != kv::TAccountKind::None)
-                kind = std::to_string(static_cast<int>(k));
-            const auto* portfolio = dynamic_cast<const kv::TPortfolio*>(item);
-            const bool banking = portfolio && portfolio->IsBankingAccount();
-            if (!banking && !(item->Value <= 0))
-                result.push_back({kind, static_cast<std::int32_t>(std::nearbyint(item->Value * factor))});
-            tessary::TextListSort(result, [](const Entry& a, const Entry& b) { return a.Kind.compare(b.Kind); });
-        }
-        return result;
     }
 
     kv::TProgramSettings saved_;
@@ -315,9 +277,11 @@ const PartyCase kPartyLists[] = {
 
 TEST_F(DemoData, TheDialogListsThePartiesAndHolders) {
     for (const PartyCase& c : kPartyLists) {
-        const Opened o = Open(c.Product, c.File, c.Solution);
-        EXPECT_EQ(Parties(*o.Model), c.Parties) << c.File << " / " << c.Solution;
-        EXPECT_EQ(Holders(*o.Model), c.Holders) << c.File << " / " << c.Solution;
+        const auto session = Session(c.Product, c.File, c.Solution);
+        EXPECT_EQ(Names(session->Parties()), c.Parties) << c.File << " / " << c.Solution;
+        std::vector<std::string> holders = Names(session->Holders());
+        if (session->HolderListShown()) holders.insert(holders.begin(), session->HolderFirstText().toStdString());
+        EXPECT_EQ(holders, c.Holders) << c.File << " / " << c.Solution;
     }
 }
 
@@ -364,10 +328,10 @@ const FactorCase kFactors[] = {
 
 TEST_F(DemoData, ShareAndCapitalFactors) {
     for (const FactorCase& c : kFactors) {
-        const Opened o = Open(c.Product, c.File, "Current plan");
-        const kv::TParticipant* party = Party(*o.Model, c.Party);
+        const auto session = Session(c.Product, c.File, "Current plan");
+        const kv::TParticipant* party = Find(session->Parties(), c.Party);
         ASSERT_NE(party, nullptr) << c.Party;
-        EXPECT_DOUBLE_EQ(Factor(*o.Model, *party, Holder(*o.Model, c.Holder)), c.Factor) << c.Holder;
+        EXPECT_DOUBLE_EQ(session->Factor(party, Find(session->Holders(), c.Holder)), c.Factor) << c.Holder;
     }
 }
 
@@ -411,51 +375,14 @@ const ImportCase kImports[] = {
 
 TEST_F(DemoData, ImportResultsMatchTheExpectedTables) {
     for (const ImportCase& c : kImports) {
-        Opened o = Open(c.Product, c.File, c.Solution);
-        EXPECT_EQ(Import(*o.Model, c.Party, c.Holder), c.Want)
-            << c.File << " / " << c.Solution << " / " << c.Party << " / " << c.Holder;
+        const auto session = Session(c.Product, c.File, c.Solution);
+        const kv::TParticipant* party = Find(session->Parties(), c.Party);
+        ASSERT_NE(party, nullptr) << c.Party;
+        std::vector<Entry> got;
+        for (const tessary::TImportEntry& e : session->Collect(party, Find(session->Holders(), c.Holder)))
+            got.push_back({e.KindText, e.Amount});
+        EXPECT_EQ(got, c.Want) << c.File << " / " << c.Solution << " / " << c.Party << " / " << c.Holder;
     }
-}
-
-// ---------------------------------------------------------------- docs
-
-const char* const kKindLabels[] = {"", "Non-Reg.", "TFSAs", "RRSPs/RRIFs", "LIRAs/LIFs", "DCPs/LRIFs"};
-
-std::string Grouped(std::int64_t n) {
-    std::string digits = std::to_string(n);
-    for (int i = static_cast<int>(digits.size()) - 3; i > 0; i -= 3) digits.insert(static_cast<std::size_t>(i), ",");
-    return digits;
-}
-
-constexpr const char* kTableBegin = "<!-- import-results:begin -->\n";
-constexpr const char* kTableEnd = "<!-- import-results:end -->\n";
-
-TEST_F(DemoData, DocumentedTableIsWhatTheLibraryGives) {
-    std::ostringstream table;
-    table << "| Product | Client file | Solution | Party | Holder | Result list (kind: amount) | By account kind |\n"
-          << "|---|---|---|---|---|---|---|\n";
-    for (const ImportCase& c : kImports) {
-        Opened o = Open(c.Product, c.File, c.Solution);
-        const std::vector<Entry> got = Import(*o.Model, c.Party, c.Holder);
-        std::map<int, std::int64_t> sums;
-        std::string list;
-        for (const Entry& e : got) {
-            list += (list.empty() ? "" : ", ") + e.Kind + ": " + std::to_string(e.Amount);
-            sums[std::stoi(e.Kind)] += e.Amount;
-        }
-        std::string byKind;
-        for (const auto& [k, sum] : sums)
-            byKind += (byKind.empty() ? "" : "; ") + std::string(kKindLabels[k]) + " " + Grouped(sum);
-        table << "| " << c.Product << " | " << c.File << " | " << c.Solution << " | " << c.Party << " | "
-              << (*c.Holder ? c.Holder : "—") << " | " << list << " | " << byKind << " |\n";
-    }
-    const std::string doc = ReadAll(TESSARY_DEMO_DOC);
-    const std::size_t begin = doc.find(kTableBegin);
-    const std::size_t end = doc.find(kTableEnd);
-    ASSERT_NE(begin, std::string::npos) << TESSARY_DEMO_DOC;
-    ASSERT_NE(end, std::string::npos) << TESSARY_DEMO_DOC;
-    const std::size_t from = begin + std::string(kTableBegin).size();
-    EXPECT_EQ(doc.substr(from, end - from), table.str()) << "Table for " << TESSARY_DEMO_DOC << ":\n" << table.str();
 }
 
 // ---------------------------------------------------------------- protection
@@ -483,7 +410,7 @@ TEST_F(DemoData, TheProtectedFileNeedsTheDemoKey) {
     EXPECT_EQ(hdr.KeySeed, "gagnon-7f3a");
     EXPECT_EQ(hdr.Text1, "Catherine Lavoie, CFP");
     const Opened o = Open("Meridel", "Gagnon", "Current plan");
-    EXPECT_EQ(Parties(*o.Model), (std::vector<std::string>{"Julie Gagnon", "Marc Gagnon"}));
+    EXPECT_EQ(o.Model->PrincParty()->FullName(), "Julie Gagnon");
     // Nothing of the scans above renamed anything.
     EXPECT_EQ(Listing(Data("Meridel")), kFolders[0].Folders);
 }
