@@ -12,7 +12,7 @@ jobs=$(nproc)
 if [ ! -f "$build/CMakeCache.txt" ]; then
   cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DTESSARY_BENCH=ON >/dev/null
 fi
-targets=(bench_files bench_catalogue bench_entries bench_model bench_allocation bench_window)
+targets=(bench_files bench_catalogue bench_entries bench_model bench_allocation bench_window bench_growth)
 cmake --build "$build" -j "$jobs" --target "${targets[@]}"
 # The import benchmark only where it is part of the tree.
 if cmake --build "$build" -j "$jobs" --target bench_import >/dev/null 2>&1; then targets+=(bench_import); fi
@@ -75,6 +75,15 @@ slower("Window start-up to first paint (offscreen)", "BM_WindowFirstPaint/real_t
        "BM_BareWidgetFirstPaint/real_time", "bare widget")
 slower("Calculation, 1,000 account rows", "BM_Calculate1000Rows", "BM_ReadAmounts", "reading the amounts")
 
+growth = []   # figure, sizes, small, big, ratio
+def grows(figure, small, big, sizes):
+    if not have(small, big): return
+    growth.append((figure, sizes, fmt(t(small)), fmt(t(big)), f"{t(big) / t(small):.1f}x"))
+grows("Import: collect the accounts of one party", "BM_ImportAccounts/5000", "BM_ImportAccounts/50000",
+      "5,000 / 50,000 accounts")
+grows("Corporate import: a shareholder's common shares", "BM_CorporateHoldings/10000",
+      "BM_CorporateHoldings/100000", "10,000 / 100,000 holdings")
+
 mem = ""
 if "BM_LoadSolution" in runs and "model_MB" in runs["BM_LoadSolution"]:
     b = runs["BM_LoadSolution"]
@@ -106,6 +115,11 @@ with open(out, "w") as f:
                 "and of the solution load compare with a copy of bytes already in the page cache; the readers "
                 "build strings and objects from every field. Where their time goes: docs/hardening.md.\n")
     f.write(mem)
+    if growth:
+        f.write("\n## Growth\n\nThe same work at n and 10 n: near 10x for work linear or n log n in its input, "
+                "near 100x for quadratic work. Beyond the cache sizes, memory traffic adds to the ratio.\n\n")
+        f.write("| work | sizes | at n | at 10 n | ratio |\n|---|---|---|---|---|\n")
+        for g in growth: f.write("| " + " | ".join(g) + " |\n")
     f.write(f"\nMachine: {model}, {context.get('num_cpus')} CPUs at {cpu} MHz, {platform.system()} "
             f"{platform.release()}; {compiler}; build folder `{build}` ({build_type}). "
             f"Run on {context.get('date', '?')[:10]}.\n")
