@@ -34,6 +34,14 @@ constexpr std::uint64_t MinFrenchBytes = 4 + 1;
 
 constexpr std::uint8_t NoType = 255;
 
+// What one element of a hash index takes: its node and its share of buckets.
+constexpr std::uint64_t HashEntryBytes = 48;
+// Per account: its object, its slot, its entry in the code index and, for a
+// top-level one, its name in the group list.
+constexpr std::uint64_t AccBytes = sizeof(std::unique_ptr<TAcc>) + sizeof(TAcc) + HashEntryBytes + sizeof(std::string);
+// Per entry: its object, its slot and its entries in the two indexes.
+constexpr std::uint64_t EntryBytes = sizeof(std::unique_ptr<TEntry>) + sizeof(TEntry) + 2 * HashEntryBytes;
+
 [[noreturn]] void ThrowStructure(const std::string& path) { throw EFileStructure(path); }
 
 // A negative count is damage, not an empty list: the records that follow would
@@ -212,6 +220,7 @@ void TEntries::Corrupt() const { ThrowStructure(FFileName); }
 void TEntries::ReadEntries(TBufReadFile& r) {
     // 1. accounts
     std::size_t n = ReadCount(r, MinAccBytes, FFileName);
+    r.ChargeEach(n, AccBytes);
     lAccGroups.reserve(n);
     for (std::size_t i = 0; i < n; ++i) {
         auto acc = std::make_unique<TAcc>();
@@ -222,6 +231,7 @@ void TEntries::ReadEntries(TBufReadFile& r) {
 
     // 2. entry types
     n = ReadCount(r, MinTypeBytes, FFileName);
+    r.ChargeEach(n, sizeof(std::unique_ptr<TEntryType>) + sizeof(TEntryType));
     lEntryTypes.reserve(n);
     for (std::size_t i = 0; i < n; ++i) {
         auto t = std::make_unique<TEntryType>();
@@ -235,6 +245,7 @@ void TEntries::ReadEntries(TBufReadFile& r) {
     // 3. entries
     const std::uint64_t minEntry = MinEntryBytes + (EntriesHaveExtraInts(FProduct) ? ExtraIntsBytes : 0);
     n = ReadCount(r, minEntry, FFileName);
+    r.ChargeEach(n, EntryBytes);
     lEntriesByID.reserve(n);
     FByID.reserve(n);
     FByClassNo.reserve(n);
@@ -253,6 +264,7 @@ void TEntries::ReadEntries(TBufReadFile& r) {
 
     // 6. entry values
     n = ReadCount(r, MinValBytes, FFileName);
+    r.ChargeEach(n, sizeof(TEntryVal));
     lEntryVals.reserve(n);
     for (std::size_t i = 0; i < n; ++i) {
         TEntryVal v;
@@ -265,6 +277,7 @@ void TEntries::ReadEntries(TBufReadFile& r) {
 
     // 7. English tax labels
     n = ReadCount(r, MinShortStrBytes, FFileName);
+    r.ChargeEach(n, sizeof(std::string));
     ssEnTaxLabels.reserve(n);
     for (std::size_t i = 0; i < n; ++i) ssEnTaxLabels.push_back(r.ReadShortStr());
 
@@ -304,6 +317,7 @@ void TEntries::ReadEntry(TBufReadFile& r, TEntry& e) {
     if (EntriesHaveExtraInts(FProduct))
         for (std::int32_t& v : e.ExtraInts) r.ReadInt(v);
     const std::size_t m = ReadCount(r, MinShortStrBytes, FFileName);
+    r.ChargeEach(m, sizeof(std::string));
     e.SpecProps.reserve(m);
     for (std::size_t i = 0; i < m; ++i) e.SpecProps.push_back(r.ReadShortStr());
     e.DecodeGroups();
@@ -341,6 +355,7 @@ void TEntries::LoadFrench() {
     }
     if (r.Eof()) return;
     const std::size_t m = ReadCount(r, MinShortStrBytes, FFrenchFileName);
+    r.ChargeEach(m, sizeof(std::string));
     ssFrTaxLabels.reserve(m);
     for (std::size_t i = 0; i < m; ++i) ssFrTaxLabels.push_back(r.ReadShortStr());
 }

@@ -33,6 +33,11 @@ constexpr std::uint64_t kMinItemBytes = 38;
 constexpr std::uint64_t kMinToDoBytes = 4 + 4 + 1 + 1 + 4 + 8 + 1;
 constexpr std::uint64_t kMinResidenceBytes = 4 + 1 + 8;
 
+// A list filled one record at a time holds its old and its new storage while
+// it grows: three times its size at worst.
+template <class T>
+constexpr std::uint64_t kGrownBytes = 3 * sizeof(T);
+
 struct TDirEntry {
     std::int32_t ID;
     std::int64_t Offset;
@@ -189,6 +194,7 @@ void TModelData::ReadSections(TBufReadFile& r, bool sectioned, std::uint8_t) {
         r.SetPosition(kHeaderSize);
         if (entries < 0) throw EFileStructure(path_);
         RequireLeft(r, std::uint64_t(entries) * kDirEntrySize);
+        r.ChargeEach(std::uint64_t(entries), sizeof(TDirEntry));
         dir.reserve(static_cast<std::size_t>(entries));
         for (std::int32_t i = 0; i < entries; ++i) {
             TDirEntry e{};
@@ -255,6 +261,7 @@ void TModelData::ReadSections(TBufReadFile& r, bool sectioned, std::uint8_t) {
 
     enter(5);
     for (std::int32_t i = 0, n = count(kMinToDoBytes); i < n; ++i) {
+        r.Charge(kGrownBytes<TToDoData>);
         TToDoData t;
         t.ID = r.ReadInt();
         t.Kind = r.ReadInt();
@@ -267,7 +274,10 @@ void TModelData::ReadSections(TBufReadFile& r, bool sectioned, std::uint8_t) {
     }
 
     enter(6);
-    for (std::int32_t i = 0, n = count(4); i < n; ++i) Texts.push_back(ReadText(r, ctx));
+    for (std::int32_t i = 0, n = count(4); i < n; ++i) {
+        r.Charge(kGrownBytes<std::string>);
+        Texts.push_back(ReadText(r, ctx));
+    }
     TakeSettings();
 
     enter(7);
@@ -277,6 +287,7 @@ void TModelData::ReadSections(TBufReadFile& r, bool sectioned, std::uint8_t) {
     const std::uint32_t typed = r.ReadNumX();
     RequireLeft(r, std::uint64_t(typed) * 5);
     for (std::uint32_t i = 0; i < typed; ++i) {
+        r.Charge(kGrownBytes<TTypedRecord>);
         TTypedRecord t;
         t.ClassCode = r.ReadByte();
         t.Data = r.ReadStr();
@@ -298,6 +309,7 @@ void TModelData::ReadSections(TBufReadFile& r, bool sectioned, std::uint8_t) {
 
     enter(9);
     for (std::int32_t i = 0, n = count(kMinResidenceBytes); i < n; ++i) {
+        r.Charge(kGrownBytes<TResidenceRecord>);
         TResidenceRecord res;
         res.ID = r.ReadInt();
         res.Name = r.ReadShortStr();
