@@ -24,6 +24,13 @@ public:
     using EKvError::EKvError;
 };
 
+// A file that would need more memory than a small multiple of its size: no
+// genuine file does, so it is refused as damaged before the memory is taken.
+class EMemoryBudget : public EKvError {
+public:
+    using EKvError::EKvError;
+};
+
 // Wrong key or damaged enciphered text.
 class EInvalidData : public EKvError {
 public:

@@ -159,6 +159,7 @@ void TModels::ReadData(TBufReadFile& reader, std::uint8_t kind) {
                          " bytes left");
     std::string key;
     if (Enciphered) key = RunTimeKey(ClientName, KeySeed);
+    reader.ChargeEach(std::uint64_t(count), sizeof(std::unique_ptr<TModel>) + sizeof(TModel));
     items_.reserve(std::size_t(count));
     Record r;
     for (std::int32_t i = 0; i < count; ++i) {

@@ -58,6 +58,17 @@ TProjHdr::TProjHdr(std::uint8_t kind, std::string fileName, std::string folder, 
 
 std::string TProjHdr::Key() const { return RunTimeKey(Name, KeySeed); }
 
+namespace {
+
+// No header record comes near this; a longer one is damage, and the listing
+// then never reads more than this of a file however large it is.
+constexpr std::int32_t kMaxHeaderRecord = 1 << 20;
+constexpr std::uint64_t kMaxHeaderBytes = 1 + 255 + 4 + std::uint64_t(kMaxHeaderRecord);
+// Enough for the two records of every genuine header at the first read.
+constexpr std::uint64_t kHeaderProbe = 64 * 1024;
+
+} // namespace
+
 void TProjHdr::ReadHeaderRecords(TBufReadFile& reader) {
     const std::string record1 = reader.ReadShortStr();
     const std::vector<std::string_view> t1 = SplitTokens(record1);
@@ -65,6 +76,10 @@ void TProjHdr::ReadHeaderRecords(TBufReadFile& reader) {
     ID = IdentUtf8ToInt(TokenAt(t1, 1));
     if (ID == 0) ID = SubstituteID(HeaderPath);
 
+    const std::int32_t at = reader.Position();
+    if (reader.ReadInt() > kMaxHeaderRecord)
+        throw EFileStructure(HeaderPath);
+    reader.SetPosition(at);
     const std::string record2 = reader.ReadStr();
     const std::vector<std::string_view> t = SplitTokens(record2);
     Date = 0;
@@ -102,6 +117,7 @@ void TProjHdr::ReadTrailing(TBufReadFile& reader) {
     TrailingSections = 0;
     if (reader.Eof()) return;
     const std::uint8_t pairs = reader.ReadByte();
+    reader.ChargeEach(pairs, sizeof(Pairs[0]));
     for (int i = 0; i < pairs; ++i) {
         std::string a = reader.ReadShortStr();
         Pairs.emplace_back(std::move(a), reader.ReadShortStr());
@@ -115,6 +131,7 @@ void TProjHdr::ReadTrailing(TBufReadFile& reader) {
             throw EReadError("Unexpected end of file " + reader.FileName() + " at offset " +
                              std::to_string(reader.Position()) + ": " + std::to_string(texts) +
                              " texts announced, " + std::to_string(left) + " bytes left");
+        reader.ChargeEach(std::uint64_t(texts), sizeof(std::string));
         Texts.reserve(std::size_t(texts));
         for (std::int32_t i = 0; i < texts; ++i) Texts.push_back(reader.ReadStr());
     }
@@ -127,7 +144,23 @@ void TProjHdr::ReadTrailing(TBufReadFile& reader) {
     ++TrailingSections;
 }
 
-void TProjHdr::LoadHeader() { (void)Load(false); }
+void TProjHdr::LoadHeader() {
+    // Only the first records are read: listing a data directory must not cost
+    // the size of every client file, which may be anything.
+    TBufReadFile probe = TBufReadFile::Prefix(HeaderPath, kHeaderProbe);
+    if (probe.FileSize() > probe.Size() && probe.Size() >= 1) {
+        // The probe may have cut the second record; its length says how much to read.
+        const std::uint64_t at = 1 + std::uint64_t(probe.ReadByte());
+        if (at + 4 <= std::uint64_t(probe.Size())) {
+            probe.SetPosition(std::int32_t(at));
+            const std::int64_t length = probe.ReadInt();
+            const std::uint64_t need = at + 4 + std::uint64_t(std::clamp<std::int64_t>(length, 0, kMaxHeaderRecord));
+            if (need > std::uint64_t(probe.Size())) probe = TBufReadFile::Prefix(HeaderPath, std::min(need, kMaxHeaderBytes));
+        }
+        probe.SetPosition(0);
+    }
+    ReadHeaderRecords(probe);
+}
 
 TModelLists TProjHdr::Load(bool loadModels) {
     try {
@@ -140,10 +173,13 @@ TModelLists TProjHdr::Load(bool loadModels) {
 }
 
 TModelLists TProjHdr::LoadFrom(bool loadModels) {
+    if (!loadModels) {
+        LoadHeader();
+        return {};
+    }
     TBufReadFile reader(HeaderPath, true);
     ReadHeaderRecords(reader);
     TModelLists lists;
-    if (!loadModels) return lists;
     for (auto [list, name] : {std::pair{&lists.Main, "Main"}, std::pair{&lists.Needs, "Needs"}}) {
         *list = std::make_unique<TModels>(BaseDir, name, Folder);
         TModels& m = **list;

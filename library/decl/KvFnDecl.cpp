@@ -48,6 +48,14 @@ void ForEachPair(std::string_view Text, char ListSep, char PairSep, F OnPair)
     }
 }
 
+// At most the number of pieces that hold the pair separator.
+size_t PairCount(std::string_view Text, char ListSep, char PairSep)
+{
+    size_t N = 0;
+    ForEachPair(Text, ListSep, PairSep, [&](std::string_view, std::string_view) { ++N; });
+    return N;
+}
+
 } // namespace
 
 // ---- TIntrList ----
@@ -470,7 +478,10 @@ std::string TIndDblList::GetAsString() const
 
 void TIndDblList::SetAsString(std::string_view Text)
 {
+    // Sized once: grown by doubling, the pairs of a text of empty pairs would
+    // take many times the text's own size.
     std::vector<std::pair<int32_t, double>> Pairs;
+    Pairs.reserve(PairCount(Text, ',', ':'));
     ForEachPair(Text, ',', ':', [&](std::string_view IndText, std::string_view ValText) {
         int32_t Ind;
         if (TryModelTextToInt(IndText, Ind))
@@ -510,6 +521,7 @@ std::string TIndStrList::GetAsString() const
 void TIndStrList::SetAsString(std::string_view Text)
 {
     std::vector<std::pair<int32_t, std::string>> Pairs;
+    Pairs.reserve(PairCount(Text, '|', '^'));
     ForEachPair(Text, '|', '^', [&](std::string_view IndText, std::string_view ValText) {
         int32_t Ind;
         if (TryModelTextToInt(IndText, Ind))

@@ -35,6 +35,14 @@ constexpr std::uint64_t MinFrenchBytes = 4 + 1;
 
 constexpr std::uint8_t NoType = 255;
 
+// What one element of a hash index takes: its node and its share of buckets.
+constexpr std::uint64_t HashEntryBytes = 48;
+// Per account: its object, its slot, its entry in the code index and, for a
+// top-level one, its name in the group list.
+constexpr std::uint64_t AccBytes = sizeof(std::unique_ptr<TAcc>) + sizeof(TAcc) + HashEntryBytes + sizeof(std::string);
+// Per entry: its object, its slot and its entries in the two indexes.
+constexpr std::uint64_t EntryBytes = sizeof(std::unique_ptr<TEntry>) + sizeof(TEntry) + 2 * HashEntryBytes;
+
 [[noreturn]] void ThrowStructure(const std::string& path) { throw EFileStructure(path); }
 
 // A count below 1 is an empty section, as a counted loop that never runs.
@@ -219,6 +227,7 @@ void TEntries::Corrupt() const { ThrowStructure(FFileName); }
 void TEntries::ReadEntries(TBufReadFile& r) {
     // 1. accounts
     std::size_t n = ReadCount(r, MinAccBytes, FFileName);
+    r.ChargeEach(n, AccBytes);
     lAccGroups.reserve(n);
     for (std::size_t i = 0; i < n; ++i) {
         auto acc = std::make_unique<TAcc>();
@@ -229,6 +238,7 @@ void TEntries::ReadEntries(TBufReadFile& r) {
 
     // 2. entry types
     n = ReadCount(r, MinTypeBytes, FFileName);
+    r.ChargeEach(n, sizeof(std::unique_ptr<TEntryType>) + sizeof(TEntryType));
     lEntryTypes.reserve(n);
     for (std::size_t i = 0; i < n; ++i) {
         auto t = std::make_unique<TEntryType>();
@@ -242,6 +252,7 @@ void TEntries::ReadEntries(TBufReadFile& r) {
     // 3. entries
     const std::uint64_t minEntry = MinEntryBytes + (EntriesHaveExtraInts(FProduct) ? ExtraIntsBytes : 0);
     n = ReadCount(r, minEntry, FFileName);
+    r.ChargeEach(n, EntryBytes);
     lEntriesByID.reserve(n);
     FByID.reserve(n);
     FByClassNo.reserve(n);
@@ -260,6 +271,7 @@ void TEntries::ReadEntries(TBufReadFile& r) {
 
     // 6. entry values
     n = ReadCount(r, MinValBytes, FFileName);
+    r.ChargeEach(n, sizeof(TEntryVal));
     lEntryVals.reserve(n);
     for (std::size_t i = 0; i < n; ++i) {
         TEntryVal v;
@@ -272,6 +284,7 @@ void TEntries::ReadEntries(TBufReadFile& r) {
 
     // 7. English tax labels
     n = ReadCount(r, MinShortStrBytes, FFileName);
+    r.ChargeEach(n, sizeof(std::string));
     ssEnTaxLabels.reserve(n);
     for (std::size_t i = 0; i < n; ++i) ssEnTaxLabels.push_back(r.ReadShortStr());
 
@@ -311,6 +324,7 @@ void TEntries::ReadEntry(TBufReadFile& r, TEntry& e) {
     if (EntriesHaveExtraInts(FProduct))
         for (std::int32_t& v : e.ExtraInts) r.ReadInt(v);
     const std::size_t m = ReadCount(r, MinShortStrBytes, FFileName);
+    r.ChargeEach(m, sizeof(std::string));
     e.SpecProps.reserve(m);
     for (std::size_t i = 0; i < m; ++i) e.SpecProps.push_back(r.ReadShortStr());
     e.DecodeGroups();
@@ -318,6 +332,7 @@ void TEntries::ReadEntry(TBufReadFile& r, TEntry& e) {
 
 void TEntries::ReadTreeSection(TBufReadFile& r) {
     const std::size_t n = ReadCount(r, MinNodeBytes, FFileName);
+    r.ChargeEach(n, 3 * sizeof(TEntry*));   // a list slot, while the list grows
     lEntries.reserve(lEntries.size() + n);
     for (std::size_t i = 0; i < n; ++i) lEntries.push_back(ReadTreeNode(r, 0));
 }
@@ -328,6 +343,7 @@ TEntry* TEntries::ReadTreeNode(TBufReadFile& r, int depth) {
     const std::uint8_t children = r.ReadByte();
     if (pos < 0 || std::size_t(pos) >= lEntriesByID.size()) Corrupt();
     TEntry* e = lEntriesByID[std::size_t(pos)].get();
+    r.ChargeEach(children, 3 * sizeof(TEntry*));
     for (std::uint8_t i = 0; i < children; ++i) {
         TEntry* child = ReadTreeNode(r, depth + 1);
         if (!e->CanAddChild(child)) Corrupt();
@@ -348,6 +364,7 @@ void TEntries::LoadFrench() {
     }
     if (r.Eof()) return;
     const std::size_t m = ReadCount(r, MinShortStrBytes, FFrenchFileName);
+    r.ChargeEach(m, sizeof(std::string));
     ssFrTaxLabels.reserve(m);
     for (std::size_t i = 0; i < m; ++i) ssFrTaxLabels.push_back(r.ReadShortStr());
 }

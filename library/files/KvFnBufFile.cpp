@@ -1,5 +1,6 @@
 #include "files/KvFnBufFile.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <cstdio>
@@ -78,15 +79,24 @@ void TBufReadFile::TFreeBytes::operator()(std::uint8_t* p) const noexcept {
         ::operator delete[](p);
 }
 
-TBufReadFile::TBufReadFile(const std::string& fileName, bool /*readOnly*/) : fileName_(fileName) {
+TBufReadFile::TBufReadFile(const std::string& fileName, bool /*readOnly*/)
+    : TBufReadFile(fileName, std::numeric_limits<std::uint64_t>::max()) {}
+
+TBufReadFile TBufReadFile::Prefix(const std::string& fileName, std::uint64_t maxBytes) {
+    return TBufReadFile(fileName, maxBytes);
+}
+
+TBufReadFile::TBufReadFile(const std::string& fileName, std::uint64_t maxBytes) : fileName_(fileName) {
     TFdGuard guard{::open(fileName.c_str(), O_RDONLY | O_CLOEXEC)};
     if (guard.fd < 0) ThrowFile("Cannot open file", fileName, errno);
     struct stat st;
     if (::fstat(guard.fd, &st) != 0) ThrowFile("Cannot get the size of file", fileName, errno);
-    if (st.st_size >= (std::int64_t(1) << 31))
+    fileSize_ = st.st_size;
+    const std::uint64_t wanted = std::min<std::uint64_t>(std::uint64_t(std::max<std::int64_t>(st.st_size, 0)), maxBytes);
+    if (wanted >= (std::uint64_t(1) << 31))
         throw EInOutError("File \"" + fileName + "\" is too large (2 GiB or more)");
 
-    const std::size_t size = static_cast<std::size_t>(st.st_size);
+    const std::size_t size = static_cast<std::size_t>(wanted);
     fileData_ = AllocateFileBuffer(size);
     std::size_t done = 0;
     while (done < size) {
@@ -103,6 +113,7 @@ TBufReadFile::TBufReadFile(const std::string& fileName, bool /*readOnly*/) : fil
     if (::close(fd) != 0 && errno != EINTR) ThrowFile("Cannot close file", fileName, errno);
     data_ = fileData_.get();
     size_ = static_cast<std::int32_t>(size);
+    StartBudget();
 }
 
 TBufReadFile TBufReadFile::FromBytes(std::vector<std::uint8_t> bytes, std::string name) {
@@ -113,7 +124,19 @@ TBufReadFile TBufReadFile::FromBytes(std::vector<std::uint8_t> bytes, std::strin
     r.memData_ = std::move(bytes);
     r.data_ = r.memData_.data();
     r.size_ = static_cast<std::int32_t>(r.memData_.size());
+    r.fileSize_ = r.size_;
+    r.StartBudget();
     return r;
+}
+
+void TBufReadFile::StartBudget() noexcept {
+    // The copy of the file is the first thing charged.
+    budget_ = MemoryFactor * std::uint64_t(size_) + MemorySlack - std::uint64_t(size_);
+}
+
+void TBufReadFile::ThrowBudget() const {
+    throw EMemoryBudget("File \"" + fileName_ + "\" is damaged: its counts call for more memory than " +
+                        std::to_string(MemoryFactor) + " times its size");
 }
 
 TBufReadFile::TBufReadFile(TBufReadFile&& other) noexcept { *this = std::move(other); }
@@ -126,9 +149,13 @@ TBufReadFile& TBufReadFile::operator=(TBufReadFile&& other) noexcept {
         data_ = other.data_;
         pos_ = other.pos_;
         size_ = other.size_;
+        fileSize_ = other.fileSize_;
+        budget_ = other.budget_;
         other.data_ = nullptr;
         other.pos_ = 0;
         other.size_ = 0;
+        other.fileSize_ = 0;
+        other.budget_ = 0;
     }
     return *this;
 }
@@ -171,11 +198,17 @@ std::uint32_t TBufReadFile::ReadNumX() {
     // Most texts are plain ASCII without a zero byte: one pass settles it.
     if (AsciiPrefixLength(p, std::size_t(n), true) == std::size_t(n)) {
         s.assign(p, std::size_t(n));
-        return;
+    } else {
+        const void* zero = std::memchr(p, 0, std::size_t(n));
+        const std::size_t len = zero ? std::size_t(static_cast<const char*>(zero) - p) : std::size_t(n);
+        AnsiToUtf8(p, len, s);
     }
-    const void* zero = std::memchr(p, 0, std::size_t(n));
-    const std::size_t len = zero ? std::size_t(static_cast<const char*>(zero) - p) : std::size_t(n);
-    AnsiToUtf8(p, len, s);
+    ChargeText(s);
+}
+
+void TBufReadFile::ChargeText(const std::string& s) {
+    // Short texts live inside the string object, which its owner has charged.
+    if (s.capacity() > kInlineText) Charge(s.capacity() + 1);
 }
 
 void TBufReadFile::ReadStr(std::string& s) { ReadText(ReadInt(), s); }
@@ -188,6 +221,7 @@ void TBufReadFile::ReadStringsX(std::vector<std::string>& a) {
     const std::uint32_t n = ReadNumX();
     // Every item takes at least its one-byte count.
     if (std::int64_t(n) > std::int64_t(size_) - pos_) ThrowEnd();
+    ChargeEach(n, sizeof(std::string));
     std::vector<std::string> items(n);
     for (auto& item : items) ReadStrX(item);
     a = std::move(items);
@@ -197,6 +231,7 @@ void TBufReadFile::ReadPChar(std::unique_ptr<char[]>& p) {
     const std::int32_t n = ReadInt();
     if (n <= 0) return;
     const char* src = Take(std::uint64_t(n));
+    Charge(std::uint64_t(n) + 1);
     auto copy = std::make_unique_for_overwrite<char[]>(std::size_t(n) + 1);
     std::memcpy(copy.get(), src, std::size_t(n));
     copy[std::size_t(n)] = '\0';
@@ -218,6 +253,7 @@ void TBufReadFile::ReadEncryptStr(std::string& s, const std::string& key, bool s
         const std::size_t bar = plain.find('|');
         if (bar != std::string::npos) plain.resize(bar);
     }
+    ChargeText(plain);
     s = std::move(plain);
 }
 

@@ -43,6 +43,9 @@ public:
     explicit TBufReadFile(const std::string& fileName, bool readOnly = true);
     // A reader over bytes already in memory; name is used in error messages.
     static TBufReadFile FromBytes(std::vector<std::uint8_t> bytes, std::string name);
+    // A reader over at most the first maxBytes of a file, however large the
+    // file is; for readers that need only its first records.
+    static TBufReadFile Prefix(const std::string& fileName, std::uint64_t maxBytes);
 
     TBufReadFile(TBufReadFile&& other) noexcept;
     TBufReadFile& operator=(TBufReadFile&& other) noexcept;
@@ -56,7 +59,29 @@ public:
     // Moves anywhere without a check; a later read outside the data throws.
     void SetPosition(std::int32_t pos) noexcept { pos_ = pos; }
     std::int32_t Size() const noexcept { return size_; }
+    // The size of the file on disk; more than Size for a prefix.
+    std::int64_t FileSize() const noexcept { return fileSize_; }
     const std::string& FileName() const noexcept { return fileName_; }
+
+    // What is built from a file may take at most MemoryFactor times its size
+    // plus MemorySlack, its own copy included: a count read from a small file
+    // must not make a large model. Readers charge each element at the size it
+    // takes in memory before making it; the reader charges the texts it hands
+    // out. Beyond the budget EMemoryBudget names the file.
+    static constexpr std::uint64_t MemoryFactor = 16;
+    static constexpr std::uint64_t MemorySlack = std::uint64_t(2) << 20;
+    void Charge(std::uint64_t bytes) {
+        if (bytes > budget_) [[unlikely]]
+            ThrowBudget();
+        budget_ -= bytes;
+    }
+    // count elements of each bytes, without overflow.
+    void ChargeEach(std::uint64_t count, std::uint64_t each) {
+        if (each != 0 && count > budget_ / each) [[unlikely]]
+            ThrowBudget();
+        budget_ -= count * each;
+    }
+    std::uint64_t MemoryLeft() const noexcept { return budget_; }
 
     // A count of 0 or less reads nothing.
     void ReadData(void* dest, std::int32_t count);
@@ -111,6 +136,9 @@ public:
     };
 private:
     TBufReadFile() = default;
+    TBufReadFile(const std::string& fileName, std::uint64_t maxBytes);
+    void StartBudget() noexcept;
+    [[noreturn]] void ThrowBudget() const;
 
     template <class T>
     T Fixed() {
@@ -128,6 +156,8 @@ private:
     const char* Take(std::uint64_t n);
     // n bytes of text, cut at the first zero byte among them; n <= 0 gives "".
     void ReadText(std::int64_t n, std::string& s);
+    static constexpr std::size_t kInlineText = 15;   // libstdc++'s short-string capacity
+    void ChargeText(const std::string& s);
     [[noreturn]] void ThrowEnd() const;
 
     std::string fileName_;
@@ -136,6 +166,8 @@ private:
     const std::uint8_t* data_ = nullptr;
     std::int32_t pos_ = 0;
     std::int32_t size_ = 0;
+    std::int64_t fileSize_ = 0;
+    std::uint64_t budget_ = 0;
 };
 
 // Collects values in a buffer inside the object and writes it to the file in

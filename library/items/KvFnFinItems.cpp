@@ -13,7 +13,7 @@
 
 namespace kv {
 
-constinit const TFinItemClass TFinItem::Class{"TFinItem", nullptr, &CreateItemOf<TFinItem>};
+constinit const TFinItemClass TFinItem::Class{"TFinItem", nullptr, &CreateItemOf<TFinItem>, sizeof(TFinItem)};
 
 namespace {
 
@@ -27,6 +27,26 @@ std::string_view NameOf(std::string_view line) {
 constexpr std::uint64_t kMinOwnerBytes = 5;
 constexpr std::uint64_t kMinPayBytes = 8 + 4 + 4 + 8 + 2 + 4 + 4;
 constexpr std::uint64_t kMinPayerBytes = 4 + 8;
+
+// Memory charged per element beside the element itself: a list grown by
+// doubling holds its old and its new storage while it moves, three times its
+// size at worst; a string of the duplicate index of a long property list takes
+// a hash node, its bucket and a copy of its text.
+constexpr std::uint64_t kGrownSlot = 3;
+constexpr std::uint64_t kIndexNodeBytes = 96;
+
+std::uint64_t TextBytes(const std::string& s) { return s.capacity() > 15 ? s.capacity() + 1 : 0; }
+
+// Charged once a string is kept: a repeated one costs nothing.
+void AddProperty(TBufReadFile& r, TSpecProps& props, std::string line) {
+    const std::uint64_t text = TextBytes(line);
+    if (!props.Add(std::move(line))) return;
+    r.Charge(kGrownSlot * sizeof(std::string));
+    if (std::size_t(props.Count()) <= TSpecProps::kIndexFrom) return;
+    r.Charge(kIndexNodeBytes + text);
+    if (std::size_t(props.Count()) == TSpecProps::kIndexFrom + 1)   // the index was made of the lines before
+        for (int i = 0; i < int(TSpecProps::kIndexFrom); ++i) r.Charge(kIndexNodeBytes + TextBytes(props.Lines()[std::size_t(i)]));
+}
 
 // The older layout ends its property strings where the next four bytes, as a
 // signed integer, fall below 1000: a short string's length byte and first
@@ -176,6 +196,7 @@ std::unique_ptr<TFinItem> ReadItemRecord(TBufReadFile& r, TModelData& model, con
     const std::int32_t id = r.ReadInt();
     const TEntry* entry = model.Entries() ? model.Entries()->GetEntryByID(entryID) : nullptr;
     const TFinItemClass& cls = entry ? ItemClassByNumber(entry->ItemClassNo) : TFinItem::Class;
+    r.Charge(cls.Size + kGrownSlot * sizeof(std::unique_ptr<TFinItem>));
     std::unique_ptr<TFinItem> item = cls.Create(entry, &model, id);
     model.RaiseHighestItemID(id);
 
@@ -189,6 +210,7 @@ std::unique_ptr<TFinItem> ReadItemRecord(TBufReadFile& r, TModelData& model, con
     const std::uint8_t owners = r.ReadByte();
     if (owners < 255) {
         RequireLeft(r, owners * kMinOwnerBytes);
+        r.Charge(sizeof(TSharesList) + kGrownSlot * owners * sizeof(TPayer));
         item->Shares = std::make_unique<TSharesList>();
         for (int i = 0; i < owners; ++i) {
             const std::int32_t partyID = r.ReadInt();
@@ -201,13 +223,13 @@ std::unique_ptr<TFinItem> ReadItemRecord(TBufReadFile& r, TModelData& model, con
     if (ctx.Sectioned) {
         const std::int32_t count = r.ReadInt();
         if (count > 0) RequireLeft(r, std::uint64_t(count) * 4);
-        for (std::int32_t i = 0; i < count; ++i) item->SpecProps.Add(ReadText(r, ctx));
+        for (std::int32_t i = 0; i < count; ++i) AddProperty(r, item->SpecProps, ReadText(r, ctx));
     } else {
         const std::uint8_t expected = r.ReadByte();
         int read = 0;
         while (NextIsPropertyString(r)) {
             if (++read > 254) throw EFileStructure(ctx.Path);
-            item->SpecProps.Add(r.ReadShortStr());
+            AddProperty(r, item->SpecProps, r.ReadShortStr());
         }
         if (read != expected) throw EFileStructure(ctx.Path);
     }
@@ -216,6 +238,7 @@ std::unique_ptr<TFinItem> ReadItemRecord(TBufReadFile& r, TModelData& model, con
     if (pays > 0) {
         item->PaysHeader = r.ReadInt();
         RequireLeft(r, std::uint64_t(pays) * kMinPayBytes);
+        r.ChargeEach(std::uint64_t(pays), sizeof(TPay));
         item->Pays.reserve(static_cast<std::size_t>(pays));
         for (std::int32_t i = 0; i < pays; ++i) {
             const double value = r.ReadDouble();
@@ -230,6 +253,7 @@ std::unique_ptr<TFinItem> ReadItemRecord(TBufReadFile& r, TModelData& model, con
             const std::int32_t payers = r.ReadInt();
             if (payers > 0) {
                 RequireLeft(r, std::uint64_t(payers) * kMinPayerBytes);
+                r.ChargeEach(std::uint64_t(payers), sizeof(TPayer));
                 pay.Payers.reserve(static_cast<std::size_t>(payers));
             }
             for (std::int32_t k = 0; k < payers; ++k) {

@@ -25,6 +25,7 @@ struct TFinItemClass {
     const char* Name;
     const TFinItemClass* Parent;
     std::unique_ptr<TFinItem> (*Create)(const TEntry* entry, TModelData* model, std::int32_t id);
+    std::size_t Size;   // of an object, charged against a reader's memory budget
 
     bool InheritsFrom(const TFinItemClass& other) const {
         for (const TFinItemClass* c = this; c; c = c->Parent)
@@ -47,7 +48,7 @@ public:                                                                         
 
 // Defines it, in one .cpp file.
 #define KV_ITEM_CLASS_DEFINE(Name, Base) \
-    constinit const ::kv::TFinItemClass Name::Class{#Name, &Base::Class, &::kv::CreateItemOf<Name>};
+    constinit const ::kv::TFinItemClass Name::Class{#Name, &Base::Class, &::kv::CreateItemOf<Name>, sizeof(Name)};
 
 // Special properties: "name=value" strings without duplicates. Names are
 // case-sensitive; a string without "=" is kept but has no name; of two
@@ -83,6 +84,8 @@ private:
     // Kept only for long lists, so a file with many strings cannot make the
     // duplicate test quadratic.
     std::unordered_set<std::string> index_;
+
+public:
     static constexpr std::size_t kIndexFrom = 32;
 };
 

@@ -104,6 +104,12 @@ std::size_t ReadCount(TBufReadFile& r, std::uint64_t minSize) {
     return std::size_t(n);
 }
 
+// Memory charged per record beside the record: a list grown one record at a
+// time holds its old and new storage while it moves, three times its size at
+// worst; the account index keeps a node and a copy of the key.
+constexpr std::uint64_t kGrownSlot = 3;
+constexpr std::uint64_t kIndexNodeBytes = 64 + sizeof(std::string);
+
 std::string Num(double v) { return FloatToModelText(v); }
 
 } // namespace
@@ -445,6 +451,7 @@ void TBalance::Load(TBufReadFile& r) {
         TList& l = c.Lists[std::size_t(i)];
         if (kLists[std::size_t(i)].Kind == L::Parties) {
             const std::size_t n = ReadCount(r, kMinParty);
+            r.ChargeEach(n, sizeof(TBalanceParty));
             l.Parties.reserve(n);
             for (std::size_t k = 0; k < n; ++k) {
                 TBalanceParty p;
@@ -455,22 +462,27 @@ void TBalance::Load(TBufReadFile& r) {
             }
         } else {
             const std::size_t n = ReadCount(r, kMinItem);
+            r.ChargeEach(n, sizeof(l.Items[0]));
             l.Items.reserve(n);
             for (std::size_t k = 0; k < n; ++k) l.Items.push_back({r.ReadInt()});
         }
     }
     const std::size_t na = ReadCount(r, kMinAccount);
+    r.ChargeEach(na, sizeof(std::unique_ptr<TAccount>) + sizeof(TAccount) + kIndexNodeBytes);
     c.Accounts.reserve(na);
     for (std::size_t k = 0; k < na; ++k) {
         std::string key = r.ReadShortStr();
+        r.Charge(key.capacity() > 15 ? key.capacity() + 1 : 0);   // the index's copy
         std::string text = r.ReadStr();
         auto a = std::make_unique<TAccount>(std::move(key), std::move(text));
         const std::size_t nd = ReadCount(r, kMinDate);
         for (std::size_t j = 0; j < nd; ++j) {
+            r.Charge(sizeof(TAccountDate) + kGrownSlot * sizeof(std::unique_ptr<TAccountDate>));
             const std::int32_t year = r.ReadInt();
             auto d = std::make_unique<TAccountDate>(DateOfYear(year));
             d->Year = year;
             const std::size_t nv = ReadCount(r, kMinVal);
+            r.ChargeEach(nv, sizeof(TAccountVal));
             d->Vals.reserve(nv);
             for (std::size_t i = 0; i < nv; ++i) {
                 TAccountVal v;
@@ -479,6 +491,7 @@ void TBalance::Load(TBufReadFile& r) {
                 d->Vals.push_back(v);
             }
             const std::size_t nf = ReadCount(r, kMinFinVal);
+            r.ChargeEach(nf, sizeof(TFinItemVal));
             d->FinItems.reserve(nf);
             for (std::size_t i = 0; i < nf; ++i) {
                 TFinItemVal v;

@@ -32,6 +32,11 @@ constexpr std::uint64_t kMinPartyBytes = 4 + 1 + 1 + 1 + 1 + 1 + 1 + 4 + 1 + 1 +
 constexpr std::uint64_t kMinToDoBytes = 4 + 4 + 1 + 1 + 4 + 8 + 1;
 constexpr std::uint64_t kMinResidenceBytes = 4 + 1 + 8;
 
+// A list filled one record at a time holds its old and its new storage while
+// it grows: three times its size at worst.
+template <class T>
+constexpr std::uint64_t kGrownBytes = 3 * sizeof(T);
+
 struct TDirEntry {
     std::int32_t ID;
     std::int64_t Offset;
@@ -189,7 +194,10 @@ void TModelData::ReadSections(TBufReadFile& r, bool sectioned, std::uint8_t) {
         r.SetPosition(kHeaderSize);
         // A count below 1 is an empty directory: every section is then read in
         // sequence from here.
-        if (entries > 0) RequireLeft(r, std::uint64_t(entries) * kDirEntrySize);
+        if (entries > 0) {
+            RequireLeft(r, std::uint64_t(entries) * kDirEntrySize);
+            r.ChargeEach(std::uint64_t(entries), sizeof(TDirEntry));
+        }
         dir.reserve(static_cast<std::size_t>(std::max(entries, 0)));
         for (std::int32_t i = 0; i < entries; ++i) {
             TDirEntry e{};
@@ -257,6 +265,7 @@ void TModelData::ReadSections(TBufReadFile& r, bool sectioned, std::uint8_t) {
 
     enter(5);
     for (std::int32_t i = 0, n = count(kMinToDoBytes); i < n; ++i) {
+        r.Charge(kGrownBytes<TToDoData>);
         TToDoData t;
         t.ID = r.ReadInt();
         t.Kind = r.ReadInt();
@@ -269,7 +278,10 @@ void TModelData::ReadSections(TBufReadFile& r, bool sectioned, std::uint8_t) {
     }
 
     enter(6);
-    for (std::int32_t i = 0, n = count(4); i < n; ++i) Texts.push_back(ReadText(r, ctx));
+    for (std::int32_t i = 0, n = count(4); i < n; ++i) {
+        r.Charge(kGrownBytes<std::string>);
+        Texts.push_back(ReadText(r, ctx));
+    }
     TakeSettings();
 
     enter(7);
@@ -279,6 +291,7 @@ void TModelData::ReadSections(TBufReadFile& r, bool sectioned, std::uint8_t) {
     const std::uint32_t typed = r.ReadNumX();
     RequireLeft(r, std::uint64_t(typed) * 5);
     for (std::uint32_t i = 0; i < typed; ++i) {
+        r.Charge(kGrownBytes<TTypedRecord>);
         TTypedRecord t;
         t.ClassCode = r.ReadByte();
         t.Data = r.ReadStr();
@@ -300,6 +313,7 @@ void TModelData::ReadSections(TBufReadFile& r, bool sectioned, std::uint8_t) {
 
     enter(9);
     for (std::int32_t i = 0, n = count(kMinResidenceBytes); i < n; ++i) {
+        r.Charge(kGrownBytes<TResidenceRecord>);
         TResidenceRecord res;
         res.ID = r.ReadInt();
         res.Name = r.ReadShortStr();

@@ -19,12 +19,12 @@ std::string Joined(const std::string& a, const std::string& sep, const std::stri
 std::string TParty::FullName() const { return Joined(FirstName, " ", LastName); }
 std::string TParty::FullNameLastFirst() const { return Joined(LastName, ", ", FirstName); }
 
-void TParticipant::DecodeProps(const TPropArrays& props) {
-    Props = props;
+void TParticipant::DecodeProps(TPropArrays props) {
+    Props = std::move(props);
     BenefKey = ID;
-    if (!props.empty() && !props[0].empty()) {
+    if (!Props.empty() && !Props[0].empty()) {
         std::int32_t key = 0;
-        if (TryModelTextToInt(props[0][0], key)) BenefKey = key;
+        if (TryModelTextToInt(Props[0][0], key)) BenefKey = key;
     }
 }
 
@@ -93,7 +93,19 @@ void RequireLeft(const TBufReadFile& r, std::uint64_t n) {
         throw EReadError("Unexpected end of file " + r.FileName() + " at offset " + std::to_string(r.Position()));
 }
 
+namespace {
+
+// What a party record costs: the largest party class, its slot in the list and
+// its entry in the model's index by identifier.
+constexpr std::uint64_t kPartyBytes =
+    std::max({sizeof(TParticipant), sizeof(TCorporation), sizeof(TTrust), sizeof(TJointVenture),
+              sizeof(TCorpParticipant)}) +
+    sizeof(std::unique_ptr<TParticipant>) + 48;
+
+} // namespace
+
 std::unique_ptr<TParticipant> ReadPartyRecord(TBufReadFile& r, const TRecordContext& ctx) {
+    r.Charge(kPartyBytes);
     const std::int32_t id = r.ReadInt();
     const std::uint8_t role = r.ReadByte();
     const std::uint8_t type = r.ReadByte();
@@ -117,9 +129,10 @@ std::unique_ptr<TParticipant> ReadPartyRecord(TBufReadFile& r, const TRecordCont
     } else {
         const std::uint32_t rows = r.ReadNumX();
         RequireLeft(r, rows);   // every row takes at least one byte
+        r.ChargeEach(rows, sizeof(TPropArrays::value_type));
         TPropArrays props(rows);
         for (auto& row : props) r.ReadStringsX(row);
-        p->DecodeProps(props);
+        p->DecodeProps(std::move(props));
     }
     return p;
 }

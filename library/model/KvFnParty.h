@@ -74,7 +74,8 @@ public:
 
     // Each class reads and writes its own positions of the arrays; unknown
     // positions are carried as read.
-    virtual void DecodeProps(const TPropArrays& props);
+    // Takes the arrays over: a copy would double what the party record costs.
+    virtual void DecodeProps(TPropArrays props);
     virtual TPropArrays EncodeProps() const;
     // Rows and row-1 length the writer guarantees (a corporation writes 30).
     virtual std::size_t MinPropRow1() const { return 0; }

@@ -7,9 +7,30 @@
 #include <cstdlib>
 #include <new>
 
+#include <malloc.h>
+
 namespace {
 
 std::atomic<std::size_t> gLargest{0};
+// Counted by the allocator's own block sizes, so that a release, which is not
+// told the size, takes off exactly what its allocation added.
+std::atomic<std::size_t> gLive{0};
+std::atomic<std::size_t> gPeak{0};
+std::atomic<std::size_t> gBase{0};
+
+void Added(void* p) {
+    const std::size_t live = gLive.fetch_add(::malloc_usable_size(p), std::memory_order_relaxed) +
+                             ::malloc_usable_size(p);
+    std::size_t peak = gPeak.load(std::memory_order_relaxed);
+    while (live > peak && !gPeak.compare_exchange_weak(peak, live, std::memory_order_relaxed)) {
+    }
+}
+
+void Release(void* p) {
+    if (!p) return;
+    gLive.fetch_sub(::malloc_usable_size(p), std::memory_order_relaxed);
+    std::free(p);
+}
 
 void Note(std::size_t size) {
     std::size_t seen = gLargest.load(std::memory_order_relaxed);
@@ -19,7 +40,10 @@ void Note(std::size_t size) {
 
 void* Take(std::size_t size) {
     Note(size);
-    if (void* p = std::malloc(size ? size : 1)) return p;
+    if (void* p = std::malloc(size ? size : 1)) {
+        Added(p);
+        return p;
+    }
     throw std::bad_alloc();
 }
 
@@ -27,7 +51,10 @@ void* TakeAligned(std::size_t size, std::align_val_t align) {
     Note(size);
     const std::size_t a = static_cast<std::size_t>(align);
     const std::size_t rounded = (size + a - 1) / a * a;
-    if (void* p = std::aligned_alloc(a, rounded ? rounded : a)) return p;
+    if (void* p = std::aligned_alloc(a, rounded ? rounded : a)) {
+        Added(p);
+        return p;
+    }
     throw std::bad_alloc();
 }
 
@@ -35,8 +62,18 @@ void* TakeAligned(std::size_t size, std::align_val_t align) {
 
 namespace kvtest {
 
-void ResetLargestAllocation() { gLargest.store(0, std::memory_order_relaxed); }
+void ResetAllocationCounts() {
+    gLargest.store(0, std::memory_order_relaxed);
+    const std::size_t live = gLive.load(std::memory_order_relaxed);
+    gBase.store(live, std::memory_order_relaxed);
+    gPeak.store(live, std::memory_order_relaxed);
+}
 std::size_t LargestAllocation() { return gLargest.load(std::memory_order_relaxed); }
+std::size_t PeakLiveGrowth() {
+    const std::size_t peak = gPeak.load(std::memory_order_relaxed);
+    const std::size_t base = gBase.load(std::memory_order_relaxed);
+    return peak > base ? peak - base : 0;
+}
 
 } // namespace kvtest
 
@@ -73,15 +110,15 @@ void* operator new[](std::size_t size, std::align_val_t align, const std::nothro
     }
 }
 
-void operator delete(void* p) noexcept { std::free(p); }
-void operator delete[](void* p) noexcept { std::free(p); }
-void operator delete(void* p, std::size_t) noexcept { std::free(p); }
-void operator delete[](void* p, std::size_t) noexcept { std::free(p); }
-void operator delete(void* p, const std::nothrow_t&) noexcept { std::free(p); }
-void operator delete[](void* p, const std::nothrow_t&) noexcept { std::free(p); }
-void operator delete(void* p, std::align_val_t) noexcept { std::free(p); }
-void operator delete[](void* p, std::align_val_t) noexcept { std::free(p); }
-void operator delete(void* p, std::size_t, std::align_val_t) noexcept { std::free(p); }
-void operator delete[](void* p, std::size_t, std::align_val_t) noexcept { std::free(p); }
-void operator delete(void* p, std::align_val_t, const std::nothrow_t&) noexcept { std::free(p); }
-void operator delete[](void* p, std::align_val_t, const std::nothrow_t&) noexcept { std::free(p); }
+void operator delete(void* p) noexcept { Release(p); }
+void operator delete[](void* p) noexcept { Release(p); }
+void operator delete(void* p, std::size_t) noexcept { Release(p); }
+void operator delete[](void* p, std::size_t) noexcept { Release(p); }
+void operator delete(void* p, const std::nothrow_t&) noexcept { Release(p); }
+void operator delete[](void* p, const std::nothrow_t&) noexcept { Release(p); }
+void operator delete(void* p, std::align_val_t) noexcept { Release(p); }
+void operator delete[](void* p, std::align_val_t) noexcept { Release(p); }
+void operator delete(void* p, std::size_t, std::align_val_t) noexcept { Release(p); }
+void operator delete[](void* p, std::size_t, std::align_val_t) noexcept { Release(p); }
+void operator delete(void* p, std::align_val_t, const std::nothrow_t&) noexcept { Release(p); }
+void operator delete[](void* p, std::align_val_t, const std::nothrow_t&) noexcept { Release(p); }

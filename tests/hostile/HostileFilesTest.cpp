@@ -2,8 +2,10 @@
 // and a balance file, written at test time, then truncated at every offset
 // and at random ones, with every 4 bytes overwritten by hostile counts, and
 // with random bytes flipped. Each copy must load or fail with one of the
-// library's errors, and no single allocation may exceed the file's size plus
-// a small constant. Time is bounded by the ctest timeout.
+// library's errors, no single allocation may exceed the file's size plus a
+// small constant, and the read may not hold more than 16 times the bytes of
+// the files it reads plus a few MiB at once. Time is bounded by the ctest
+// timeout.
 #include <gtest/gtest.h>
 
 #include <cctype>
@@ -29,6 +31,7 @@
 #include "items/KvFnPortfolio.h"
 #include "items/KvfnBalance.h"
 #include "model/KvFnModelData.h"
+#include "model/KvFnClassRegistry.h"
 #include "model/KvFnOwnership.h"
 #include "model/KvFnParty.h"
 
@@ -38,6 +41,19 @@ namespace {
 
 // Room for the reader's own bookkeeping beside a buffer of the file's size.
 constexpr std::size_t kSlack = 64 * 1024;
+// The rule for the whole of a read: what it holds at once stays within this
+// many times the bytes of the files it reads, plus a few MiB.
+constexpr std::size_t kPeakFactor = 16;
+constexpr std::size_t kPeakSlack = std::size_t(4) << 20;
+
+std::uint64_t BytesUnder(const fs::path& dir) {
+    std::uint64_t n = 0;
+    for (const auto& e : fs::recursive_directory_iterator(dir))
+        if (e.is_regular_file()) n += e.file_size();
+    return n;
+}
+
+std::uint64_t PeakBound(std::uint64_t fileBytes) { return kPeakFactor * fileBytes + kPeakSlack; }
 
 using Bytes = std::vector<char>;
 
@@ -229,7 +245,7 @@ public:
     bool Run(const Bytes& bytes, const std::string& what) {
         WriteBytes(dir_ / reader_.Target, bytes);
         ++runs_;
-        kvtest::ResetLargestAllocation();
+        kvtest::ResetAllocationCounts();
         bool loaded = false;
         try {
             reader_.Load(dir_);
@@ -242,14 +258,19 @@ public:
             Fail(what, "an exception of unknown type");
         }
         const std::size_t largest = lastLargest_ = kvtest::LargestAllocation();
+        const std::size_t peak = lastPeak_ = kvtest::PeakLiveGrowth();
         if (largest > bytes.size() + kSlack)
             Fail(what, "an allocation of " + std::to_string(largest) + " bytes for a file of " +
                            std::to_string(bytes.size()));
+        const std::uint64_t read = BytesUnder(dir_);
+        if (peak > PeakBound(read))
+            Fail(what, std::to_string(peak) + " bytes live at once for " + std::to_string(read) + " bytes of files");
         return loaded;
     }
 
     int Runs() const { return runs_; }
     std::size_t LastLargest() const { return lastLargest_; }
+    std::size_t LastPeak() const { return lastPeak_; }
     const std::vector<std::string>& Failures() const { return failures_; }
 
 private:
@@ -261,6 +282,7 @@ private:
     fs::path dir_;
     int runs_ = 0;
     std::size_t lastLargest_ = 0;
+    std::size_t lastPeak_ = 0;
     std::vector<std::string> failures_;
 };
 
@@ -386,5 +408,202 @@ INSTANTIATE_TEST_SUITE_P(Regressions, Findings, ::testing::Values(
 
 INSTANTIATE_TEST_SUITE_P(Readers, HostileFiles, ::testing::ValuesIn(kReaderNames),
                          [](const auto& info) { return std::string(info.param); });
+
+// Small files whose counts call for many small elements, each far larger in
+// memory than on disk, written by the library's own writers. Each must load
+// or be refused naming its file, within the same bound as the table above.
+struct Oversized {
+    const char* Name;
+    const char* File;       // the file under test, in the case's folder
+    bool Refused;           // the outcome: refused, or loaded within the bound
+    // Writes the file into the folder and returns its load.
+    std::function<std::function<void()>(const fs::path& dir)> Make;
+};
+
+void PrintTo(const Oversized& c, std::ostream* os) { *os << c.Name; }
+
+// Enough elements that a reader charging less than their memory size would
+// pass the bound by far, few enough to keep the test quick.
+constexpr std::size_t kMany = std::size_t(4) << 20;
+
+std::function<void()> LoadEntries(const fs::path& path) {
+    return [path] {
+        kv::TEntries chart(0, path.string());
+        chart.Load(false);
+    };
+}
+
+// A personal solution beside its chart, built by fill and saved.
+std::function<void()> Solution(const fs::path& dir, const std::function<void(kv::TModelData&, kv::TEntries&)>& fill) {
+    auto chart = std::shared_ptr<kv::TEntries>(kv::MakeDemoChart(0, "/nonexistent/Entries.dat"));
+    const std::string path = (dir / "FinItems.dat").string();
+    {
+        kv::TModelData m(0, nullptr, nullptr, nullptr, nullptr, path, chart.get());
+        m.AddParticipant(kv::CreateParty(0, 1, 1, 0));
+        fill(m, *chart);
+        m.Save();
+    }
+    return [chart, path] {
+        kv::TModelData m(0, nullptr, nullptr, nullptr, nullptr, path, chart.get());
+        m.Load();
+    };
+}
+
+std::unique_ptr<kv::TFinItem> Item(kv::TModelData& m, kv::TEntries& chart, std::int32_t entryID, std::int32_t id) {
+    const kv::TEntry* e = chart.GetEntryByID(entryID);
+    return kv::ItemClassByNumber(e->ItemClassNo).Create(e, &m, id);
+}
+
+const Oversized kOversized[] = {
+    {"entries_empty_tax_labels", "Entries.dat", true, [](const fs::path& dir) {
+         const fs::path path = dir / "Entries.dat";
+         auto chart = kv::MakeDemoChart(0, path.string());
+         for (std::size_t i = 0; i < kMany; ++i) chart->AddEnTaxLabel("");
+         chart->Save(path.string());
+         return LoadEntries(path);
+     }},
+    {"entries_empty_properties", "Entries.dat", true, [](const fs::path& dir) {
+         const fs::path path = dir / "Entries.dat";
+         auto chart = kv::MakeDemoChart(0, path.string());
+         chart->GetEntryByID(kv::DemoEntry::NonReg)->SpecProps.assign(kMany, "");
+         chart->Save(path.string());
+         return LoadEntries(path);
+     }},
+    {"finitems_empty_property_rows", "FinItems.dat", true, [](const fs::path& dir) {
+         return Solution(dir, [](kv::TModelData& m, kv::TEntries&) {
+             m.GetParticipantByID(1)->Props.resize(kMany);
+         });
+     }},
+    {"finitems_empty_strategy_values", "FinItems.dat", true, [](const fs::path& dir) {
+         return Solution(dir, [](kv::TModelData& m, kv::TEntries&) { m.Strategy().Values.assign(kMany, ""); });
+     }},
+    {"finitems_empty_settings_texts", "FinItems.dat", true, [](const fs::path& dir) {
+         return Solution(dir, [](kv::TModelData& m, kv::TEntries&) { m.Texts.assign(kMany / 4, ""); });
+     }},
+    {"finitems_empty_typed_records", "FinItems.dat", true, [](const fs::path& dir) {
+         return Solution(dir, [](kv::TModelData& m, kv::TEntries&) { m.TypedRecords.resize(kMany / 4); });
+     }},
+    {"finitems_empty_todo", "FinItems.dat", true, [](const fs::path& dir) {
+         return Solution(dir, [](kv::TModelData& m, kv::TEntries&) { m.ToDo.resize(kMany / 16); });
+     }},
+    {"finitems_empty_residences", "FinItems.dat", false, [](const fs::path& dir) {
+         return Solution(dir, [](kv::TModelData& m, kv::TEntries&) { m.Residences.resize(kMany / 8); });
+     }},
+    {"finitems_bare_items", "FinItems.dat", false, [](const fs::path& dir) {
+         return Solution(dir, [](kv::TModelData& m, kv::TEntries& chart) {
+             for (std::int32_t id = 1; id <= std::int32_t(kMany / 32); ++id)
+                 m.Add(Item(m, chart, kv::DemoEntry::NonReg, id));
+         });
+     }},
+    {"finitems_bare_children", "FinItems.dat", false, [](const fs::path& dir) {
+         return Solution(dir, [](kv::TModelData& m, kv::TEntries& chart) {
+             kv::TFinItem* top = m.Add(Item(m, chart, kv::DemoEntry::NonReg, 1));
+             for (std::int32_t id = 2; id <= std::int32_t(kMany / 32); ++id)
+                 top->AddChild(Item(m, chart, kv::DemoEntry::BankAccount, id));
+         });
+     }},
+    {"finitems_empty_pays", "FinItems.dat", false, [](const fs::path& dir) {
+         return Solution(dir, [](kv::TModelData& m, kv::TEntries& chart) {
+             kv::TFinItem* item = m.Add(Item(m, chart, kv::DemoEntry::NonReg, 1));
+             item->Pays.resize(kMany / 32);
+         });
+     }},
+    {"finitems_owners", "FinItems.dat", false, [](const fs::path& dir) {
+         return Solution(dir, [](kv::TModelData& m, kv::TEntries& chart) {
+             for (std::int32_t id = 1; id <= std::int32_t(kMany / 1024); ++id) {
+                 kv::TFinItem* item = m.Add(Item(m, chart, kv::DemoEntry::NonReg, id));
+                 item->Shares = std::make_unique<kv::TSharesList>();
+                 for (int k = 0; k < 254; ++k) item->Shares->AddShare(nullptr, k, 1);
+             }
+         });
+     }},
+    {"finitems_many_properties", "FinItems.dat", true, [](const fs::path& dir) {
+         return Solution(dir, [](kv::TModelData& m, kv::TEntries& chart) {
+             kv::TFinItem* item = m.Add(Item(m, chart, kv::DemoEntry::NonReg, 1));
+             for (std::size_t k = 0; k < kMany / 8; ++k) item->SpecProps.Add(std::to_string(k));
+         });
+     }},
+    {"finitems_empty_year_list", "FinItems.dat", false, [](const fs::path& dir) {
+         return Solution(dir, [](kv::TModelData& m, kv::TEntries& chart) {
+             kv::TFinItem* item = m.Add(Item(m, chart, kv::DemoEntry::RRSP, 1));
+             std::string list;
+             for (std::size_t k = 0; k < kMany / 2; ++k) list += "0:,";
+             item->SpecProps.Add("lstRRSPUnusedLimit=" + list);
+         });
+     }},
+    {"balance_empty_dates", "balance.bal", false, [](const fs::path& dir) {
+         const std::string path = (dir / "balance.bal").string();
+         {
+             kv::TBalance b;
+             auto& cash = b.Add("Cash");
+             for (std::size_t k = 0; k < kMany / 8; ++k) cash.Append(std::make_unique<kv::TAccountDate>(double(k)));
+             b.Save(path);
+         }
+         return std::function<void()>([path] {
+             kv::TBalance b;
+             b.Load(path);
+         });
+     }},
+    {"models_empty_texts", "md_db1_Big/Models.dat", false, [](const fs::path& dir) {
+         kv::TProjHdr hdr(0, kv::ModelsFileName, "md_db1_Big", dir.string());
+         hdr.Name = "Big";
+         hdr.Texts.assign(kMany / 2, "");
+         kv::TProjHdrLst(dir.string(), "", 0).SaveOne(hdr, kv::TModels(dir.string(), "Main", "md_db1_Big"),
+                                                     kv::TModels(dir.string(), "Needs", "md_db1_Big"));
+         return std::function<void()>([dir] {
+             kv::TProjHdr h(0, kv::ModelsFileName, "md_db1_Big", dir.string());
+             (void)h.Load(true);
+         });
+     }},
+};
+
+class SmallFileLargeModel : public ::testing::TestWithParam<Oversized> {};
+
+TEST_P(SmallFileLargeModel, LoadsOrIsRefusedWithinTheBound) {
+    const Oversized& c = GetParam();
+    const fs::path dir = MakeTempDir("tessary-oversized");
+    const std::function<void()> load = c.Make(dir);
+    const std::uint64_t bytes = BytesUnder(dir);
+    const std::string file = (dir / c.File).string();
+    std::string error;
+    kvtest::ResetAllocationCounts();
+    try {
+        load();
+    } catch (const kv::EKvError& e) {
+        error = e.what();
+    }
+    const std::size_t peak = kvtest::PeakLiveGrowth();
+    fs::remove_all(dir);
+    EXPECT_LE(peak, PeakBound(bytes)) << bytes << " bytes of files";
+    if (c.Refused)
+        EXPECT_NE(error.find(file), std::string::npos) << "refusal: \"" << error << "\"";
+    else
+        EXPECT_EQ(error, "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Counts, SmallFileLargeModel, ::testing::ValuesIn(kOversized),
+                         [](const auto& info) { return std::string(info.param.Name); });
+
+// Listing a data directory reads the two header records of each client file,
+// not the file: a sparse one of several GiB lists in a few MiB.
+TEST(ClientListing, ReadsOnlyTheHeaderOfAHugeClientFile) {
+    const fs::path dir = MakeTempDir("tessary-sparse");
+    {
+        kv::TProjHdr hdr(0, kv::ModelsFileName, "md_db1_Big", dir.string());
+        hdr.Name = "Big";
+        kv::TProjHdrLst(dir.string(), "", 0).SaveOne(hdr, kv::TModels(dir.string(), "Main", "md_db1_Big"),
+                                                     kv::TModels(dir.string(), "Needs", "md_db1_Big"));
+    }
+    const fs::path models = dir / "md_db1_Big" / kv::ModelsFileName;
+    fs::resize_file(models, std::uintmax_t(3) << 30);
+    kv::TProjHdrLst list(dir.string(), "", 0);
+    kvtest::ResetAllocationCounts();
+    list.Load(false);
+    const std::size_t peak = kvtest::PeakLiveGrowth();
+    fs::remove_all(dir);
+    ASSERT_EQ(list.Count(), 1);
+    EXPECT_EQ(list.Get(0).Name, "Big");
+    EXPECT_LE(peak, kPeakSlack);
+}
 
 } // namespace
