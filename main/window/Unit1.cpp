@@ -26,7 +26,7 @@
 #include "core/Vocabulary.h"
 #include "core/ImportMerge.h"
 #include "report/Chart.h"
-#include "window/FromFile.h"
+#include "window/ImportDialog.h"
 
 namespace tessary {
 
@@ -516,8 +516,8 @@ void TForm1::btnImpClick() {
     auto dlg = std::make_unique<TdlgFromFile>(importFolders_, cnf_.Zoom, this);
     if (dlg->exec() != QDialog::Accepted) return;
     int column = 1;
-    if (dlg->cbBS->isChecked()) column = 2;
-    if (dlg->cbQR->isChecked()) column = 3;
+    if (dlg->productBsRadio->isChecked()) column = 2;
+    if (dlg->productQrRadio->isChecked()) column = 3;
     ShowAccountsTotal(MergeImport(accounts_, column, dlg->Result()));
     grdAccounts->Refresh();
     UpdateNotices();

@@ -17,7 +17,7 @@
 
 #include "cli/GridFormat.h"
 #include "core/Vocabulary.h"
-#include "window/FromFile.h"
+#include "window/ImportDialog.h"
 #include "window/Language.h"
 #include "window/Unit1.h"
 
