@@ -14,7 +14,7 @@
 #include "core/Vocabulary.h"
 #include "demo/DemoData.h"
 #include "window/ImportDialog.h"
-#include "window/Unit1.h"
+#include "window/MainWindow.h"
 #include "WindowWidgets.h"
 
 using namespace tessary;

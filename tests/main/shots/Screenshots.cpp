@@ -12,7 +12,7 @@
 #include "cli/Commands.h"
 #include "demo/DemoData.h"
 #include "window/ImportDialog.h"
-#include "window/Unit1.h"
+#include "window/MainWindow.h"
 
 using namespace tessary;
 
