@@ -18,7 +18,7 @@
 #include "catalogue/KvCatalogueFixture.h"
 #include "catalogue/KvFnModels.h"
 #include "model/KvFnParty.h"
-#include "window/FromFile.h"
+#include "window/ImportDialog.h"
 
 namespace fs = std::filesystem;
 
@@ -118,9 +118,9 @@ void BM_OpenDialogFileList(benchmark::State& state) {
     const Fixture& f = Data();
     for (auto _ : state) {
         auto dlg = std::make_unique<tessary::TdlgFromFile>(f.overrides);
-        if (dlg->cmbFile->count() != kClientFiles || dlg->cmbParty->count() != 1) {
-            const std::string why = "file list not filled (" + std::to_string(dlg->cmbFile->count()) + " files, " +
-                                    std::to_string(dlg->cmbParty->count()) + " parties) " +
+        if (dlg->fileCombo->count() != kClientFiles || dlg->partyCombo->count() != 1) {
+            const std::string why = "file list not filled (" + std::to_string(dlg->fileCombo->count()) + " files, " +
+                                    std::to_string(dlg->partyCombo->count()) + " parties) " +
                                     dlg->PendingError().toStdString();
             state.SkipWithError(why.c_str());
             break;
@@ -146,11 +146,11 @@ BENCHMARK(BM_RawReadSolution)->Unit(benchmark::kMillisecond);
 void BM_ChooseLargeSolution(benchmark::State& state) {
     const Fixture& f = Data();
     tessary::TdlgFromFile dlg(f.overrides);
-    dlg.cbBS->setChecked(true);
+    dlg.productBsRadio->setChecked(true);
     dlg.cbMDClick();
     for (auto _ : state) {
         dlg.cmbSolutionChange();
-        if (dlg.cmbParty->count() == 0) {
+        if (dlg.partyCombo->count() == 0) {
             state.SkipWithError(("party list not filled " + dlg.PendingError()).toStdString().c_str());
             break;
         }

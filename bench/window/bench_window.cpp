@@ -8,7 +8,7 @@
 #include <QWidget>
 #include <cstdlib>
 
-#include "window/Unit1.h"
+#include "window/MainWindow.h"
 
 namespace {
 

@@ -12,47 +12,47 @@
 <context>
     <name>tessary::Notices</name>
     <message>
-        <location filename="../window/NoticeText.cpp" line="30"/>
+        <location filename="../window/NoticeText.cpp" line="29"/>
         <source>The class targets total %1%, not 100%.</source>
         <translation>Les cibles des catégories totalisent %1 %, et non 100 %.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="33"/>
+        <location filename="../window/NoticeText.cpp" line="32"/>
         <source>The equity classes total 100%: the other classes divide by zero.</source>
         <translation>Les catégories d’actions totalisent 100 % : les autres catégories divisent par zéro.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="36"/>
+        <location filename="../window/NoticeText.cpp" line="35"/>
         <source>%1 meant for equities could not be placed in any account: the result holds less equity than the targets ask.</source>
         <translation>%1 destinés aux actions n’ont pu être placés dans aucun compte : le résultat contient moins d’actions que les cibles ne le demandent.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="42"/>
+        <location filename="../window/NoticeText.cpp" line="41"/>
         <source>Accounts row %1 has no account type; Calculate drops it.</source>
         <translation>La ligne %1 des comptes n’a pas de type de compte ; Calculer la supprime.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="45"/>
+        <location filename="../window/NoticeText.cpp" line="44"/>
         <source>Accounts row %1 (&quot;%2&quot;) has no account type; Calculate drops it.</source>
         <translation>La ligne %1 des comptes (« %2 ») n’a pas de type de compte ; Calculer la supprime.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="51"/>
+        <location filename="../window/NoticeText.cpp" line="50"/>
         <source>Classes row %1 has no asset class; Calculate drops it.</source>
         <translation>La ligne %1 des catégories n’a pas de catégorie d’actif ; Calculer la supprime.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="54"/>
+        <location filename="../window/NoticeText.cpp" line="53"/>
         <source>Classes row %1 (&quot;%2&quot;) has no asset class; Calculate drops it.</source>
         <translation>La ligne %1 des catégories (« %2 ») n’a pas de catégorie d’actif ; Calculer la supprime.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="59"/>
+        <location filename="../window/NoticeText.cpp" line="58"/>
         <source>%1 accounts are of type &quot;%2&quot;: the result shows only one of them.</source>
         <translation>%1 comptes sont du type « %2 » : le résultat n’en montre qu’un.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="64"/>
+        <location filename="../window/NoticeText.cpp" line="63"/>
         <source>From result row %1 on, the class names do not belong to their values: a class row without a class was removed.</source>
         <translation>À partir de la ligne %1 du résultat, les noms des catégories ne correspondent pas à leurs valeurs : une ligne sans catégorie a été supprimée.</translation>
     </message>
@@ -112,7 +112,309 @@
     </message>
 </context>
 <context>
+    <name>tessary::TDocumentController</name>
+    <message>
+        <location filename="../window/DocumentController.cpp" line="27"/>
+        <source>Tessary worksheets (*.tessary)</source>
+        <translation>Feuilles de travail Tessary (*.tessary)</translation>
+    </message>
+    <message>
+        <location filename="../window/DocumentController.cpp" line="31"/>
+        <source>allocation</source>
+        <translation>repartition</translation>
+    </message>
+    <message>
+        <location filename="../window/DocumentController.cpp" line="80"/>
+        <source>&amp;New</source>
+        <translation>&amp;Nouveau</translation>
+    </message>
+    <message>
+        <location filename="../window/DocumentController.cpp" line="81"/>
+        <source>&amp;Open...</source>
+        <translation>&amp;Ouvrir...</translation>
+    </message>
+    <message>
+        <location filename="../window/DocumentController.cpp" line="82"/>
+        <source>Open &amp;Recent</source>
+        <translation>Ouvrir un fichier &amp;récent</translation>
+    </message>
+    <message>
+        <location filename="../window/DocumentController.cpp" line="83"/>
+        <source>&amp;Save</source>
+        <translation>&amp;Enregistrer</translation>
+    </message>
+    <message>
+        <location filename="../window/DocumentController.cpp" line="84"/>
+        <source>Save &amp;As...</source>
+        <translation>Enregistrer &amp;sous...</translation>
+    </message>
+    <message>
+        <location filename="../window/DocumentController.cpp" line="85"/>
+        <source>&amp;Copy Result</source>
+        <translation>&amp;Copier le résultat</translation>
+    </message>
+    <message>
+        <location filename="../window/DocumentController.cpp" line="86"/>
+        <source>Export to CS&amp;V...</source>
+        <translation>Exporter en CS&amp;V...</translation>
+    </message>
+    <message>
+        <location filename="../window/DocumentController.cpp" line="87"/>
+        <source>Export to P&amp;DF...</source>
+        <translation>Exporter en P&amp;DF...</translation>
+    </message>
+    <message>
+        <location filename="../window/DocumentController.cpp" line="88"/>
+        <source>&amp;Print...</source>
+        <translation>&amp;Imprimer...</translation>
+    </message>
+    <message>
+        <location filename="../window/DocumentController.cpp" line="99"/>
+        <location filename="../window/DocumentController.cpp" line="143"/>
+        <location filename="../window/DocumentController.cpp" line="218"/>
+        <source>Untitled</source>
+        <translation>Sans titre</translation>
+    </message>
+    <message>
+        <location filename="../window/DocumentController.cpp" line="144"/>
+        <source>Unsaved changes</source>
+        <translation>Modifications non enregistrées</translation>
+    </message>
+    <message>
+        <location filename="../window/DocumentController.cpp" line="145"/>
+        <source>The worksheet &quot;%1&quot; has changes that are not saved. Save them?</source>
+        <translation>La feuille de travail « %1 » a des modifications non enregistrées. Les enregistrer ?</translation>
+    </message>
+    <message>
+        <location filename="../window/DocumentController.cpp" line="194"/>
+        <source>Open Worksheet</source>
+        <translation>Ouvrir une feuille de travail</translation>
+    </message>
+    <message>
+        <location filename="../window/DocumentController.cpp" line="220"/>
+        <source>Save Worksheet</source>
+        <translation>Enregistrer la feuille de travail</translation>
+    </message>
+    <message>
+        <location filename="../window/DocumentController.cpp" line="231"/>
+        <source>Export to CSV</source>
+        <translation>Exporter en CSV</translation>
+    </message>
+    <message>
+        <location filename="../window/DocumentController.cpp" line="231"/>
+        <source>CSV files (*.csv)</source>
+        <translation>Fichiers CSV (*.csv)</translation>
+    </message>
+    <message>
+        <location filename="../window/DocumentController.cpp" line="242"/>
+        <source>Export to PDF</source>
+        <translation>Exporter en PDF</translation>
+    </message>
+    <message>
+        <location filename="../window/DocumentController.cpp" line="242"/>
+        <source>PDF files (*.pdf)</source>
+        <translation>Fichiers PDF (*.pdf)</translation>
+    </message>
+    <message>
+        <location filename="../window/DocumentController.cpp" line="254"/>
+        <source>Portfolio Allocation</source>
+        <translation>Répartition du portefeuille</translation>
+    </message>
+</context>
+<context>
     <name>tessary::TForm1</name>
+    <message>
+        <location filename="../window/MainWindow.cpp" line="136"/>
+        <source>Portfolio allocation</source>
+        <translation>Répartition du portefeuille</translation>
+    </message>
+    <message>
+        <location filename="../window/MainWindow.cpp" line="137"/>
+        <location filename="../window/MainWindow.cpp" line="138"/>
+        <source>Calculate</source>
+        <translation>Calculer</translation>
+    </message>
+    <message>
+        <location filename="../window/MainWindow.cpp" line="140"/>
+        <location filename="../window/MainWindow.cpp" line="141"/>
+        <location filename="../window/MainWindow.cpp" line="346"/>
+        <source>Help</source>
+        <translation>Aide</translation>
+    </message>
+    <message>
+        <location filename="../window/MainWindow.cpp" line="139"/>
+        <source>Calculate (Ctrl+Enter)</source>
+        <translation>Calculer (Ctrl+Entrée)</translation>
+    </message>
+    <message>
+        <location filename="../window/MainWindow.cpp" line="142"/>
+        <source>Portfolio Allocation</source>
+        <translation>Répartition du portefeuille</translation>
+    </message>
+    <message>
+        <location filename="../window/MainWindow.cpp" line="143"/>
+        <location filename="../window/MainWindow.cpp" line="144"/>
+        <source>File</source>
+        <translation>Fichier</translation>
+    </message>
+    <message>
+        <location filename="../window/MainWindow.cpp" line="145"/>
+        <source>Worksheets, export, print and language</source>
+        <translation>Feuilles de travail, exportation, impression et langue</translation>
+    </message>
+    <message>
+        <location filename="../window/MainWindow.cpp" line="146"/>
+        <source>Allocation chart</source>
+        <translation>Graphique de répartition</translation>
+    </message>
+    <message>
+        <location filename="../window/MainWindow.cpp" line="346"/>
+        <source>The help page could not be opened: %1</source>
+        <translation>La page d’aide n’a pu être ouverte : %1</translation>
+    </message>
+    <message>
+        <location filename="../window/MainWindow.cpp" line="148"/>
+        <source>&amp;Language</source>
+        <translation>&amp;Langue</translation>
+    </message>
+    <message>
+        <location filename="../window/MainWindow.cpp" line="149"/>
+        <source>&amp;Quit</source>
+        <translation>&amp;Quitter</translation>
+    </message>
+</context>
+<context>
+    <name>tessary::TFramelessWindow</name>
+    <message>
+        <location filename="../window/FramelessWindow.cpp" line="46"/>
+        <source>Minimize</source>
+        <translation>Réduire</translation>
+    </message>
+    <message>
+        <location filename="../window/FramelessWindow.cpp" line="46"/>
+        <source>Quit</source>
+        <translation>Quitter</translation>
+    </message>
+    <message>
+        <location filename="../window/FramelessWindow.cpp" line="50"/>
+        <source>Resize</source>
+        <translation>Redimensionner</translation>
+    </message>
+</context>
+<context>
+    <name>tessary::TInputGridsPanel</name>
+    <message>
+        <location filename="../window/InputGridsPanel.cpp" line="90"/>
+        <source>Accounts</source>
+        <translation>Comptes</translation>
+    </message>
+    <message>
+        <location filename="../window/InputGridsPanel.cpp" line="91"/>
+        <source>Asset class targets</source>
+        <translation>Cibles par catégorie d’actif</translation>
+    </message>
+    <message>
+        <location filename="../window/InputGridsPanel.cpp" line="92"/>
+        <location filename="../window/InputGridsPanel.cpp" line="96"/>
+        <source>Add</source>
+        <translation>Ajout</translation>
+    </message>
+    <message>
+        <location filename="../window/InputGridsPanel.cpp" line="93"/>
+        <location filename="../window/InputGridsPanel.cpp" line="97"/>
+        <source>Delete</source>
+        <translation>Suppr.</translation>
+    </message>
+    <message>
+        <location filename="../window/InputGridsPanel.cpp" line="94"/>
+        <source>Clear</source>
+        <translation>Vider</translation>
+    </message>
+    <message>
+        <location filename="../window/InputGridsPanel.cpp" line="95"/>
+        <source>Add from File</source>
+        <translation>Importer</translation>
+    </message>
+    <message>
+        <location filename="../window/InputGridsPanel.cpp" line="98"/>
+        <source>Add an account row</source>
+        <translation>Ajouter une ligne de compte</translation>
+    </message>
+    <message>
+        <location filename="../window/InputGridsPanel.cpp" line="99"/>
+        <source>Delete the current account row</source>
+        <translation>Supprimer la ligne de compte courante</translation>
+    </message>
+    <message>
+        <location filename="../window/InputGridsPanel.cpp" line="100"/>
+        <source>Empty the accounts grid</source>
+        <translation>Vider la grille des comptes</translation>
+    </message>
+    <message>
+        <location filename="../window/InputGridsPanel.cpp" line="101"/>
+        <source>Add a class row</source>
+        <translation>Ajouter une ligne de catégorie</translation>
+    </message>
+    <message>
+        <location filename="../window/InputGridsPanel.cpp" line="102"/>
+        <source>Delete the current class row</source>
+        <translation>Supprimer la ligne de catégorie courante</translation>
+    </message>
+    <message>
+        <location filename="../window/InputGridsPanel.cpp" line="103"/>
+        <source>Add accounts from a client file (Ctrl+I)</source>
+        <translation>Ajouter les comptes d’un dossier client (Ctrl+I)</translation>
+    </message>
+    <message>
+        <location filename="../window/InputGridsPanel.cpp" line="104"/>
+        <source>Targets</source>
+        <translation>Cibles</translation>
+    </message>
+    <message>
+        <location filename="../window/InputGridsPanel.cpp" line="105"/>
+        <source>Target presets</source>
+        <translation>Répartitions cibles prédéfinies</translation>
+    </message>
+    <message>
+        <location filename="../window/InputGridsPanel.cpp" line="106"/>
+        <source>Fill the targets with a named mix</source>
+        <translation>Remplir les cibles avec une répartition nommée</translation>
+    </message>
+</context>
+<context>
+    <name>tessary::TNoticeLine</name>
+    <message>
+        <location filename="../window/NoticeLine.cpp" line="12"/>
+        <location filename="../window/NoticeLine.cpp" line="42"/>
+        <source>Notices</source>
+        <translation>Avis</translation>
+    </message>
+    <message numerus="yes">
+        <location filename="../window/NoticeLine.cpp" line="29"/>
+        <source>(%n more)</source>
+        <translation>
+            <numerusform>(%n autre)</numerusform>
+            <numerusform>(%n autres)</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>tessary::TPresetsMenu</name>
+    <message>
+        <location filename="../window/PresetsMenu.cpp" line="38"/>
+        <source>Save current targets as preset...</source>
+        <translation>Enregistrer les cibles actuelles comme répartition...</translation>
+    </message>
+    <message>
+        <location filename="../window/PresetsMenu.cpp" line="44"/>
+        <source>Save targets</source>
+        <translation>Enregistrer les cibles</translation>
+    </message>
+    <message>
+        <location filename="../window/PresetsMenu.cpp" line="44"/>
+        <source>Name of the target mix:</source>
+        <translation>Nom de la répartition cible :</translation>
+    </message>
     <message>
         <location filename="../window/TranslatableTexts.cpp" line="30"/>
         <source>Conservative</source>
@@ -133,330 +435,50 @@
         <source>All equity</source>
         <translation>Actions seulement</translation>
     </message>
-    <message>
-        <location filename="../window/Unit1.cpp" line="193"/>
-        <source>Accounts</source>
-        <translation>Comptes</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1.cpp" line="194"/>
-        <source>Asset class targets</source>
-        <translation>Cibles par catégorie d’actif</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1.cpp" line="195"/>
-        <source>Portfolio allocation</source>
-        <translation>Répartition du portefeuille</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1.cpp" line="196"/>
-        <location filename="../window/Unit1.cpp" line="200"/>
-        <source>Add</source>
-        <translation>Ajout</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1.cpp" line="197"/>
-        <location filename="../window/Unit1.cpp" line="201"/>
-        <source>Delete</source>
-        <translation>Suppr.</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1.cpp" line="198"/>
-        <source>Clear</source>
-        <translation>Vider</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1.cpp" line="199"/>
-        <source>Add from File</source>
-        <translation>Importer</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1.cpp" line="202"/>
-        <source>Calculate</source>
-        <translation>Calculer</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1.cpp" line="203"/>
-        <location filename="../window/Unit1.cpp" line="549"/>
-        <source>Help</source>
-        <translation>Aide</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1.cpp" line="204"/>
-        <source>Add an account row</source>
-        <translation>Ajouter une ligne de compte</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1.cpp" line="205"/>
-        <source>Delete the current account row</source>
-        <translation>Supprimer la ligne de compte courante</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1.cpp" line="206"/>
-        <source>Empty the accounts grid</source>
-        <translation>Vider la grille des comptes</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1.cpp" line="207"/>
-        <source>Add a class row</source>
-        <translation>Ajouter une ligne de catégorie</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1.cpp" line="208"/>
-        <source>Delete the current class row</source>
-        <translation>Supprimer la ligne de catégorie courante</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1.cpp" line="209"/>
-        <source>Calculate (Ctrl+Enter)</source>
-        <translation>Calculer (Ctrl+Entrée)</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1.cpp" line="210"/>
-        <source>Add accounts from a client file (Ctrl+I)</source>
-        <translation>Ajouter les comptes d’un dossier client (Ctrl+I)</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1.cpp" line="211"/>
-        <location filename="../window/Unit1Document.cpp" line="294"/>
-        <source>Portfolio Allocation</source>
-        <translation>Répartition du portefeuille</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1.cpp" line="213"/>
-        <source>Minimize</source>
-        <translation>Réduire</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1.cpp" line="213"/>
-        <source>Quit</source>
-        <translation>Quitter</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1.cpp" line="217"/>
-        <source>Resize</source>
-        <translation>Redimensionner</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1.cpp" line="218"/>
-        <source>Targets</source>
-        <translation>Cibles</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1.cpp" line="219"/>
-        <source>Target presets</source>
-        <translation>Répartitions cibles prédéfinies</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1.cpp" line="220"/>
-        <source>Fill the targets with a named mix</source>
-        <translation>Remplir les cibles avec une répartition nommée</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1.cpp" line="221"/>
-        <location filename="../window/Unit1.cpp" line="222"/>
-        <source>File</source>
-        <translation>Fichier</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1.cpp" line="223"/>
-        <source>Worksheets, export, print and language</source>
-        <translation>Feuilles de travail, exportation, impression et langue</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1.cpp" line="224"/>
-        <source>Notices</source>
-        <translation>Avis</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1.cpp" line="225"/>
-        <source>Allocation chart</source>
-        <translation>Graphique de répartition</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1.cpp" line="549"/>
-        <source>The help page could not be opened: %1</source>
-        <translation>La page d’aide n’a pu être ouverte : %1</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1.cpp" line="574"/>
-        <source>Save current targets as preset...</source>
-        <translation>Enregistrer les cibles actuelles comme répartition...</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1.cpp" line="587"/>
-        <source>Save targets</source>
-        <translation>Enregistrer les cibles</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1.cpp" line="587"/>
-        <source>Name of the target mix:</source>
-        <translation>Nom de la répartition cible :</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1Document.cpp" line="35"/>
-        <source>Tessary worksheets (*.tessary)</source>
-        <translation>Feuilles de travail Tessary (*.tessary)</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1Document.cpp" line="39"/>
-        <source>allocation</source>
-        <translation>repartition</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1Document.cpp" line="57"/>
-        <location filename="../window/Unit1Document.cpp" line="163"/>
-        <location filename="../window/Unit1Document.cpp" line="258"/>
-        <source>Untitled</source>
-        <translation>Sans titre</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1Document.cpp" line="120"/>
-        <source>&amp;New</source>
-        <translation>&amp;Nouveau</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1Document.cpp" line="121"/>
-        <source>&amp;Open...</source>
-        <translation>&amp;Ouvrir...</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1Document.cpp" line="122"/>
-        <source>Open &amp;Recent</source>
-        <translation>Ouvrir un fichier &amp;récent</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1Document.cpp" line="123"/>
-        <source>&amp;Save</source>
-        <translation>&amp;Enregistrer</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1Document.cpp" line="124"/>
-        <source>Save &amp;As...</source>
-        <translation>Enregistrer &amp;sous...</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1Document.cpp" line="125"/>
-        <source>&amp;Copy Result</source>
-        <translation>&amp;Copier le résultat</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1Document.cpp" line="126"/>
-        <source>Export to CS&amp;V...</source>
-        <translation>Exporter en CS&amp;V...</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1Document.cpp" line="127"/>
-        <source>Export to P&amp;DF...</source>
-        <translation>Exporter en P&amp;DF...</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1Document.cpp" line="128"/>
-        <source>&amp;Print...</source>
-        <translation>&amp;Imprimer...</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1Document.cpp" line="129"/>
-        <source>&amp;Language</source>
-        <translation>&amp;Langue</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1Document.cpp" line="130"/>
-        <source>&amp;Quit</source>
-        <translation>&amp;Quitter</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1Document.cpp" line="164"/>
-        <source>Unsaved changes</source>
-        <translation>Modifications non enregistrées</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1Document.cpp" line="165"/>
-        <source>The worksheet &quot;%1&quot; has changes that are not saved. Save them?</source>
-        <translation>La feuille de travail « %1 » a des modifications non enregistrées. Les enregistrer ?</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1Document.cpp" line="234"/>
-        <source>Open Worksheet</source>
-        <translation>Ouvrir une feuille de travail</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1Document.cpp" line="260"/>
-        <source>Save Worksheet</source>
-        <translation>Enregistrer la feuille de travail</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1Document.cpp" line="271"/>
-        <source>CSV files (*.csv)</source>
-        <translation>Fichiers CSV (*.csv)</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1Document.cpp" line="271"/>
-        <source>Export to CSV</source>
-        <translation>Exporter en CSV</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1Document.cpp" line="282"/>
-        <source>PDF files (*.pdf)</source>
-        <translation>Fichiers PDF (*.pdf)</translation>
-    </message>
-    <message>
-        <location filename="../window/Unit1Document.cpp" line="282"/>
-        <source>Export to PDF</source>
-        <translation>Exporter en PDF</translation>
-    </message>
-    <message numerus="yes">
-        <location filename="../window/Unit1Document.cpp" line="319"/>
-        <source>(%n more)</source>
-        <translation>
-            <numerusform>(%n autre)</numerusform>
-            <numerusform>(%n autres)</numerusform>
-        </translation>
-    </message>
 </context>
 <context>
     <name>tessary::TdlgFromFile</name>
     <message>
-        <location filename="../window/FromFile.cpp" line="28"/>
-        <location filename="../window/FromFile.cpp" line="39"/>
-        <location filename="../window/FromFile.cpp" line="43"/>
-        <location filename="../window/FromFile.cpp" line="71"/>
+        <location filename="../window/ImportDialog.cpp" line="28"/>
+        <location filename="../window/ImportDialog.cpp" line="39"/>
+        <location filename="../window/ImportDialog.cpp" line="43"/>
+        <location filename="../window/ImportDialog.cpp" line="71"/>
         <source>Select File</source>
         <translation>Choisir le dossier</translation>
     </message>
     <message>
-        <location filename="../window/FromFile.cpp" line="54"/>
+        <location filename="../window/ImportDialog.cpp" line="54"/>
         <source>Meridel: personal planning</source>
         <translation>Meridel : planification personnelle</translation>
     </message>
     <message>
-        <location filename="../window/FromFile.cpp" line="55"/>
+        <location filename="../window/ImportDialog.cpp" line="55"/>
         <source>Basalto: corporate planning</source>
         <translation>Basalto : planification d’entreprise</translation>
     </message>
     <message>
-        <location filename="../window/FromFile.cpp" line="56"/>
+        <location filename="../window/ImportDialog.cpp" line="56"/>
         <source>Quorren: trust planning</source>
         <translation>Quorren : planification de fiducie</translation>
     </message>
     <message>
-        <location filename="../window/FromFile.cpp" line="73"/>
+        <location filename="../window/ImportDialog.cpp" line="73"/>
         <source>Select Solution</source>
         <translation>Choisir la solution</translation>
     </message>
     <message>
-        <location filename="../window/FromFile.cpp" line="75"/>
-        <location filename="../window/FromFile.cpp" line="77"/>
+        <location filename="../window/ImportDialog.cpp" line="75"/>
+        <location filename="../window/ImportDialog.cpp" line="77"/>
         <source>Select Party</source>
         <translation>Choisir la partie</translation>
     </message>
     <message>
-        <location filename="../window/FromFile.cpp" line="82"/>
+        <location filename="../window/ImportDialog.cpp" line="82"/>
         <source>OK</source>
         <translation>OK</translation>
     </message>
     <message>
-        <location filename="../window/FromFile.cpp" line="85"/>
+        <location filename="../window/ImportDialog.cpp" line="85"/>
         <source>Cancel</source>
         <translation>Annuler</translation>
     </message>

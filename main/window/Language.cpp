@@ -6,7 +6,7 @@
 #include <QTranslator>
 
 #include "cli/GridFormat.h"
-#include "window/Unit1.h"
+#include "window/SettingsStore.h"
 
 namespace tessary {
 

@@ -1,10 +1,9 @@
-// Notices in the window's language; the core keeps English sentences for the
-// command line and logs.
+#include "window/NoticeText.h"
+
 #include <QCoreApplication>
 #include <cmath>
 
 #include "cli/GridFormat.h"
-#include "window/Unit1.h"
 
 namespace tessary {
 

@@ -27,10 +27,10 @@ namespace tessary {
     QT_TRANSLATE_NOOP("tessary::Vocabulary", "Equities Emerging Markets"),
     QT_TRANSLATE_NOOP("tessary::Vocabulary", "Equities Global"),
     // Built-in target mixes.
-    QT_TRANSLATE_NOOP("tessary::TForm1", "Conservative"),
-    QT_TRANSLATE_NOOP("tessary::TForm1", "Balanced"),
-    QT_TRANSLATE_NOOP("tessary::TForm1", "Growth"),
-    QT_TRANSLATE_NOOP("tessary::TForm1", "All equity"),
+    QT_TRANSLATE_NOOP("tessary::TPresetsMenu", "Conservative"),
+    QT_TRANSLATE_NOOP("tessary::TPresetsMenu", "Balanced"),
+    QT_TRANSLATE_NOOP("tessary::TPresetsMenu", "Growth"),
+    QT_TRANSLATE_NOOP("tessary::TPresetsMenu", "All equity"),
 };
 
 } // namespace tessary

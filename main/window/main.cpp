@@ -7,7 +7,7 @@
 
 #include "cli/Commands.h"
 #include "window/Language.h"
-#include "window/Unit1.h"
+#include "window/MainWindow.h"
 
 int main(int argc, char** argv) {
     QApplication app(argc, argv);
@@ -51,7 +51,7 @@ int main(int argc, char** argv) {
         return 1;
     }
     // A worksheet that cannot be read is reported in the window, which then starts empty.
-    if (!parser.positionalArguments().isEmpty()) form.OpenWorksheet(parser.positionalArguments().first());
+    if (!parser.positionalArguments().isEmpty()) form.Document().OpenWorksheet(parser.positionalArguments().first());
     if (parser.isSet(QStringLiteral("calculate"))) form.btnCalculateClick();
     form.show();
 

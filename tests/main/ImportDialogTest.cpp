@@ -13,8 +13,9 @@
 #include "cli/GridFormat.h"
 #include "core/Vocabulary.h"
 #include "demo/DemoData.h"
-#include "window/FromFile.h"
-#include "window/Unit1.h"
+#include "window/ImportDialog.h"
+#include "window/MainWindow.h"
+#include "WindowWidgets.h"
 
 using namespace tessary;
 
@@ -56,50 +57,50 @@ protected:
 
 TEST_F(ImportDialog, ProductChoiceFillsTheListsAndLabels) {
     struct Case {
-        QRadioButton* TdlgFromFile::*radio;
+        const char* radio;
         QStringList files, parties, holders;
         const char* label1;
         bool holderShown;
     };
     const Case cases[] = {
-        {&TdlgFromFile::cbBS, {"Côté Holdings"}, {"Côté Holdings Inc."}, {"All Shareholders", "Paul Côté", "Sophie Côté"},
+        {"cbBS", {"Côté Holdings"}, {"Côté Holdings Inc."}, {"All Shareholders", "Paul Côté", "Sophie Côté"},
          "Select Corporation", true},
-        {&TdlgFromFile::cbQR, {"Fiducie familiale Roy"}, {"Fiducie familiale Roy"},
+        {"cbQR", {"Fiducie familiale Roy"}, {"Fiducie familiale Roy"},
          {"All Beneficiaries", "Isabelle Roy", "Mathieu Roy", "Camille Roy"}, "Select Trust", true},
         // Back to MD from a corporate product: the holder list goes away.
-        {&TdlgFromFile::cbMD, {}, {}, {""}, "Select Party", false},
+        {"cbMD", {}, {}, {""}, "Select Party", false},
     };
     auto dlg = Open();
     dlg->show();
-    EXPECT_EQ(dlg->cmbFile->count(), 3);
-    EXPECT_EQ(dlg->Label1->text(), "Select Party");
-    EXPECT_FALSE(dlg->cmbImpParty->isVisible());
+    EXPECT_EQ(Named<QComboBox>(dlg.get(), "cmbFile")->count(), 3);
+    EXPECT_EQ(Named<QLabel>(dlg.get(), "Label1")->text(), "Select Party");
+    EXPECT_FALSE(Named<QComboBox>(dlg.get(), "cmbImpParty")->isVisible());
     for (const Case& c : cases) {
-        QTest::mouseClick(dlg.get()->*c.radio, Qt::LeftButton);
+        QTest::mouseClick(Named<QRadioButton>(dlg.get(), c.radio), Qt::LeftButton);
         SCOPED_TRACE(c.label1);
         if (!c.files.isEmpty()) {
-            EXPECT_EQ(Items(dlg->cmbFile), c.files);
+            EXPECT_EQ(Items(Named<QComboBox>(dlg.get(), "cmbFile")), c.files);
         }
         if (!c.parties.isEmpty()) {
-            EXPECT_EQ(Items(dlg->cmbParty), c.parties);
+            EXPECT_EQ(Items(Named<QComboBox>(dlg.get(), "cmbParty")), c.parties);
         }
-        EXPECT_EQ(Items(dlg->cmbImpParty), c.holders);
-        EXPECT_EQ(dlg->Label1->text(), c.label1);
-        EXPECT_EQ(dlg->Label2->isVisible(), c.holderShown);
-        EXPECT_EQ(dlg->cmbImpParty->isVisible(), c.holderShown);
-        EXPECT_EQ(dlg->Kind(), dlg->cbMD->isChecked() ? 0 : dlg->cbBS->isChecked() ? 1 : 2);
-        EXPECT_EQ(dlg->cmbImpParty->currentIndex(), 0);
+        EXPECT_EQ(Items(Named<QComboBox>(dlg.get(), "cmbImpParty")), c.holders);
+        EXPECT_EQ(Named<QLabel>(dlg.get(), "Label1")->text(), c.label1);
+        EXPECT_EQ(Named<QLabel>(dlg.get(), "Label2")->isVisible(), c.holderShown);
+        EXPECT_EQ(Named<QComboBox>(dlg.get(), "cmbImpParty")->isVisible(), c.holderShown);
+        EXPECT_EQ(dlg->Kind(), Named<QRadioButton>(dlg.get(), "cbMD")->isChecked() ? 0 : Named<QRadioButton>(dlg.get(), "cbBS")->isChecked() ? 1 : 2);
+        EXPECT_EQ(Named<QComboBox>(dlg.get(), "cmbImpParty")->currentIndex(), 0);
     }
     EXPECT_TRUE(errors.isEmpty()) << errors.join('\n').toStdString();
 }
 
 TEST_F(ImportDialog, ChoicesCascadeFromFileToSolutionToParties) {
     auto dlg = Open();
-    Pick(dlg->cmbFile, "Tremblay");
-    EXPECT_EQ(Items(dlg->cmbSolution), QStringList({"Current plan", "Retirement at 60"}));
-    EXPECT_EQ(Items(dlg->cmbParty), QStringList({"Marie Tremblay", "Luc Tremblay"}));
-    Pick(dlg->cmbSolution, "Retirement at 60");
-    Pick(dlg->cmbParty, "Luc Tremblay");
+    Pick(Named<QComboBox>(dlg.get(), "cmbFile"), "Tremblay");
+    EXPECT_EQ(Items(Named<QComboBox>(dlg.get(), "cmbSolution")), QStringList({"Current plan", "Retirement at 60"}));
+    EXPECT_EQ(Items(Named<QComboBox>(dlg.get(), "cmbParty")), QStringList({"Marie Tremblay", "Luc Tremblay"}));
+    Pick(Named<QComboBox>(dlg.get(), "cmbSolution"), "Retirement at 60");
+    Pick(Named<QComboBox>(dlg.get(), "cmbParty"), "Luc Tremblay");
     dlg->hbtYesClick();
     EXPECT_EQ(dlg->result(), QDialog::Accepted);
     std::vector<std::pair<std::string, int>> got;
@@ -108,23 +109,23 @@ TEST_F(ImportDialog, ChoicesCascadeFromFileToSolutionToParties) {
                                                          {"3", 36501},  {"4", 143781}, {"5", 241116}};
     EXPECT_EQ(got, want);
 
-    Pick(dlg->cmbFile, "Nguyen");
-    EXPECT_EQ(Items(dlg->cmbSolution), QStringList({"Plan 2019"}));
-    EXPECT_EQ(Items(dlg->cmbParty), QStringList({"Lan Nguyen"}));
+    Pick(Named<QComboBox>(dlg.get(), "cmbFile"), "Nguyen");
+    EXPECT_EQ(Items(Named<QComboBox>(dlg.get(), "cmbSolution")), QStringList({"Plan 2019"}));
+    EXPECT_EQ(Items(Named<QComboBox>(dlg.get(), "cmbParty")), QStringList({"Lan Nguyen"}));
 }
 
 TEST_F(ImportDialog, ProtectedFileWithoutKeyIsReportedOnceShownAndTheDialogStaysUsable) {
     kv_key(QString());
     qunsetenv("TESSARY_CLIENT_KEY");
     auto dlg = Open();
-    EXPECT_EQ(dlg->cmbFile->count(), 0);
+    EXPECT_EQ(Named<QComboBox>(dlg.get(), "cmbFile")->count(), 0);
     EXPECT_TRUE(errors.isEmpty());   // not before the dialog is up
     EXPECT_TRUE(dlg->PendingError().contains("Gagnon")) << dlg->PendingError().toStdString();
     dlg->show();
     QTRY_COMPARE(errors.size(), 1);
     EXPECT_EQ(errors[0], "Client file \"Gagnon\" is protected and no client-file key is configured.");
-    QTest::mouseClick(dlg->cbQR, Qt::LeftButton);
-    EXPECT_EQ(Items(dlg->cmbFile), QStringList({"Fiducie familiale Roy"}));
+    QTest::mouseClick(Named<QRadioButton>(dlg.get(), "cbQR"), Qt::LeftButton);
+    EXPECT_EQ(Items(Named<QComboBox>(dlg.get(), "cmbFile")), QStringList({"Fiducie familiale Roy"}));
     EXPECT_EQ(errors.size(), 1);
 }
 
@@ -148,19 +149,19 @@ TEST_F(ImportDialog, DamagedSolutionNamesItsFileAndLeavesNothingToImport) {
     folders.DataRoot = copy.path();
     auto dlg = Open(folders);
     dlg->show();
-    QTest::mouseClick(dlg->cbBS, Qt::LeftButton);
+    QTest::mouseClick(Named<QRadioButton>(dlg.get(), "cbBS"), Qt::LeftButton);
     ASSERT_EQ(errors.size(), 1);
     EXPECT_TRUE(errors[0].contains(finItems)) << errors[0].toStdString();
-    EXPECT_EQ(dlg->cmbParty->count(), 0);
+    EXPECT_EQ(Named<QComboBox>(dlg.get(), "cmbParty")->count(), 0);
     dlg->hbtYesClick();
     EXPECT_TRUE(dlg->Result().empty());
 }
 
 TEST_F(ImportDialog, UnconfiguredProductListsNothing) {
     auto dlg = Open(TFolderOverrides{});
-    EXPECT_EQ(dlg->cmbFile->count(), 0);
-    EXPECT_EQ(dlg->cmbSolution->count(), 0);
-    EXPECT_EQ(dlg->cmbParty->count(), 0);
+    EXPECT_EQ(Named<QComboBox>(dlg.get(), "cmbFile")->count(), 0);
+    EXPECT_EQ(Named<QComboBox>(dlg.get(), "cmbSolution")->count(), 0);
+    EXPECT_EQ(Named<QComboBox>(dlg.get(), "cmbParty")->count(), 0);
     dlg->hbtYesClick();
     EXPECT_TRUE(dlg->Result().empty());
     EXPECT_TRUE(errors.isEmpty());
@@ -170,9 +171,9 @@ TEST_F(ImportDialog, ModeOneHidesThePartiesAndGivesTheIdentifyingText) {
     auto dlg = Open();
     dlg->Init(1);
     dlg->show();
-    QTest::mouseClick(dlg->cbBS, Qt::LeftButton);
-    EXPECT_FALSE(dlg->cmbParty->isVisible());
-    EXPECT_FALSE(dlg->cmbImpParty->isVisible());
+    QTest::mouseClick(Named<QRadioButton>(dlg.get(), "cbBS"), Qt::LeftButton);
+    EXPECT_FALSE(Named<QComboBox>(dlg.get(), "cmbParty")->isVisible());
+    EXPECT_FALSE(Named<QComboBox>(dlg.get(), "cmbImpParty")->isVisible());
     dlg->hbtYesClick();
     EXPECT_TRUE(dlg->Result().empty());
     ASSERT_EQ(dlg->ResultTexts().size(), 1);
@@ -183,9 +184,9 @@ TEST_F(ImportDialog, LooksLikeTheMainWindow) {
     auto dlg = Open();
     EXPECT_TRUE(dlg->windowFlags() & Qt::FramelessWindowHint);
     EXPECT_TRUE(dlg->isModal());
-    EXPECT_EQ(dlg->lblCaptionBar->text(), "Select File");
+    EXPECT_EQ(Named<QLabel>(dlg.get(), "lblCaptionBar")->text(), "Select File");
     EXPECT_EQ(dlg->size(), QSize(266, 258));
-    EXPECT_TRUE(dlg->hbtYes->isDefault());
+    EXPECT_TRUE(Named<QPushButton>(dlg.get(), "hbtYes")->isDefault());
     // The frame is drawn: the dialog's corner pixels are the frame colour.
     dlg->show();
     const QImage img = dlg->grab().toImage();
@@ -213,7 +214,7 @@ protected:
             drive(dlg);
             if (dlg->isVisible()) dlg->reject();
         });
-        QTest::mouseClick(form->btnImp, Qt::LeftButton);
+        QTest::mouseClick(Named<QPushButton>(form.get(), "btnImp"), Qt::LeftButton);
         EXPECT_TRUE(driven);
     }
     void AddRow(const char* label, double md, std::intptr_t object) {
@@ -233,9 +234,9 @@ TEST_F(WindowImport, AmountsGoIntoEveryMatchingRowAndNewRowsAreAppended) {
     AddRow("", 0, 0);            // removed by the import
     AddRow("TFSAs", 0, 0);       // typed by hand: matched by label, keeps object 0
     Import([](TdlgFromFile* d) {
-        Pick(d->cmbFile, "Tremblay");
-        Pick(d->cmbParty, "Marie Tremblay");
-        QTest::mouseClick(d->hbtYes, Qt::LeftButton);
+        Pick(Named<QComboBox>(d, "cmbFile"), "Tremblay");
+        Pick(Named<QComboBox>(d, "cmbParty"), "Marie Tremblay");
+        QTest::mouseClick(Named<QPushButton>(d, "hbtYes"), Qt::LeftButton);
     });
     struct Row { const char* label; double md; std::intptr_t object; };
     const Row want[] = {
@@ -252,14 +253,14 @@ TEST_F(WindowImport, AmountsGoIntoEveryMatchingRowAndNewRowsAreAppended) {
         EXPECT_EQ(g.Object(0, i + 1), want[i].object);
         total += want[i].md;
     }
-    EXPECT_EQ(form->Label3->text(), AccountsTotalLabel(total, AppLocale()));
+    EXPECT_EQ(Named<QLabel>(form.get(), "Label3")->text(), AccountsTotalLabel(total, AppLocale()));
 }
 
 TEST_F(WindowImport, CorporateShareGoesIntoTheBSColumnAndASecondImportAddsOnTop) {
     TGrid& g = form->Accounts();
     auto importPaul = [](TdlgFromFile* d) {
-        QTest::mouseClick(d->cbBS, Qt::LeftButton);
-        Pick(d->cmbImpParty, "Paul Côté");
+        QTest::mouseClick(Named<QRadioButton>(d, "cbBS"), Qt::LeftButton);
+        Pick(Named<QComboBox>(d, "cmbImpParty"), "Paul Côté");
         QTest::keyClick(d, Qt::Key_Return);   // the default button
     };
     Import(importPaul);
@@ -275,13 +276,13 @@ TEST_F(WindowImport, CorporateShareGoesIntoTheBSColumnAndASecondImportAddsOnTop)
 TEST_F(WindowImport, CancelLeavesTheGridAsItWas) {
     TGrid& g = form->Accounts();
     const int rows = g.RowCount();
-    const QString label = form->Label3->text();
+    const QString label = Named<QLabel>(form.get(), "Label3")->text();
     Import([](TdlgFromFile* d) {
-        Pick(d->cmbFile, "Nguyen");
+        Pick(Named<QComboBox>(d, "cmbFile"), "Nguyen");
         QTest::keyClick(d, Qt::Key_Escape);
     });
     EXPECT_EQ(g.RowCount(), rows);   // the empty row stays: nothing ran
-    EXPECT_EQ(form->Label3->text(), label);
+    EXPECT_EQ(Named<QLabel>(form.get(), "Label3")->text(), label);
 }
 
 } // namespace

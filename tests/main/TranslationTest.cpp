@@ -17,9 +17,11 @@
 
 #include "cli/GridFormat.h"
 #include "core/Vocabulary.h"
-#include "window/FromFile.h"
+#include "window/ImportDialog.h"
 #include "window/Language.h"
-#include "window/Unit1.h"
+#include "window/NoticeText.h"
+#include "window/MainWindow.h"
+#include "WindowWidgets.h"
 
 using namespace tessary;
 
@@ -95,7 +97,7 @@ protected:
     void TearDown() override { ApplyLanguage(TLanguage::English); }
     static std::unique_ptr<TForm1> Filled() {
         auto form = std::make_unique<TForm1>();
-        form->AskSaveChanges = [] { return QMessageBox::Discard; };
+        form->Document().AskSaveChanges = [] { return QMessageBox::Discard; };
         form->show();
         form->LoadInputs(kAccountsCsv, kClassesCsv);
         form->btnCalculateClick();
@@ -111,7 +113,7 @@ TEST_F(Translation, EveryTextOfTheWindowReadsInFrenchAlsoAfterASwitch) {
     ASSERT_FALSE(form->Notices().isEmpty());   // targets at 99 %, a row without type
 
     // Switched while open: the same window must retranslate all of it.
-    form->actFrench->trigger();
+    form->frenchAction->trigger();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::LanguageChange);
     EXPECT_EQ(CurrentLanguage(), TLanguage::French);
     TTexts switched;
@@ -129,7 +131,7 @@ TEST_F(Translation, EveryTextOfTheWindowReadsInFrenchAlsoAfterASwitch) {
     }
 
     // And back.
-    form->actEnglish->trigger();
+    form->englishAction->trigger();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::LanguageChange);
     TTexts back;
     Collect(form.get(), "", back);
@@ -165,13 +167,13 @@ TEST_F(Translation, MoneyNoticesAndVocabularyFollowTheLanguage) {
     ApplyLanguage(TLanguage::French);
     auto form = Filled();
     // fr_CA groups with a space and puts the sign after: "1 040 010 $".
-    const QString total = form->Label3->text();
+    const QString total = Named<QLabel>(form.get(), "Label3")->text();
     EXPECT_EQ(QString(total).replace(QRegularExpression("\\s", QRegularExpression::UseUnicodePropertiesOption), " "), "1 040 010 $") << total.toStdString();
-    EXPECT_TRUE(form->grdAccounts->model()->index(1, 4).data().toString().endsWith("$"));
+    EXPECT_TRUE(Named<TGridView>(form.get(), "grdAccounts")->model()->index(1, 4).data().toString().endsWith("$"));
     // Long French labels stay readable in full as tooltips; amounts need none.
-    const QModelIndex longLabel = form->grdClasses->model()->index(2, 0);
+    const QModelIndex longLabel = Named<TGridView>(form.get(), "grdClasses")->model()->index(2, 0);
     EXPECT_EQ(longLabel.data(Qt::ToolTipRole).toString(), longLabel.data().toString());
-    EXPECT_FALSE(form->grdAccounts->model()->index(1, 4).data(Qt::ToolTipRole).isValid());
+    EXPECT_FALSE(Named<TGridView>(form.get(), "grdAccounts")->model()->index(1, 4).data(Qt::ToolTipRole).isValid());
 
     for (auto labels : {std::vector<std::string_view>(kAccountKindLabels.begin(), kAccountKindLabels.end()),
                         std::vector<std::string_view>(kAccountTypeLabels.begin(), kAccountTypeLabels.end()),

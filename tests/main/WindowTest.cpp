@@ -10,7 +10,8 @@
 #include <QTest>
 #include <QTimer>
 
-#include "window/Unit1.h"
+#include "window/MainWindow.h"
+#include "WindowWidgets.h"
 
 using namespace tessary;
 
@@ -42,7 +43,7 @@ protected:
         auto* combo = qobject_cast<QComboBox*>(QApplication::focusWidget());
         ASSERT_NE(combo, nullptr);
         EXPECT_FALSE(combo->isEditable());
-        EXPECT_EQ(combo->count(), view == form->grdAccounts ? 5 : 6);
+        EXPECT_EQ(combo->count(), view == Named<TGridView>(form.get(), "grdAccounts") ? 5 : 6);
         combo->setCurrentIndex(item);
         emit combo->activated(item);
         QTest::keyClick(combo, Qt::Key_Return);
@@ -56,75 +57,76 @@ TEST_F(Window, StartsWithOneEmptyBodyRowAndZeroTotals) {
     EXPECT_EQ(form->Classes().RowCount(), 2);
     EXPECT_EQ(form->Result().RowCount(), 3);
     EXPECT_EQ(form->Result().ColCount(), 2);
-    EXPECT_EQ(form->Label2->text(), "0%");
-    EXPECT_EQ(form->Label3->text(), "$0");
-    EXPECT_EQ(form->lblCaptionBar->text(), "Tessary");
-    EXPECT_EQ(form->Label1->text(), "Portfolio Allocation");
-    EXPECT_EQ(form->btnImp->text(), "Add from File");
+    EXPECT_EQ(Named<QLabel>(form.get(), "Label2")->text(), "0%");
+    EXPECT_EQ(Named<QLabel>(form.get(), "Label3")->text(), "$0");
+    EXPECT_EQ(Named<QLabel>(form.get(), "lblCaptionBar")->text(), "Tessary");
+    EXPECT_EQ(Named<QLabel>(form.get(), "Label1")->text(), "Portfolio Allocation");
+    EXPECT_EQ(Named<QPushButton>(form.get(), "btnImp")->text(), "Add from File");
     EXPECT_EQ(form->Accounts().Text(4, 0), "Total");
     EXPECT_TRUE(form->windowFlags() & Qt::FramelessWindowHint);
     EXPECT_LE(form->Cnf().Zoom, kDefaultZoom);
     // Calculate ends flush with the classes grid.
-    EXPECT_EQ(form->btnCalculate->geometry().right(), form->grdClasses->geometry().right());
+    auto right = [this](QWidget* w) { return w->mapTo(form.get(), QPoint(w->width() - 1, 0)).x(); };
+    EXPECT_EQ(right(Named<QPushButton>(form.get(), "btnCalculate")), right(Named<TGridView>(form.get(), "grdClasses")));
 }
 
 TEST_F(Window, ComboChoiceSetsTheRowObject) {
-    Choose(form->grdAccounts, 1, 0);
+    Choose(Named<TGridView>(form.get(), "grdAccounts"), 1, 0);
     EXPECT_EQ(form->Accounts().Object(0, 1), 1);
     EXPECT_EQ(form->Accounts().Text(0, 1), "Non-Reg.");
-    Choose(form->grdAccounts, 1, 3);
+    Choose(Named<TGridView>(form.get(), "grdAccounts"), 1, 3);
     EXPECT_EQ(form->Accounts().Object(0, 1), 4);
-    Choose(form->grdClasses, 1, 2);
+    Choose(Named<TGridView>(form.get(), "grdClasses"), 1, 2);
     EXPECT_EQ(form->Classes().Object(0, 1), 3);
     EXPECT_EQ(form->Classes().Text(0, 1), "Equities Canada");
 }
 
 TEST_F(Window, EditingRecomputesTotals) {
-    Type(form->grdAccounts, 1, 1, "1500");
-    Type(form->grdAccounts, 2, 1, "2500.4");
+    Type(Named<TGridView>(form.get(), "grdAccounts"), 1, 1, "1500");
+    Type(Named<TGridView>(form.get(), "grdAccounts"), 2, 1, "2500.4");
     EXPECT_DOUBLE_EQ(form->Accounts().Float(4, 1), 4000.4);
-    EXPECT_EQ(form->Label3->text(), "$4,000");
-    Type(form->grdClasses, 1, 1, "33.5");
-    form->AdvRepeatButton2Click();
-    Type(form->grdClasses, 1, 2, "66.5");
-    EXPECT_EQ(form->Label2->text(), "100%");
+    EXPECT_EQ(Named<QLabel>(form.get(), "Label3")->text(), "$4,000");
+    Type(Named<TGridView>(form.get(), "grdClasses"), 1, 1, "33.5");
+    form->Inputs().AdvRepeatButton2Click();
+    Type(Named<TGridView>(form.get(), "grdClasses"), 1, 2, "66.5");
+    EXPECT_EQ(Named<QLabel>(form.get(), "Label2")->text(), "100%");
 }
 
 TEST_F(Window, TotalColumnAndHeaderAreReadOnly) {
-    auto* m = form->grdAccounts->model();
+    auto* m = Named<TGridView>(form.get(), "grdAccounts")->model();
     EXPECT_FALSE(m->flags(m->index(1, 4)) & Qt::ItemIsEditable);
     EXPECT_FALSE(m->flags(m->index(0, 1)) & Qt::ItemIsEditable);
     EXPECT_TRUE(m->flags(m->index(1, 3)) & Qt::ItemIsEditable);
-    auto* r = form->grdResult->model();
+    auto* r = Named<TGridView>(form.get(), "grdResult")->model();
     EXPECT_FALSE(r->flags(r->index(2, 1)) & Qt::ItemIsEditable);
 }
 
 TEST_F(Window, DeleteAndClearLeaveTheTotalsLabels) {
-    Type(form->grdAccounts, 1, 1, "700");
-    ASSERT_EQ(form->Label3->text(), "$700");
-    form->btnAddAccClick();
-    form->grdAccounts->setCurrentIndex(form->grdAccounts->model()->index(1, 1));
-    form->btnDelAccClick();
+    Type(Named<TGridView>(form.get(), "grdAccounts"), 1, 1, "700");
+    ASSERT_EQ(Named<QLabel>(form.get(), "Label3")->text(), "$700");
+    form->Inputs().btnAddAccClick();
+    Named<TGridView>(form.get(), "grdAccounts")->setCurrentIndex(Named<TGridView>(form.get(), "grdAccounts")->model()->index(1, 1));
+    form->Inputs().btnDelAccClick();
     EXPECT_EQ(form->Accounts().RowCount(), 2);
-    EXPECT_EQ(form->Label3->text(), "$700");
-    form->btnClearClick();
+    EXPECT_EQ(Named<QLabel>(form.get(), "Label3")->text(), "$700");
+    form->Inputs().btnClearClick();
     EXPECT_EQ(form->Accounts().RowCount(), 1);
-    EXPECT_EQ(form->Label3->text(), "$700");
+    EXPECT_EQ(Named<QLabel>(form.get(), "Label3")->text(), "$700");
     // Deleting with no body row does nothing.
-    form->btnDelAccClick();
+    form->Inputs().btnDelAccClick();
     EXPECT_EQ(form->Accounts().RowCount(), 1);
 }
 
 TEST_F(Window, CalculateFillsTheResultGrid) {
     form->LoadInputs("h\nNon-Reg.,600\nRRSPs/RRIFs,400\n", "h\nEquities Canada,40\nShort-Term Fixed,60\n");
-    QTest::mouseClick(form->btnCalculate, Qt::LeftButton);
+    QTest::mouseClick(Named<QPushButton>(form.get(), "btnCalculate"), Qt::LeftButton);
     EXPECT_EQ(form->Result().ColCount(), 5);
     EXPECT_EQ(form->Result().Text(3, 0), "RRSPs/RRIFs");
     EXPECT_DOUBLE_EQ(form->Result().Float(2, 2), 400);
     // The result columns follow the (zoomed) add button's width.
-    EXPECT_EQ(form->Result().ColWidth(2), static_cast<int>(RoundHalfEven(form->btnAddAcc->width() * 2.0)));
-    EXPECT_EQ(form->grdResult->model()->data(form->grdResult->model()->index(2, 1)).toString(), "67");
-    EXPECT_EQ(form->grdResult->columnSpan(0, 3), 2);
+    EXPECT_EQ(form->Result().ColWidth(2), static_cast<int>(RoundHalfEven(Named<QPushButton>(form.get(), "btnAddAcc")->width() * 2.0)));
+    EXPECT_EQ(Named<TGridView>(form.get(), "grdResult")->model()->data(Named<TGridView>(form.get(), "grdResult")->model()->index(2, 1)).toString(), "67");
+    EXPECT_EQ(Named<TGridView>(form.get(), "grdResult")->columnSpan(0, 3), 2);
 }
 
 TEST_F(Window, HitTestGivesTheFrameBehaviour) {
@@ -132,7 +134,7 @@ TEST_F(Window, HitTestGivesTheFrameBehaviour) {
     const QPoint inCaption(cap.left() + 200, cap.center().y());
     const QPoint inButtons = btn.center();
     const QPoint inCorner = corner.center();
-    const QPoint inGrid = form->grdResult->geometry().center();
+    const QPoint inGrid = Named<TGridView>(form.get(), "grdResult")->geometry().center();
     EXPECT_EQ(form->HitTest(inCaption, true), HitArea::Caption);
     EXPECT_EQ(form->HitTest(inCorner, true), HitArea::BottomRight);
     EXPECT_EQ(form->HitTest(inGrid, true), HitArea::Client);
@@ -140,7 +142,7 @@ TEST_F(Window, HitTestGivesTheFrameBehaviour) {
     EXPECT_EQ(form->HitTest(inButtons, false), HitArea::Client);
     // Regions follow a resize.
     form->resize(form->width() + 100, form->height() + 60);
-    EXPECT_EQ(form->CornerRegion().bottomRight(), form->rbCorner->geometry().bottomRight());
+    EXPECT_EQ(form->CornerRegion().bottomRight(), Named<QWidget>(form.get(), "rbCorner")->geometry().bottomRight());
     EXPECT_EQ(form->HitTest(form->CornerRegion().center(), true), HitArea::BottomRight);
 }
 
@@ -162,7 +164,7 @@ TEST(FitZoom, LimitedByTheAvailableHeight) {
 
 TEST_F(Window, PresetsFillTheTargetsAndSavedOnesComeBack) {
     // Built-in mixes first, then the save action.
-    QMenu* menu = form->mnuPresets;
+    QMenu* menu = Named<QMenu>(form.get(), "mnuPresets");
     emit menu->aboutToShow();
     QStringList texts;
     for (QAction* a : menu->actions())
@@ -172,7 +174,7 @@ TEST_F(Window, PresetsFillTheTargetsAndSavedOnesComeBack) {
     EXPECT_EQ(texts.last(), "Save current targets as preset...");
 
     menu->actions().at(1)->trigger();   // Balanced
-    EXPECT_EQ(form->Label2->text(), "100%");
+    EXPECT_EQ(Named<QLabel>(form.get(), "Label2")->text(), "100%");
     EXPECT_EQ(form->Classes().RowCount(), 7);
     EXPECT_EQ(form->Classes().Object(0, 3), 3);
 
@@ -183,17 +185,17 @@ TEST_F(Window, PresetsFillTheTargetsAndSavedOnesComeBack) {
         dlg->setTextValue("Client A/B");
         dlg->accept();
     });
-    form->SaveTargetPreset();
+    form->Inputs().presetsMenu->SaveCurrentTargets();
     emit menu->aboutToShow();
     QAction* saved = nullptr;
     for (QAction* a : menu->actions())
         if (a->text() == "Client A-B") saved = a;
     ASSERT_NE(saved, nullptr);
-    form->btnClearClick();
-    form->ApplyTargetPreset(BuiltInPresets().back());
+    form->Inputs().btnClearClick();
+    form->Inputs().ApplyTargetPreset(BuiltInPresets().back());
     saved->trigger();
     EXPECT_EQ(form->Classes().Float(1, 1), 11);
-    EXPECT_EQ(form->Label2->text(), "101%");
+    EXPECT_EQ(Named<QLabel>(form.get(), "Label2")->text(), "101%");
 }
 
 TEST_F(Window, ShortcutsCalculateAndDeleteClearsACell) {
@@ -201,27 +203,27 @@ TEST_F(Window, ShortcutsCalculateAndDeleteClearsACell) {
     a.SetText(0, 1, "Non-Reg.");
     a.SetObject(0, 1, 1);
     a.SetFloat(1, 1, 1000);
-    form->ApplyTargetPreset(BuiltInPresets().front());
+    form->Inputs().ApplyTargetPreset(BuiltInPresets().front());
     form->activateWindow();
-    form->grdAccounts->setFocus();
-    QTest::keyClick(form->grdAccounts, Qt::Key_Return, Qt::ControlModifier);
+    Named<TGridView>(form.get(), "grdAccounts")->setFocus();
+    QTest::keyClick(Named<TGridView>(form.get(), "grdAccounts"), Qt::Key_Return, Qt::ControlModifier);
     EXPECT_GT(form->Result().ColCount(), 2);
 
-    form->grdAccounts->setCurrentIndex(form->grdAccounts->model()->index(1, 1));
-    QTest::keyClick(form->grdAccounts, Qt::Key_Delete);
+    Named<TGridView>(form.get(), "grdAccounts")->setCurrentIndex(Named<TGridView>(form.get(), "grdAccounts")->model()->index(1, 1));
+    QTest::keyClick(Named<TGridView>(form.get(), "grdAccounts"), Qt::Key_Delete);
     EXPECT_TRUE(a.Cell(1, 1).IsEmpty());
-    EXPECT_EQ(form->Label3->text(), "$0");
+    EXPECT_EQ(Named<QLabel>(form.get(), "Label3")->text(), "$0");
     // The total column is not typed into, so Delete leaves it.
-    form->grdAccounts->setCurrentIndex(form->grdAccounts->model()->index(1, 4));
-    QTest::keyClick(form->grdAccounts, Qt::Key_Delete);
+    Named<TGridView>(form.get(), "grdAccounts")->setCurrentIndex(Named<TGridView>(form.get(), "grdAccounts")->model()->index(1, 4));
+    QTest::keyClick(Named<TGridView>(form.get(), "grdAccounts"), Qt::Key_Delete);
     EXPECT_FALSE(a.Cell(4, 1).IsEmpty());
 }
 
 TEST_F(Window, KeyboardReachesEverythingAndIconButtonsHaveNames) {
     // Tab walks the grids and buttons in reading order.
     QStringList chain;
-    QWidget* w = form->grdAccounts;
-    for (int i = 0; i < 200 && (chain.isEmpty() || w != form->grdAccounts); ++i) {
+    QWidget* w = Named<TGridView>(form.get(), "grdAccounts");
+    for (int i = 0; i < 200 && (chain.isEmpty() || w != Named<TGridView>(form.get(), "grdAccounts")); ++i) {
         if (w->isVisible() && (w->focusPolicy() & Qt::TabFocus) && w->isEnabled()) chain << w->objectName();
         w = w->nextInFocusChain();
     }
@@ -234,11 +236,11 @@ TEST_F(Window, KeyboardReachesEverythingAndIconButtonsHaveNames) {
     EXPECT_EQ(at, order.size()) << chain.join(' ').toStdString();
 
     // Enter in a grid moves down, in the same column.
-    form->btnAddAccClick();
-    form->grdAccounts->setFocus();
-    form->grdAccounts->setCurrentIndex(form->grdAccounts->model()->index(1, 2));
-    QTest::keyClick(form->grdAccounts, Qt::Key_Return);
-    EXPECT_EQ(form->grdAccounts->currentIndex(), form->grdAccounts->model()->index(2, 2));
+    form->Inputs().btnAddAccClick();
+    Named<TGridView>(form.get(), "grdAccounts")->setFocus();
+    Named<TGridView>(form.get(), "grdAccounts")->setCurrentIndex(Named<TGridView>(form.get(), "grdAccounts")->model()->index(1, 2));
+    QTest::keyClick(Named<TGridView>(form.get(), "grdAccounts"), Qt::Key_Return);
+    EXPECT_EQ(Named<TGridView>(form.get(), "grdAccounts")->currentIndex(), Named<TGridView>(form.get(), "grdAccounts")->model()->index(2, 2));
 
     // Ctrl+I opens the import dialog from anywhere in the window.
     bool opened = false;
@@ -248,7 +250,7 @@ TEST_F(Window, KeyboardReachesEverythingAndIconButtonsHaveNames) {
             QTest::keyClick(dlg, Qt::Key_Escape);
         }
     });
-    QTest::keyClick(form->grdClasses, Qt::Key_I, Qt::ControlModifier);
+    QTest::keyClick(Named<TGridView>(form.get(), "grdClasses"), Qt::Key_I, Qt::ControlModifier);
     EXPECT_TRUE(opened);
 
     // Buttons that show no words must still be named for a screen reader.

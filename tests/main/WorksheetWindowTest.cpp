@@ -15,7 +15,9 @@
 #include <QTest>
 
 #include "report/Worksheet.h"
-#include "window/Unit1.h"
+#include "window/MainWindow.h"
+#include "window/SettingsStore.h"
+#include "WindowWidgets.h"
 
 using namespace tessary;
 
@@ -36,12 +38,12 @@ protected:
     void SetUp() override {
         ASSERT_TRUE(dir.isValid());
         form = std::make_unique<TForm1>();
-        form->ShowError = [this](const QString& m) { errors << m; };
-        form->AskSaveChanges = [this] {
+        form->Document().ShowError = [this](const QString& m) { errors << m; };
+        form->Document().AskSaveChanges = [this] {
             ++asked;
             return answer;
         };
-        form->ChooseFile = [this](bool save, const QString&, const QString&, const QString&) {
+        form->Document().ChooseFile = [this](bool save, const QString&, const QString&, const QString&) {
             chosenForSave << save;
             return chosen;
         };
@@ -50,7 +52,7 @@ protected:
     }
     void TearDown() override {
         // Nothing may stop the window from closing at the end of a test.
-        form->AskSaveChanges = [] { return QMessageBox::Discard; };
+        form->Document().AskSaveChanges = [] { return QMessageBox::Discard; };
     }
     void FillAndCalculate() {
         form->LoadInputs(kAccountsCsv, kClassesCsv);
@@ -68,52 +70,52 @@ protected:
 };
 
 TEST_F(WorksheetWindow, SaveNewOpenRoundTripAndTheUnsavedMark) {
-    EXPECT_FALSE(form->IsModified());
-    EXPECT_EQ(form->lblCaptionBar->text(), "Tessary");
+    EXPECT_FALSE(form->Document().IsModified());
+    EXPECT_EQ(Named<QLabel>(form.get(), "lblCaptionBar")->text(), "Tessary");
     FillAndCalculate();
-    EXPECT_TRUE(form->IsModified());
-    EXPECT_EQ(form->lblCaptionBar->text(), "Untitled* - Tessary");
+    EXPECT_TRUE(form->Document().IsModified());
+    EXPECT_EQ(Named<QLabel>(form.get(), "lblCaptionBar")->text(), "Untitled* - Tessary");
     const QByteArray before = WorksheetToJson(form->Accounts(), form->Classes(), form->Result());
 
     // Save on an untitled worksheet asks where; the suffix is added.
     chosen = Path("client");
-    ASSERT_TRUE(form->actSaveClick());
+    ASSERT_TRUE(form->Document().actSaveClick());
     EXPECT_EQ(chosenForSave, QList<bool>{true});
-    EXPECT_EQ(form->CurrentFile(), Path("client.tessary"));
-    EXPECT_FALSE(form->IsModified());
-    EXPECT_EQ(form->lblCaptionBar->text(), "client.tessary - Tessary");
+    EXPECT_EQ(form->Document().CurrentFile(), Path("client.tessary"));
+    EXPECT_FALSE(form->Document().IsModified());
+    EXPECT_EQ(Named<QLabel>(form.get(), "lblCaptionBar")->text(), "client.tessary - Tessary");
     EXPECT_EQ(WorksheetToJson(ReadWorksheet(Path("client.tessary")).accounts, form->Classes(), form->Result()),
               before);
 
-    form->actNewClick();
+    form->Document().actNewClick();
     EXPECT_EQ(asked, 0);   // nothing unsaved
     EXPECT_EQ(form->Accounts().RowCount(), 2);
     EXPECT_EQ(form->Result().ColCount(), 2);
-    EXPECT_EQ(form->Label3->text(), "$0");
-    EXPECT_TRUE(form->CurrentFile().isEmpty());
+    EXPECT_EQ(Named<QLabel>(form.get(), "Label3")->text(), "$0");
+    EXPECT_TRUE(form->Document().CurrentFile().isEmpty());
 
-    ASSERT_TRUE(form->OpenWorksheet(Path("client.tessary")));
+    ASSERT_TRUE(form->Document().OpenWorksheet(Path("client.tessary")));
     EXPECT_EQ(WorksheetToJson(form->Accounts(), form->Classes(), form->Result()), before);
-    EXPECT_FALSE(form->IsModified());
-    EXPECT_EQ(form->Label3->text(), "$1,040,000");
-    EXPECT_EQ(form->Label2->text(), "100%");
+    EXPECT_FALSE(form->Document().IsModified());
+    EXPECT_EQ(Named<QLabel>(form.get(), "Label3")->text(), "$1,040,000");
+    EXPECT_EQ(Named<QLabel>(form.get(), "Label2")->text(), "100%");
     // Widths come back zoomed, as the window shows them at start-up.
     EXPECT_EQ(form->Result().ColWidth(0), TForm1().Result().ColWidth(0));
 
     // An edit marks it; saving again writes to the same file without asking.
     form->Classes().SetFloat(1, 1, 12);
-    form->grdClasses->Refresh();
-    EXPECT_EQ(form->lblCaptionBar->text(), "client.tessary* - Tessary");
+    Named<TGridView>(form.get(), "grdClasses")->Refresh();
+    EXPECT_EQ(Named<QLabel>(form.get(), "lblCaptionBar")->text(), "client.tessary* - Tessary");
     chosenForSave.clear();
     QTest::keyClick(form.get(), Qt::Key_S, Qt::ControlModifier);
     EXPECT_TRUE(chosenForSave.isEmpty());
-    EXPECT_FALSE(form->IsModified());
+    EXPECT_FALSE(form->Document().IsModified());
     EXPECT_EQ(ReadWorksheet(Path("client.tessary")).classes.Float(1, 1), 12);
 
     QSettings settings = ProgramSettingsStore();
     EXPECT_EQ(settings.value("RecentWorksheets").toStringList().value(0), Path("client.tessary"));
-    emit form->mnuRecent->aboutToShow();
-    ASSERT_FALSE(form->mnuRecent->actions().isEmpty());
+    emit Named<QMenu>(form.get(), "mnuRecent")->aboutToShow();
+    ASSERT_FALSE(Named<QMenu>(form.get(), "mnuRecent")->actions().isEmpty());
 }
 
 TEST_F(WorksheetWindow, ADamagedOrForeignDocumentLeavesTheGridsAsTheyWere) {
@@ -138,14 +140,14 @@ TEST_F(WorksheetWindow, ADamagedOrForeignDocumentLeavesTheGridsAsTheyWere) {
         f.write(c.bytes);
         f.close();
         errors.clear();
-        EXPECT_FALSE(form->OpenWorksheet(Path(c.name)));
+        EXPECT_FALSE(form->Document().OpenWorksheet(Path(c.name)));
         ASSERT_EQ(errors.size(), 1);
         EXPECT_TRUE(errors.first().contains(c.message)) << errors.first().toStdString();
         EXPECT_EQ(WorksheetToJson(form->Accounts(), form->Classes(), form->Result()), before);
-        EXPECT_TRUE(form->CurrentFile().isEmpty());
+        EXPECT_TRUE(form->Document().CurrentFile().isEmpty());
     }
     errors.clear();
-    EXPECT_FALSE(form->OpenWorksheet(Path("missing.tessary")));
+    EXPECT_FALSE(form->Document().OpenWorksheet(Path("missing.tessary")));
     EXPECT_EQ(errors.size(), 1);
 }
 
@@ -163,12 +165,12 @@ TEST_F(WorksheetWindow, UnsavedChangesPromptDecidesWhatHappens) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         form = std::make_unique<TForm1>();
-        form->ShowError = [this](const QString& m) { errors << m; };
-        form->AskSaveChanges = [this] {
+        form->Document().ShowError = [this](const QString& m) { errors << m; };
+        form->Document().AskSaveChanges = [this] {
             ++asked;
             return answer;
         };
-        form->ChooseFile = [this](bool, const QString&, const QString&, const QString&) { return chosen; };
+        form->Document().ChooseFile = [this](bool, const QString&, const QString&, const QString&) { return chosen; };
         form->show();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(form.get()));
         asked = 0;
@@ -185,7 +187,7 @@ TEST_F(WorksheetWindow, UnsavedChangesPromptDecidesWhatHappens) {
         EXPECT_EQ(QFile::exists(Path(c.name) + ".tessary"), c.saved);
         // New asks the same way; Cancel keeps the grids.
         if (!c.closes) {
-            form->actNewClick();
+            form->Document().actNewClick();
             EXPECT_EQ(asked, 2);
             EXPECT_EQ(form->Accounts().RowCount(), 6);
         }
@@ -195,7 +197,7 @@ TEST_F(WorksheetWindow, UnsavedChangesPromptDecidesWhatHappens) {
 TEST_F(WorksheetWindow, CopyGivesTabSeparatedCellsAsShown) {
     FillAndCalculate();
     // Equities Canada, MD taxable: 38 % and $96,154 on screen.
-    auto* view = form->grdResult;
+    auto* view = Named<TGridView>(form.get(), "grdResult");
     view->setFocus();
     view->selectionModel()->clearSelection();
     for (int c = 0; c <= 2; ++c)
@@ -205,7 +207,7 @@ TEST_F(WorksheetWindow, CopyGivesTabSeparatedCellsAsShown) {
 
     // The menu copies the selection too, and the whole grid when nothing is selected.
     view->selectionModel()->clearSelection();
-    form->actCopy->trigger();
+    form->Document().copyAction->trigger();
     const QStringList lines = QApplication::clipboard()->text().split('\n', Qt::SkipEmptyParts);
     ASSERT_EQ(lines.size(), form->Result().RowCount());
     EXPECT_EQ(lines.at(0).split('\t').size(), form->Result().ColCount());
@@ -215,14 +217,14 @@ TEST_F(WorksheetWindow, CopyGivesTabSeparatedCellsAsShown) {
 TEST_F(WorksheetWindow, CsvAndPdfExportsWriteTheirFiles) {
     FillAndCalculate();
     chosen = Path("result");
-    form->actExportCsvClick();
+    form->Document().actExportCsvClick();
     const QByteArray csv = ReadAll(Path("result.csv"));
     ASSERT_FALSE(csv.isEmpty());
     EXPECT_TRUE(csv.startsWith("\xEF\xBB\xBF"));   // spreadsheets then read accents right
     EXPECT_TRUE(csv.contains("\r\nEquities Canada,38,96154,")) << csv.toStdString();
 
     chosen = Path("report.pdf");
-    form->actExportPdfClick();
+    form->Document().actExportPdfClick();
     const QByteArray pdf = ReadAll(Path("report.pdf"));
     ASSERT_TRUE(pdf.startsWith("%PDF-"));
     EXPECT_GT(pdf.size(), 2000);
@@ -231,14 +233,14 @@ TEST_F(WorksheetWindow, CsvAndPdfExportsWriteTheirFiles) {
 
     // A folder that cannot be written to: a message, no crash, no file.
     chosen = Path("no-such-folder/report.pdf");
-    form->actExportPdfClick();
+    form->Document().actExportPdfClick();
     ASSERT_EQ(errors.size(), 1);
     EXPECT_TRUE(errors.first().contains("report.pdf"));
 }
 
 TEST_F(WorksheetWindow, ChartFollowsTheResultGridOnEveryCalculation) {
     auto bars = [this] {
-        const auto series = form->chtAllocation->chart()->series();
+        const auto series = Named<QChartView>(form.get(), "chtAllocation")->chart()->series();
         return series.isEmpty() ? nullptr : qobject_cast<QStackedBarSeries*>(series.first());
     };
     FillAndCalculate();
@@ -256,7 +258,7 @@ TEST_F(WorksheetWindow, ChartFollowsTheResultGridOnEveryCalculation) {
         }
         // A second calculation with other targets and one account fewer.
         form->Accounts().DeleteRow(5);
-        form->ApplyTargetPreset(BuiltInPresets().back());
+        form->Inputs().ApplyTargetPreset(BuiltInPresets().back());
         form->btnCalculateClick();
     }
     // Same colour for a class whatever its place.
@@ -284,17 +286,17 @@ TEST_F(WorksheetWindow, NoticeLineSaysWhatIsOdd) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        form->actNewClick();
-        form->AskSaveChanges = [] { return QMessageBox::Discard; };
+        form->Document().actNewClick();
+        form->Document().AskSaveChanges = [] { return QMessageBox::Discard; };
         form->LoadInputs(c.accounts, c.classes);
         if (c.notice == nullptr) {
             EXPECT_TRUE(form->Notices().isEmpty()) << form->Notices().join("|").toStdString();
-            EXPECT_TRUE(form->lblNotices->text().isEmpty());
+            EXPECT_TRUE(Named<QLabel>(form.get(), "lblNotices")->text().isEmpty());
         } else {
             ASSERT_FALSE(form->Notices().isEmpty());
             EXPECT_TRUE(form->Notices().first().startsWith(c.notice)) << form->Notices().first().toStdString();
-            EXPECT_FALSE(form->lblNotices->text().isEmpty());
-            EXPECT_TRUE(form->lblNotices->toolTip().contains(c.notice));
+            EXPECT_FALSE(Named<QLabel>(form.get(), "lblNotices")->text().isEmpty());
+            EXPECT_TRUE(Named<QLabel>(form.get(), "lblNotices")->toolTip().contains(c.notice));
         }
         // Calculate keeps telling, even about the rows it has just dropped.
         form->btnCalculateClick();

@@ -11,8 +11,8 @@
 
 #include "cli/Commands.h"
 #include "demo/DemoData.h"
-#include "window/FromFile.h"
-#include "window/Unit1.h"
+#include "window/ImportDialog.h"
+#include "window/MainWindow.h"
 
 using namespace tessary;
 
@@ -72,16 +72,16 @@ int main(int argc, char** argv) {
 
         bool saved = false;
         Import(form, [&](TdlgFromFile& d) {
-            d.cbBS->click();
-            Pick(d.cmbImpParty, QStringLiteral("Paul Côté"));
+            d.productBsRadio->click();
+            Pick(d.holderCombo, QStringLiteral("Paul Côté"));
             QTest::qWait(100);
             saved = Composite(form, d).save(out + "/import-dialog.png", "PNG");
-            d.hbtYes->click();
+            d.okButton->click();
         });
         Import(form, [](TdlgFromFile& d) {
-            Pick(d.cmbFile, QStringLiteral("Tremblay"));
-            Pick(d.cmbParty, QStringLiteral("Marie Tremblay"));
-            d.hbtYes->click();
+            Pick(d.fileCombo, QStringLiteral("Tremblay"));
+            Pick(d.partyCombo, QStringLiteral("Marie Tremblay"));
+            d.okButton->click();
         });
         form.btnCalculateClick();
         QTest::qWait(100);

@@ -1,4 +1,4 @@
-#include "window/FromFile.h"
+#include "window/ImportDialog.h"
 
 #include <QApplication>
 #include <QMessageBox>
@@ -38,10 +38,10 @@ TdlgFromFile::TdlgFromFile(TFolderOverrides folders, double zoom, QWidget* paren
 
     ShowError = [this](const QString& message) { QMessageBox::warning(this, tr("Select File"), message); };
 
-    pnCaption = new TCaptionBar(this);
-    pnCaption->setObjectName(QStringLiteral("pnCaption"));
-    lblCaptionBar = new QLabel(tr("Select File"), this);
-    lblCaptionBar->setObjectName(QStringLiteral("lblCaptionBar"));
+    captionBar = new TCaptionBar(this);
+    captionBar->setObjectName(QStringLiteral("pnCaption"));
+    captionLabel = new QLabel(tr("Select File"), this);
+    captionLabel->setObjectName(QStringLiteral("lblCaptionBar"));
 
     auto radio = [this](const char* name, const QString& text, const QString& product) {
         auto* r = new QRadioButton(text, this);
@@ -51,10 +51,10 @@ TdlgFromFile::TdlgFromFile(TFolderOverrides folders, double zoom, QWidget* paren
         connect(r, &QRadioButton::clicked, this, &TdlgFromFile::cbMDClick);
         return r;
     };
-    cbMD = radio("cbMD", QStringLiteral("MD"), tr("Meridel: personal planning"));
-    cbBS = radio("cbBS", QStringLiteral("BS"), tr("Basalto: corporate planning"));
-    cbQR = radio("cbQR", QStringLiteral("QR"), tr("Quorren: trust planning"));
-    cbMD->setChecked(true);
+    productMdRadio = radio("cbMD", QStringLiteral("MD"), tr("Meridel: personal planning"));
+    productBsRadio = radio("cbBS", QStringLiteral("BS"), tr("Basalto: corporate planning"));
+    productQrRadio = radio("cbQR", QStringLiteral("QR"), tr("Quorren: trust planning"));
+    productMdRadio->setChecked(true);
 
     auto label = [this](const char* name, const QString& text) {
         auto* l = new QLabel(text, this);
@@ -68,57 +68,57 @@ TdlgFromFile::TdlgFromFile(TFolderOverrides folders, double zoom, QWidget* paren
         buddy->setBuddy(c);
         return c;
     };
-    lblBSFile = label("lblBSFile", tr("Select File"));
-    cmbFile = combo("cmbFile", lblBSFile);
-    lblBSSolution = label("lblBSSolution", tr("Select Solution"));
-    cmbSolution = combo("cmbSolution", lblBSSolution);
-    Label1 = label("Label1", tr("Select Party"));
-    cmbParty = combo("cmbParty", Label1);
-    Label2 = label("Label2", tr("Select Party"));
-    cmbImpParty = combo("cmbImpParty", Label2);
-    Label2->hide();
-    cmbImpParty->hide();
+    fileLabel = label("lblBSFile", tr("Select File"));
+    fileCombo = combo("cmbFile", fileLabel);
+    solutionLabel = label("lblBSSolution", tr("Select Solution"));
+    solutionCombo = combo("cmbSolution", solutionLabel);
+    partyLabel = label("Label1", tr("Select Party"));
+    partyCombo = combo("cmbParty", partyLabel);
+    holderLabel = label("Label2", tr("Select Party"));
+    holderCombo = combo("cmbImpParty", holderLabel);
+    holderLabel->hide();
+    holderCombo->hide();
 
-    hbtYes = new QPushButton(tr("OK"), this);
-    hbtYes->setObjectName(QStringLiteral("hbtYes"));
-    hbtYes->setDefault(true);
-    hbtNo = new QPushButton(tr("Cancel"), this);
-    hbtNo->setObjectName(QStringLiteral("hbtNo"));
+    okButton = new QPushButton(tr("OK"), this);
+    okButton->setObjectName(QStringLiteral("hbtYes"));
+    okButton->setDefault(true);
+    cancelButton = new QPushButton(tr("Cancel"), this);
+    cancelButton->setObjectName(QStringLiteral("hbtNo"));
 
-    connect(cmbFile, &QComboBox::activated, this, &TdlgFromFile::cmbFileChange);
-    connect(cmbSolution, &QComboBox::activated, this, &TdlgFromFile::cmbSolutionChange);
-    connect(hbtYes, &QPushButton::clicked, this, &TdlgFromFile::hbtYesClick);
-    connect(hbtNo, &QPushButton::clicked, this, &QDialog::reject);
+    connect(fileCombo, &QComboBox::activated, this, &TdlgFromFile::cmbFileChange);
+    connect(solutionCombo, &QComboBox::activated, this, &TdlgFromFile::cmbSolutionChange);
+    connect(okButton, &QPushButton::clicked, this, &TdlgFromFile::hbtYesClick);
+    connect(cancelButton, &QPushButton::clicked, this, &QDialog::reject);
 
     const double z = zoom_;
     auto place = [z](QWidget* w, double x, double y, double wd, double ht) {
         w->setGeometry(Scaled(x, z), Scaled(y, z), Scaled(wd, z), Scaled(ht, z));
     };
     setFixedSize(Scaled(kDialogWidth, z), Scaled(kDialogHeight, z));
-    place(pnCaption, 0, 0, kDialogWidth, kCaptionHeight);
-    place(lblCaptionBar, 9, 3, 200, 20);
-    place(cbMD, 16, 36, 50, 20);
-    place(cbBS, 72, 36, 50, 20);
-    place(cbQR, 128, 36, 50, 20);
-    place(lblBSFile, 15, 60, 237, 16);
-    place(cmbFile, 15, 76, 237, 21);
-    place(lblBSSolution, 15, 100, 237, 16);
-    place(cmbSolution, 15, 116, 237, 21);
-    place(Label1, 15, 140, 237, 16);
-    place(cmbParty, 15, 156, 237, 21);
-    place(Label2, 15, 181, 237, 16);
-    place(cmbImpParty, 15, 197, 237, 21);
-    place(hbtYes, 112, 228, 66, 22);
-    place(hbtNo, 186, 228, 66, 22);
+    place(captionBar, 0, 0, kDialogWidth, kCaptionHeight);
+    place(captionLabel, 9, 3, 200, 20);
+    place(productMdRadio, 16, 36, 50, 20);
+    place(productBsRadio, 72, 36, 50, 20);
+    place(productQrRadio, 128, 36, 50, 20);
+    place(fileLabel, 15, 60, 237, 16);
+    place(fileCombo, 15, 76, 237, 21);
+    place(solutionLabel, 15, 100, 237, 16);
+    place(solutionCombo, 15, 116, 237, 21);
+    place(partyLabel, 15, 140, 237, 16);
+    place(partyCombo, 15, 156, 237, 21);
+    place(holderLabel, 15, 181, 237, 16);
+    place(holderCombo, 15, 197, 237, 21);
+    place(okButton, 112, 228, 66, 22);
+    place(cancelButton, 186, 228, 66, 22);
 
-    setTabOrder(cbMD, cbBS);
-    setTabOrder(cbBS, cbQR);
-    setTabOrder(cbQR, cmbFile);
-    setTabOrder(cmbFile, cmbSolution);
-    setTabOrder(cmbSolution, cmbParty);
-    setTabOrder(cmbParty, cmbImpParty);
-    setTabOrder(cmbImpParty, hbtYes);
-    setTabOrder(hbtYes, hbtNo);
+    setTabOrder(productMdRadio, productBsRadio);
+    setTabOrder(productBsRadio, productQrRadio);
+    setTabOrder(productQrRadio, fileCombo);
+    setTabOrder(fileCombo, solutionCombo);
+    setTabOrder(solutionCombo, partyCombo);
+    setTabOrder(partyCombo, holderCombo);
+    setTabOrder(holderCombo, okButton);
+    setTabOrder(okButton, cancelButton);
 
     session_.Mode = 0;
     cbMDClick();
@@ -129,10 +129,10 @@ TdlgFromFile::~TdlgFromFile() = default;
 
 void TdlgFromFile::Init(int mode) {
     session_.Mode = mode;
-    Label1->hide();
-    cmbParty->hide();
-    Label2->hide();
-    cmbImpParty->hide();
+    partyLabel->hide();
+    partyCombo->hide();
+    holderLabel->hide();
+    holderCombo->hide();
 }
 
 void TdlgFromFile::Report(const std::exception& e) {
@@ -146,74 +146,74 @@ void TdlgFromFile::Report(const std::exception& e) {
 }
 
 void TdlgFromFile::ClearPartyLists() {
-    cmbParty->clear();
-    cmbImpParty->clear();
+    partyCombo->clear();
+    holderCombo->clear();
 }
 
 void TdlgFromFile::ApplyPartyLabels() {
-    Label1->setText(session_.PartyLabel());
-    cmbParty->setAccessibleName(Label1->text());
+    partyLabel->setText(session_.PartyLabel());
+    partyCombo->setAccessibleName(partyLabel->text());
     const bool shown = session_.HolderListShown();
-    Label2->setVisible(shown);
-    cmbImpParty->setVisible(shown);
+    holderLabel->setVisible(shown);
+    holderCombo->setVisible(shown);
 }
 
 void TdlgFromFile::cbMDClick() {
-    const std::uint8_t kind = cbMD->isChecked() ? 0 : cbBS->isChecked() ? 1 : 2;
-    QSignalBlocker block(cmbFile);
+    const std::uint8_t kind = productMdRadio->isChecked() ? 0 : productBsRadio->isChecked() ? 1 : 2;
+    QSignalBlocker block(fileCombo);
     try {
         session_.ChooseProduct(kind);
     } catch (const std::exception& e) {
-        cmbFile->clear();
-        cmbSolution->clear();
+        fileCombo->clear();
+        solutionCombo->clear();
         ClearPartyLists();
         Report(e);
         return;
     }
     if (session_.DataDir().isEmpty()) {
-        cmbFile->clear();
-        cmbSolution->clear();
-        cmbParty->clear();
+        fileCombo->clear();
+        solutionCombo->clear();
+        partyCombo->clear();
         return;
     }
-    cmbFile->clear();
-    cmbFile->addItems(session_.FileNames());
-    if (cmbFile->count() > 0) cmbFile->setCurrentIndex(0);
+    fileCombo->clear();
+    fileCombo->addItems(session_.FileNames());
+    if (fileCombo->count() > 0) fileCombo->setCurrentIndex(0);
     cmbFileChange();
 }
 
 void TdlgFromFile::cmbFileChange() {
-    QSignalBlocker block(cmbSolution);
-    cmbSolution->clear();
-    if (cmbFile->currentIndex() < 0) return;
+    QSignalBlocker block(solutionCombo);
+    solutionCombo->clear();
+    if (fileCombo->currentIndex() < 0) return;
     // The participants shown belong to the model this replaces.
     ClearPartyLists();
     try {
-        session_.ChooseFile(cmbFile->currentIndex());
+        session_.ChooseFile(fileCombo->currentIndex());
     } catch (const std::exception& e) {
         Report(e);
         return;
     }
-    cmbSolution->addItems(session_.SolutionNames());
-    cmbSolution->setCurrentIndex(0);
+    solutionCombo->addItems(session_.SolutionNames());
+    solutionCombo->setCurrentIndex(0);
     cmbSolutionChange();
 }
 
 void TdlgFromFile::cmbSolutionChange() {
     ClearPartyLists();
     ApplyPartyLabels();
-    if (cmbSolution->currentIndex() < 0) return;
+    if (solutionCombo->currentIndex() < 0) return;
     try {
-        session_.ChooseSolution(cmbSolution->currentIndex());
+        session_.ChooseSolution(solutionCombo->currentIndex());
     } catch (const std::exception& e) {
         Report(e);
         return;
     }
-    cmbImpParty->addItem(session_.HolderFirstText());
-    for (const kv::TParticipant* p : session_.Parties()) cmbParty->addItem(PartyName(*p));
-    for (const kv::TParticipant* p : session_.Holders()) cmbImpParty->addItem(PartyName(*p));
-    cmbParty->setCurrentIndex(cmbParty->count() > 0 ? 0 : -1);
-    cmbImpParty->setCurrentIndex(0);
+    holderCombo->addItem(session_.HolderFirstText());
+    for (const kv::TParticipant* p : session_.Parties()) partyCombo->addItem(PartyName(*p));
+    for (const kv::TParticipant* p : session_.Holders()) holderCombo->addItem(PartyName(*p));
+    partyCombo->setCurrentIndex(partyCombo->count() > 0 ? 0 : -1);
+    holderCombo->setCurrentIndex(0);
 }
 
 void TdlgFromFile::hbtYesClick() {
@@ -221,16 +221,16 @@ void TdlgFromFile::hbtYesClick() {
     result_.clear();
     resultTexts_.clear();
     if (session_.Mode != 0) {
-        if (cmbFile->currentIndex() >= 0 && cmbSolution->currentIndex() >= 0 && session_.Model())
+        if (fileCombo->currentIndex() >= 0 && solutionCombo->currentIndex() >= 0 && session_.Model())
             resultTexts_ << session_.IdentifyingText();
         return;
     }
-    const int partyIndex = cmbParty->currentIndex();
-    if (cmbFile->currentIndex() < 0 || cmbSolution->currentIndex() < 0 || partyIndex < 0) return;
+    const int partyIndex = partyCombo->currentIndex();
+    if (fileCombo->currentIndex() < 0 || solutionCombo->currentIndex() < 0 || partyIndex < 0) return;
     const auto& parties = session_.Parties();
     if (partyIndex >= static_cast<int>(parties.size())) return;
     const kv::TParticipant* holder = nullptr;
-    const int holderIndex = cmbImpParty->currentIndex();
+    const int holderIndex = holderCombo->currentIndex();
     if (holderIndex > 0 && holderIndex <= static_cast<int>(session_.Holders().size()))
         holder = session_.Holders()[static_cast<std::size_t>(holderIndex - 1)];
     result_ = session_.Collect(parties[static_cast<std::size_t>(partyIndex)], holder);
@@ -256,7 +256,7 @@ void TdlgFromFile::showEvent(QShowEvent* event) {
 }
 
 void TdlgFromFile::mousePressEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton && pnCaption->geometry().contains(event->position().toPoint())) {
+    if (event->button() == Qt::LeftButton && captionBar->geometry().contains(event->position().toPoint())) {
         QWindow* handle = windowHandle();
         if (!handle || !handle->startSystemMove()) {
             dragging_ = true;

@@ -37,21 +37,22 @@ public:
     // How a loading error is shown; a message box unless replaced (tests do).
     std::function<void(const QString&)> ShowError;
 
-    TCaptionBar* pnCaption;
-    QLabel* lblCaptionBar;
-    QRadioButton* cbMD;
-    QRadioButton* cbBS;
-    QRadioButton* cbQR;
-    QLabel* lblBSFile;
-    QComboBox* cmbFile;
-    QLabel* lblBSSolution;
-    QComboBox* cmbSolution;
-    QLabel* Label1;
-    QComboBox* cmbParty;
-    QLabel* Label2;
-    QComboBox* cmbImpParty;
-    QPushButton* hbtYes;
-    QPushButton* hbtNo;
+    // Widgets; each carries its design name (the comment) as objectName.
+    TCaptionBar* captionBar;        // pnCaption
+    QLabel* captionLabel;           // lblCaptionBar
+    QRadioButton* productMdRadio;   // cbMD
+    QRadioButton* productBsRadio;   // cbBS
+    QRadioButton* productQrRadio;   // cbQR
+    QLabel* fileLabel;              // lblBSFile
+    QComboBox* fileCombo;           // cmbFile
+    QLabel* solutionLabel;          // lblBSSolution
+    QComboBox* solutionCombo;       // cmbSolution
+    QLabel* partyLabel;             // Label1
+    QComboBox* partyCombo;          // cmbParty
+    QLabel* holderLabel;            // Label2
+    QComboBox* holderCombo;         // cmbImpParty
+    QPushButton* okButton;          // hbtYes
+    QPushButton* cancelButton;      // hbtNo
 
 public slots:
     void cbMDClick();

@@ -1,0 +1,22 @@
+// The allocation chart under the result grid.
+#pragma once
+
+#include <QChartView>
+
+#include "core/Grid.h"
+
+namespace tessary {
+
+class TAllocationChart : public QChartView {
+    Q_OBJECT
+public:
+    TAllocationChart(const TGrid& result, QWidget* parent);
+
+    // Shows the result as it now stands; labelSize: the point size of legend and axes.
+    void Update(double labelSize);
+
+private:
+    const TGrid& result_;
+};
+
+} // namespace tessary

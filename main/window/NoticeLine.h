@@ -1,0 +1,33 @@
+// The one-line strip of notices beside the result heading: the first notice,
+// elided, with a count of the others; all of them in its tooltip.
+#pragma once
+
+#include <QLabel>
+#include <QStringList>
+#include <vector>
+
+#include "core/Notices.h"
+
+namespace tessary {
+
+class TNoticeLine : public QLabel {
+    Q_OBJECT
+public:
+    explicit TNoticeLine(QWidget* parent);
+
+    void ShowNotices(const std::vector<TNotice>& notices);
+    // The notices now shown, one per line.
+    QStringList Notices() const { return texts_; }
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void Elide();
+
+    std::vector<TNotice> notices_;
+    QStringList texts_;
+};
+
+} // namespace tessary
