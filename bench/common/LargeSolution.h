@@ -7,8 +7,8 @@
 #include <string>
 
 #include "catalogue/KvFnModels.h"
-#include "entries/KvEntriesDemo.h"
-#include "model/KvFnClassRegistry.h"
+#include "demo/DemoChart.h"
+#include "items/KvFnClassRegistry.h"
 #include "model/KvFnModelData.h"
 
 namespace tessary_bench {

@@ -10,12 +10,12 @@
 
 #include "catalogue/KvCatalogueFixture.h"
 #include "catalogue/KvFnModels.h"
-#include "entries/KvEntriesDemo.h"
+#include "demo/DemoChart.h"
 #include "import/ImportSession.h"
-#include "model/KvFnClassRegistry.h"
+#include "items/KvFnClassRegistry.h"
 #include "model/KvFnModelData.h"
 #include "model/KvFnOwnership.h"
-#include "model/KvFnParty.h"
+#include "parties/KvFnParty.h"
 
 namespace fs = std::filesystem;
 namespace D = kv::DemoEntry;

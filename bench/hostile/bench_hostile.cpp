@@ -12,7 +12,7 @@
 #include <unistd.h>
 
 #include "KvErrors.h"
-#include "entries/KvEntriesDemo.h"
+#include "demo/DemoChart.h"
 #include "entries/KvFnEntries.h"
 #include "files/KvFnBufFile.h"
 #include "model/KvFnModelData.h"

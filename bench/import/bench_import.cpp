@@ -17,7 +17,7 @@
 #include "../common/LargeSolution.h"
 #include "catalogue/KvCatalogueFixture.h"
 #include "catalogue/KvFnModels.h"
-#include "model/KvFnParty.h"
+#include "parties/KvFnParty.h"
 #include "window/ImportDialog.h"
 
 namespace fs = std::filesystem;

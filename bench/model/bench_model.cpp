@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "catalogue/KvFnModels.h"
-#include "entries/KvEntriesDemo.h"
-#include "model/KvFnClassRegistry.h"
+#include "demo/DemoChart.h"
+#include "items/KvFnClassRegistry.h"
 #include "model/KvFnModelData.h"
 #include "../common/LargeSolution.h"
 

@@ -8,8 +8,7 @@
 #include "entries/KvFnEntries.h"
 #include "files/KvAnsi.h"
 #include "files/KvFnBufFile.h"
-#include "model/KvFnClassRegistry.h"
-#include "model/KvFnModelData.h"
+#include "items/KvFnClassRegistry.h"
 
 namespace kv {
 
@@ -131,7 +130,7 @@ void TSpecProps::Remove(std::string_view name) {
     index_.clear();
 }
 
-TFinItem::TFinItem(const TEntry* entry, TModelData* model, std::int32_t id) : Entry(entry), Model(model), ID(id) {}
+TFinItem::TFinItem(const TEntry* entry, TItemOwner* model, std::int32_t id) : Entry(entry), Model(model), ID(id) {}
 
 TFinItem::~TFinItem() = default;
 
@@ -188,7 +187,7 @@ std::uint64_t MinItemRecordBytes(bool sectioned) {
     return 4 + 4 + 1 + 4 + 4 + 8 + 1 + 1 + 1 + propertyCount + 4 + 4;
 }
 
-std::unique_ptr<TFinItem> ReadItemRecord(TBufReadFile& r, TModelData& model, const TRecordContext& ctx,
+std::unique_ptr<TFinItem> ReadItemRecord(TBufReadFile& r, TItemOwner& model, const TRecordContext& ctx,
                                          TFinItem* parent, int depth) {
     if (depth > kMaxItemDepth) throw EFileStructure(ctx.Path);
 

@@ -10,13 +10,30 @@
 #include <unordered_set>
 #include <vector>
 
-#include "model/KvFnParty.h"
+#include "parties/KvFnParty.h"
 
 namespace kv {
 
+class TEntries;
 class TEntry;
-class TModelData;
 class TFinItem;
+class TParticipant;
+
+using TFinItemList = std::vector<std::unique_ptr<TFinItem>>;
+
+// What an item sees of the model it belongs to. The model container sits
+// above the items and implements it, so items never include the container.
+class TItemOwner {
+public:
+    virtual TEntries* Entries() const = 0;
+    virtual TParticipant* GetParticipantByID(std::int32_t id) const = 0;
+    virtual const std::vector<std::unique_ptr<TParticipant>>& Participants() const = 0;
+    virtual const TFinItemList& Items() const = 0;
+    virtual void RaiseHighestItemID(std::int32_t id) = 0;
+
+protected:
+    ~TItemOwner() = default;
+};
 
 // The class of an item, as a value: name, base class and constructor. Every
 // item class has one constant instance, so the class registry is a table of
@@ -24,7 +41,7 @@ class TFinItem;
 struct TFinItemClass {
     const char* Name;
     const TFinItemClass* Parent;
-    std::unique_ptr<TFinItem> (*Create)(const TEntry* entry, TModelData* model, std::int32_t id);
+    std::unique_ptr<TFinItem> (*Create)(const TEntry* entry, TItemOwner* model, std::int32_t id);
     std::size_t Size;   // of an object, charged against a reader's memory budget
 
     bool InheritsFrom(const TFinItemClass& other) const {
@@ -35,7 +52,7 @@ struct TFinItemClass {
 };
 
 template <class T>
-std::unique_ptr<TFinItem> CreateItemOf(const TEntry* entry, TModelData* model, std::int32_t id) {
+std::unique_ptr<TFinItem> CreateItemOf(const TEntry* entry, TItemOwner* model, std::int32_t id) {
     return std::make_unique<T>(entry, model, id);
 }
 
@@ -101,11 +118,9 @@ struct TPay {
     std::vector<TPayer> Payers;      // party and share
 };
 
-using TFinItemList = std::vector<std::unique_ptr<TFinItem>>;
-
 class TFinItem {
 public:
-    TFinItem(const TEntry* entry, TModelData* model, std::int32_t id);
+    TFinItem(const TEntry* entry, TItemOwner* model, std::int32_t id);
     virtual ~TFinItem();
     TFinItem(const TFinItem&) = delete;
     TFinItem& operator=(const TFinItem&) = delete;
@@ -116,7 +131,7 @@ public:
 
     // Base record.
     const TEntry* Entry;
-    TModelData* Model;
+    TItemOwner* Model;
     std::int32_t ID;
     std::string Name;
     double Date1 = 0, Date2 = 0;
@@ -175,7 +190,7 @@ std::uint64_t MinItemRecordBytes(bool sectioned);
 
 // Reads one item record with its children. Returns null when the record names
 // an entry the chart of accounts does not have (the record is still read in full).
-std::unique_ptr<TFinItem> ReadItemRecord(TBufReadFile& r, TModelData& model, const TRecordContext& ctx,
+std::unique_ptr<TFinItem> ReadItemRecord(TBufReadFile& r, TItemOwner& model, const TRecordContext& ctx,
                                          TFinItem* parent, int depth);
 void WriteItemRecord(TBufWriteFile& w, TFinItem& item, const TRecordContext& ctx);
 

@@ -8,7 +8,7 @@
 #include "decl/KvModelFormat.h"
 #include "entries/KvFnEntries.h"
 #include "items/KvPropTable.h"
-#include "model/KvFnModelData.h"
+#include "parties/KvFnParty.h"
 
 namespace kv {
 

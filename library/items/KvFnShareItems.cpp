@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "items/KvPropTable.h"
-#include "model/KvFnModelData.h"
+#include "parties/KvFnParty.h"
 
 namespace kv {
 

@@ -9,8 +9,8 @@
 #include "KvErrors.h"
 #include "decl/KvModelFormat.h"
 #include "files/KvFnBufFile.h"
-#include "model/KvFnModelData.h"
-#include "model/KvFnParty.h"
+#include "items/KvFnFinItems.h"
+#include "parties/KvFnParty.h"
 
 namespace kv {
 
@@ -294,7 +294,7 @@ struct TBalance::TContent {
     std::vector<std::unique_ptr<TAccount>> Accounts;
 };
 
-TBalance::TBalance(TModelData* model) : model_(model) {}
+TBalance::TBalance(TItemOwner* model) : model_(model) {}
 
 TBalance::~TBalance() = default;
 

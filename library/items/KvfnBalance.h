@@ -25,7 +25,7 @@ namespace kv {
 
 class TBufReadFile;
 class TBufWriteFile;
-class TModelData;
+class TItemOwner;
 class TParticipant;
 
 // Year of a day count since 30 December 1899; 0 for a value that is not
@@ -163,12 +163,12 @@ const std::array<TBalanceListInfo, kBalanceListCount>& BalanceLists();
 class TBalance {
 public:
     // The model may be null: ids then stay unresolved.
-    explicit TBalance(TModelData* model = nullptr);
+    explicit TBalance(TItemOwner* model = nullptr);
     ~TBalance();
     TBalance(const TBalance&) = delete;
     TBalance& operator=(const TBalance&) = delete;
 
-    TModelData* Model() const { return model_; }
+    TItemOwner* Model() const { return model_; }
 
     double Date = 0;          // the balance's date-time
     std::int32_t FirstYear = 0;   // header integer: first planning year covered
@@ -266,7 +266,7 @@ private:
     struct TContent;
     void Take(TContent&& c);
 
-    TModelData* model_;
+    TItemOwner* model_;
     std::vector<std::unique_ptr<TAccount>> accounts_;
     std::unordered_map<std::string, TAccount*> index_;
     std::array<TList, kBalanceListCount> lists_;

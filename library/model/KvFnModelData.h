@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "items/KvFnFinItems.h"
-#include "model/KvFnParty.h"
+#include "parties/KvFnParty.h"
 
 namespace kv {
 
@@ -80,7 +80,7 @@ public:
 
 inline constexpr int kSettingsBlockSize = 1048;
 
-class TModelData {
+class TModelData : public TItemOwner {
 public:
     // Arguments in the original order: kind, the solution record, the solution
     // list, the list whose flag says whether names are enciphered, an outer
@@ -110,17 +110,17 @@ public:
     TFinItem* Get(int index) const { return items_[static_cast<std::size_t>(index)].get(); }
     void Put(int index, std::unique_ptr<TFinItem> item);
     TFinItem* Add(std::unique_ptr<TFinItem> item);
-    const TFinItemList& Items() const { return items_; }
+    const TFinItemList& Items() const override { return items_; }
     void Clear();
 
     // Parties.
-    const std::vector<std::unique_ptr<TParticipant>>& Participants() const { return participants_; }
+    const std::vector<std::unique_ptr<TParticipant>>& Participants() const override { return participants_; }
     TParticipant* AddParticipant(std::unique_ptr<TParticipant> party);
     void ClearParticipants() {
         participants_.clear();
         participantIndex_.clear();
     }
-    TParticipant* GetParticipantByID(std::int32_t id) const;
+    TParticipant* GetParticipantByID(std::int32_t id) const override;
     TParticipant* GetParticipantByName(const std::string& fullName) const;
     std::string GetParticipantNameByID(std::int32_t id) const;
     // The first party of role 1 (the plan's principal person), or null.
@@ -134,7 +134,7 @@ public:
     const std::string& ReadPath() const { return readPath_.empty() ? path_ : readPath_; }
     const TModel* Model() const { return model_; }
     TModels* Models() const { return models_; }
-    TEntries* Entries() const { return entries_; }
+    TEntries* Entries() const override { return entries_; }
     bool NamesEncrypted() const { return namesEncrypted_; }
     const TStrategy& Strategy() const { return *strategy_; }
     TStrategy& Strategy() { return *strategy_; }
@@ -142,7 +142,7 @@ public:
     std::int32_t CurrentIndex = -1;
     double Ratio = 0.5;
     std::int32_t HighestItemID() const { return highestItemID_; }
-    void RaiseHighestItemID(std::int32_t id);
+    void RaiseHighestItemID(std::int32_t id) override;
 
     // The text that names the model when it is handed on whole (the import's mode 1).
     std::string IdentifyingText() const;

@@ -6,16 +6,16 @@
 #include <functional>
 #include <map>
 
-#include "cli/GridFormat.h"
+#include "format/GridFormat.h"
 #include "core/Allocation.h"
 #include "core/CsvInput.h"
 #include "core/Vocabulary.h"
 #include "core/Totals.h"
 #include "demo/DemoData.h"
-#include "report/Export.h"
+#include "format/Export.h"
 #include "import/ImportSession.h"
 #include "model/KvFnModelData.h"
-#include "model/KvFnParty.h"
+#include "parties/KvFnParty.h"
 
 #include <QJsonArray>
 #include <QJsonObject>

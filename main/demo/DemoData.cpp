@@ -12,10 +12,10 @@
 #include "KvSettings.h"
 #include "catalogue/KvFnModels.h"
 #include "catalogue/KvFnProjHdr.h"
-#include "entries/KvEntriesDemo.h"
+#include "demo/DemoChart.h"
 #include "entries/KvFnEntries.h"
 #include "model/KvFnModelData.h"
-#include "model/KvFnParty.h"
+#include "parties/KvFnParty.h"
 
 namespace fs = std::filesystem;
 namespace D = kv::DemoEntry;

@@ -21,7 +21,7 @@
 #include "items/KvFnPortfolio.h"
 #include "model/KvFnModelData.h"
 #include "model/KvFnOwnership.h"
-#include "model/KvFnParty.h"
+#include "parties/KvFnParty.h"
 
 namespace tessary {
 

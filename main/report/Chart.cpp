@@ -1,6 +1,6 @@
 #include "report/Chart.h"
 
-#include "cli/GridFormat.h"
+#include "format/GridFormat.h"
 
 #include <QBarCategoryAxis>
 #include <QBarSet>

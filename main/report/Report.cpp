@@ -12,12 +12,12 @@
 #include <optional>
 #include <vector>
 
-#include "cli/GridFormat.h"
+#include "format/GridFormat.h"
 #include "core/Totals.h"
 #include "core/Vocabulary.h"
 #include "report/Chart.h"
 #include "report/ClassColours.h"
-#include "report/Export.h"
+#include "format/Export.h"
 
 namespace tessary {
 

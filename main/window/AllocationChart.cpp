@@ -4,7 +4,7 @@
 #include <QChart>
 #include <QLegend>
 
-#include "cli/GridFormat.h"
+#include "format/GridFormat.h"
 #include "report/Chart.h"
 
 namespace tessary {

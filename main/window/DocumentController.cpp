@@ -11,8 +11,8 @@
 #include <QSettings>
 #include <cmath>
 
-#include "cli/GridFormat.h"
-#include "report/Export.h"
+#include "format/GridFormat.h"
+#include "format/Export.h"
 #include "report/Report.h"
 #include "report/Worksheet.h"
 #include "window/SettingsStore.h"

@@ -9,9 +9,9 @@
 #include <string_view>
 #include <vector>
 
-#include "cli/GridFormat.h"
+#include "format/GridFormat.h"
 #include "core/Grid.h"
-#include "report/Export.h"
+#include "format/Export.h"
 
 namespace tessary {
 

@@ -8,7 +8,7 @@
 #include <QWindow>
 #include <cmath>
 
-#include "model/KvFnParty.h"
+#include "parties/KvFnParty.h"
 
 namespace tessary {
 

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <string_view>
 
-#include "cli/GridFormat.h"
+#include "format/GridFormat.h"
 #include "core/CsvInput.h"
 #include "core/Totals.h"
 #include "core/Vocabulary.h"

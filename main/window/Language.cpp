@@ -5,7 +5,7 @@
 #include <QSettings>
 #include <QTranslator>
 
-#include "cli/GridFormat.h"
+#include "format/GridFormat.h"
 #include "window/SettingsStore.h"
 
 namespace tessary {

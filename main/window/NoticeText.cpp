@@ -3,7 +3,7 @@
 #include <QCoreApplication>
 #include <cmath>
 
-#include "cli/GridFormat.h"
+#include "format/GridFormat.h"
 
 namespace tessary {
 

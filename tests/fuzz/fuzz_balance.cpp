@@ -10,7 +10,7 @@
 #include "files/KvFnBufFile.h"
 #include "items/KvfnBalance.h"
 #include "model/KvFnModelData.h"
-#include "model/KvFnParty.h"
+#include "parties/KvFnParty.h"
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include "KvErrors.h"
 #include "KvSettings.h"
 #include "catalogue/KvFnModels.h"
-#include "entries/KvEntriesDemo.h"
+#include "demo/DemoChart.h"
 #include "entries/KvFnEntries.h"
 #include "files/KvFnBufFile.h"
 #include "fuzz_finitems_setup.h"

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <string>
 
-#include "entries/KvEntriesDemo.h"
+#include "demo/DemoChart.h"
 #include "entries/KvFnEntries.h"
 
 int main(int argc, char** argv) {

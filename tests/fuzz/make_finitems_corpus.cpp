@@ -12,10 +12,10 @@
 
 #include "KvSettings.h"
 #include "demo/DemoData.h"
-#include "entries/KvEntriesDemo.h"
+#include "demo/DemoChart.h"
 #include "entries/KvFnEntries.h"
 #include "fuzz_finitems_setup.h"
-#include "model/KvFnClassRegistry.h"
+#include "items/KvFnClassRegistry.h"
 #include "model/KvFnModelData.h"
 
 namespace fs = std::filesystem;

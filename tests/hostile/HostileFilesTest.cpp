@@ -26,14 +26,14 @@
 #include "catalogue/KvFnModels.h"
 #include "catalogue/KvFnProjHdr.h"
 #include "demo/DemoData.h"
-#include "entries/KvEntriesDemo.h"
+#include "demo/DemoChart.h"
 #include "entries/KvFnEntries.h"
 #include "items/KvFnPortfolio.h"
 #include "items/KvfnBalance.h"
 #include "model/KvFnModelData.h"
-#include "model/KvFnClassRegistry.h"
+#include "items/KvFnClassRegistry.h"
 #include "model/KvFnOwnership.h"
-#include "model/KvFnParty.h"
+#include "parties/KvFnParty.h"
 
 namespace fs = std::filesystem;
 

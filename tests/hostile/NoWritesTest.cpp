@@ -24,7 +24,7 @@
 #include "demo/DemoData.h"
 #include "import/ImportSession.h"
 #include "model/KvFnModelData.h"
-#include "model/KvFnParty.h"
+#include "parties/KvFnParty.h"
 
 namespace fs = std::filesystem;
 

@@ -8,7 +8,7 @@
 #include <cmath>
 
 #include "cli/Commands.h"
-#include "cli/GridFormat.h"
+#include "format/GridFormat.h"
 #include "core/Allocation.h"
 
 using namespace tessary;

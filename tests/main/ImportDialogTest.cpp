@@ -10,7 +10,7 @@
 #include <QTest>
 #include <QTimer>
 
-#include "cli/GridFormat.h"
+#include "format/GridFormat.h"
 #include "core/Vocabulary.h"
 #include "demo/DemoData.h"
 #include "window/ImportDialog.h"

@@ -15,13 +15,13 @@
 #include "KvErrors.h"
 #include "KvSettings.h"
 #include "demo/DemoData.h"
-#include "entries/KvEntriesDemo.h"
+#include "demo/DemoChart.h"
 #include "entries/KvFnEntries.h"
 #include "import/ImportSession.h"
 #include "items/KvFnPortfolio.h"
-#include "model/KvFnClassRegistry.h"
+#include "items/KvFnClassRegistry.h"
 #include "model/KvFnModelData.h"
-#include "model/KvFnParty.h"
+#include "parties/KvFnParty.h"
 
 using namespace tessary;
 namespace fs = std::filesystem;

@@ -15,7 +15,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include "cli/GridFormat.h"
+#include "format/GridFormat.h"
 #include "core/Vocabulary.h"
 #include "window/ImportDialog.h"
 #include "window/Language.h"

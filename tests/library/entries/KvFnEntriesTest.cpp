@@ -6,7 +6,7 @@
 
 #include "EntriesTestUtil.h"
 #include "KvErrors.h"
-#include "entries/KvEntriesDemo.h"
+#include "demo/DemoChart.h"
 #include "entries/KvFnEntries.h"
 
 using namespace kvtest;

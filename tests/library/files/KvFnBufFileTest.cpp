@@ -580,7 +580,7 @@ TEST_F(files_BufFile, PaddingRuleByCharacterCount) {
     } cases[] = {
         {"empty text: ten code-0 characters", "", true, 11, 11},
         {"ten characters (two bytes each in UTF-8) are padded", "\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9"
-                                                               "\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9", true, 11, 200},
+                                                               "\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9", true, 11, 210},
         {"eleven characters are not", "\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9"
                                       "\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9", true, 0, 0},
         {"no pad asked", "abc", false, 0, 0},

@@ -19,7 +19,7 @@
 #include "files/KvFnBufFile.h"
 #include "items/KvfnBalance.h"
 #include "model/KvFnModelData.h"
-#include "model/KvFnParty.h"
+#include "parties/KvFnParty.h"
 
 namespace fs = std::filesystem;
 using Bytes = std::vector<std::uint8_t>;

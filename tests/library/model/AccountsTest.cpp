@@ -10,7 +10,7 @@
 #include "KvSettings.h"
 #include "ModelTestUtil.h"
 #include "items/KvFnItemClasses.h"
-#include "model/KvFnClassRegistry.h"
+#include "items/KvFnClassRegistry.h"
 
 using namespace kvtest;
 namespace D = kv::DemoEntry;

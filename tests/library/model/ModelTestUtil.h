@@ -8,7 +8,7 @@
 #include <string>
 
 #include "catalogue/KvFnModels.h"
-#include "entries/KvEntriesDemo.h"
+#include "demo/DemoChart.h"
 #include "entries/KvFnEntries.h"
 #include "model/KvFnModelData.h"
 

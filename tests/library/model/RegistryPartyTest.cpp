@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "items/KvFnItemClasses.h"
-#include "model/KvFnClassRegistry.h"
-#include "model/KvFnParty.h"
+#include "items/KvFnClassRegistry.h"
+#include "parties/KvFnParty.h"
 
 namespace {
 

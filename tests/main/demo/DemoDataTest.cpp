@@ -25,7 +25,7 @@
 #include "items/KvFnItemClasses.h"
 #include "items/KvFnPortfolio.h"
 #include "model/KvFnModelData.h"
-#include "model/KvFnParty.h"
+#include "parties/KvFnParty.h"
 
 namespace {
 

@@ -6,9 +6,9 @@
 #include <QTemporaryDir>
 
 #include "ReportTestUtil.h"
-#include "cli/GridFormat.h"
+#include "format/GridFormat.h"
 #include "core/CsvInput.h"
-#include "report/Export.h"
+#include "format/Export.h"
 
 using namespace tessary;
 using namespace tessary::test;

@@ -8,7 +8,7 @@
 #include <functional>
 
 #include "ReportTestUtil.h"
-#include "report/Export.h"
+#include "format/Export.h"
 #include "report/Report.h"
 
 using namespace tessary;

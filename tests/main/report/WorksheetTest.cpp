@@ -13,7 +13,7 @@
 #include <unistd.h>
 
 #include "ReportTestUtil.h"
-#include "cli/GridFormat.h"
+#include "format/GridFormat.h"
 #include "report/Worksheet.h"
 
 using namespace tessary;

@@ -1,7 +1,7 @@
-#include "model/KvFnClassRegistry.h"
+#include "items/KvFnClassRegistry.h"
 
 #include "items/KvFnItemClasses.h"
-#include "model/KvClassRegistryRows.h"
+#include "items/KvClassRegistryRows.h"
 
 namespace kv {
 

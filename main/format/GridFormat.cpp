@@ -1,4 +1,4 @@
-#include "cli/GridFormat.h"
+#include "format/GridFormat.h"
 
 #include <QCoreApplication>
 #include <optional>

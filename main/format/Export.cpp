@@ -1,4 +1,4 @@
-#include "report/Export.h"
+#include "format/Export.h"
 
 #include <QCoreApplication>
 #include <QLocale>

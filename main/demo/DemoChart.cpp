@@ -1,4 +1,4 @@
-#include "entries/KvEntriesDemo.h"
+#include "demo/DemoChart.h"
 
 #include <filesystem>
 #include <initializer_list>

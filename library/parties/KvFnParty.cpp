@@ -1,4 +1,4 @@
-#include "model/KvFnParty.h"
+#include "parties/KvFnParty.h"
 
 #include <algorithm>
 

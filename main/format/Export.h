@@ -9,7 +9,7 @@
 #include <QString>
 #include <stdexcept>
 
-#include "cli/GridFormat.h"
+#include "format/GridFormat.h"
 #include "core/Grid.h"
 
 namespace tessary {
