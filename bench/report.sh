@@ -12,7 +12,7 @@ jobs=$(nproc)
 if [ ! -f "$build/CMakeCache.txt" ]; then
   cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DTESSARY_BENCH=ON >/dev/null
 fi
-targets=(bench_files bench_catalogue bench_entries bench_model bench_allocation bench_window)
+targets=(bench_files bench_catalogue bench_entries bench_model bench_allocation bench_window bench_listing)
 cmake --build "$build" -j "$jobs" --target "${targets[@]}"
 # The import benchmark only where it is part of the tree.
 if cmake --build "$build" -j "$jobs" --target bench_import >/dev/null 2>&1; then targets+=(bench_import); fi
@@ -74,6 +74,23 @@ slower("Import: choose a 20,000-item solution", "BM_ChooseLargeSolution", "BM_Ra
 slower("Window start-up to first paint (offscreen)", "BM_WindowFirstPaint/real_time",
        "BM_BareWidgetFirstPaint/real_time", "bare widget")
 slower("Calculation, 1,000 account rows", "BM_Calculate1000Rows", "BM_ReadAmounts", "reading the amounts")
+
+# Growth with ten times the input: n log n gives about 11-12x. The raw
+# baseline's own growth (the file system's) is shown beside it.
+def growth(figure, small, large, aim, raw=None):
+    if not have(small, large): return
+    r = t(large) / t(small)
+    basetext = "ten times the input"
+    if raw and have(*raw):
+        basetext += f"; raw list + read {t(raw[1]) / t(raw[0]):.1f}x"
+    rows.append((figure, fmt(t(large)), basetext, f"{r:.1f}x the time", f"<= {aim}x",
+                 "yes" if r <= aim else "**no**"))
+growth("allocate, 100,000 vs 10,000 rows (CSV to result)", "BM_AllocateCsvRows/10000", "BM_AllocateCsvRows/100000", 15)
+growth("Client list, 40,000 vs 4,000 folders with crafted dates", "BM_ListAdversarialFolders/4000/real_time",
+       "BM_ListAdversarialFolders/40000/real_time", 15,
+       ("BM_RawListAndReadFolders/4000/real_time", "BM_RawListAndReadFolders/40000/real_time"))
+slower("Client list, 40,000 folders with crafted dates", "BM_ListAdversarialFolders/40000/real_time",
+       "BM_RawListAndReadFolders/40000/real_time", "list + read", 4)
 
 mem = ""
 if "BM_LoadSolution" in runs and "model_MB" in runs["BM_LoadSolution"]:
