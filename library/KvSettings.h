@@ -2,6 +2,7 @@
 // configuration of its own: the window and the command line fill these in.
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 #include "KvErrors.h"
@@ -26,6 +27,17 @@ inline TProgramSettings& ProgramSettings() {
     return settings;
 }
 
+// Every enciphered text hashes the whole key 32 times, so a seed of megabytes
+// would make each name cost seconds. Seeds the products write are a few dozen
+// bytes; 4 KiB leaves ample room and keeps a key derivation below a millisecond.
+inline constexpr std::size_t MaxKeySeedBytes = 4096;
+
+// The refusal of a seed beyond MaxKeySeedBytes; where names the client file.
+inline EKvError KeySeedTooLong(const std::string& where, std::size_t size) {
+    return EKvError("Client file \"" + where + "\" has a key seed of " + std::to_string(size) +
+                    " bytes; at most " + std::to_string(MaxKeySeedBytes) + " are accepted.");
+}
+
 // Key of a client file's enciphered texts: the configured key followed by the
 // client header's key seed. Without a configured key a protected file cannot
 // be read, and the message says which one.
@@ -33,6 +45,7 @@ inline std::string RunTimeKey(const std::string& clientName, const std::string& 
     const std::string& configured = ProgramSettings().ClientFileKey;
     if (configured.empty())
         throw EKeyMissing("Client file \"" + clientName + "\" is protected and no client-file key is configured.");
+    if (keySeed.size() > MaxKeySeedBytes) throw KeySeedTooLong(clientName, keySeed.size());
     return configured + keySeed;
 }
 

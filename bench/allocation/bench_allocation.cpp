@@ -1,8 +1,10 @@
 // The Calculate button over 1,000 account rows, beside the raw baseline of
-// reading every amount of the same grids once.
+// reading every amount of the same grids once; and the growth of "allocate"
+// (CSV to result grid) from 10,000 to 100,000 rows.
 #include <benchmark/benchmark.h>
 
 #include "core/Allocation.h"
+#include "core/CsvInput.h"
 #include "core/Grid.h"
 #include "core/Totals.h"
 
@@ -55,5 +57,23 @@ void BM_Calculate1000Rows(benchmark::State& state) {
     }
 }
 BENCHMARK(BM_Calculate1000Rows)->Unit(benchmark::kMicrosecond);
+
+// What "tessary-cli allocate" does between reading the files and printing:
+// n rows "Non-Reg.,1,1,1" (3n records) against the six classes.
+void BM_AllocateCsvRows(benchmark::State& state) {
+    std::string accounts = "Account Type,MD,BS,QR\n";
+    for (std::int64_t i = 0; i < state.range(0); ++i) accounts += "Non-Reg.,1,1,1\n";
+    const std::string classes = "Asset Class,%\nShort-Term Fixed,10\nMid/Long-Term Fixed,25\nEquities Canada,25\n"
+                                "Equities U.S.,20\nEquities Emerging Markets,5\nEquities Global,15\n";
+    for (auto _ : state) {
+        tessary::TGrid a = tessary::MakeAccountsGrid(), c = tessary::MakeClassesGrid();
+        tessary::TGrid result = tessary::MakeResultGrid();
+        tessary::LoadAccountsCsv(accounts, a, tessary::TCsvRows::ForResult);
+        tessary::LoadClassesCsv(classes, c, tessary::TCsvRows::ForResult);
+        tessary::CalculateAllocation(a, c, result, tessary::kDesignAddAccWidth);
+        benchmark::DoNotOptimize(result.ColCount());
+    }
+}
+BENCHMARK(BM_AllocateCsvRows)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 
 } // namespace

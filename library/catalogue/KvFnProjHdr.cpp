@@ -56,7 +56,11 @@ TProjHdr::TProjHdr(std::uint8_t kind, std::string fileName, std::string folder, 
     HeaderPath = BaseDir + Folder + FileName;
 }
 
-std::string TProjHdr::Key() const { return RunTimeKey(Name, KeySeed); }
+std::string TProjHdr::Key() const {
+    // Named by its path here: the client's name may be empty or shared.
+    if (KeySeed.size() > MaxKeySeedBytes) throw KeySeedTooLong(HeaderPath, KeySeed.size());
+    return RunTimeKey(Name, KeySeed);
+}
 
 namespace {
 
@@ -397,11 +401,25 @@ bool RenameNoReplace(const std::string& from, const std::string& to) {
 
 bool ContainsDb(std::string_view name) { return LowerAscii(name).find("_db") != std::string::npos; }
 
-// Characters that no file name can hold become "_".
-std::string FolderSafe(std::string name) {
-    for (char& c : name)
-        if (c == '/' || c == '\0') c = '_';
-    return name;
+// The folder is shared with the products on Windows and may be copied to
+// any system: each character that some platform refuses in a file name, and
+// each control character (U+0000-U+001F, U+007F-U+009F), becomes one "_".
+std::string FolderSafe(std::string_view name) {
+    std::string out;
+    out.reserve(name.size());
+    for (std::size_t i = 0; i < name.size(); ++i) {
+        const auto c = static_cast<unsigned char>(name[i]);
+        if (c < 0x20 || c == 0x7F || std::string_view("\\/:*?\"<>|").find(char(c)) != std::string_view::npos) {
+            out += '_';
+        } else if (c == 0xC2 && i + 1 < name.size() && static_cast<unsigned char>(name[i + 1]) >= 0x80 &&
+                   static_cast<unsigned char>(name[i + 1]) <= 0x9F) {
+            out += '_';   // U+0080-U+009F in UTF-8
+            ++i;
+        } else {
+            out += char(c);
+        }
+    }
+    return out;
 }
 
 } // namespace

@@ -87,10 +87,15 @@ TBufReadFile TBufReadFile::Prefix(const std::string& fileName, std::uint64_t max
 }
 
 TBufReadFile::TBufReadFile(const std::string& fileName, std::uint64_t maxBytes) : fileName_(fileName) {
-    TFdGuard guard{::open(fileName.c_str(), O_RDONLY | O_CLOEXEC)};
+    // Without O_NONBLOCK, opening a FIFO waits for a writer that may never
+    // come; regular files ignore the flag.
+    TFdGuard guard{::open(fileName.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)};
     if (guard.fd < 0) ThrowFile("Cannot open file", fileName, errno);
     struct stat st;
     if (::fstat(guard.fd, &st) != 0) ThrowFile("Cannot get the size of file", fileName, errno);
+    // A device or pipe has no size to trust and may never end.
+    if (S_ISDIR(st.st_mode)) ThrowFile("Cannot read file", fileName, EISDIR);
+    if (!S_ISREG(st.st_mode)) throw EInOutError("Cannot read file \"" + fileName + "\": it is not a regular file");
     fileSize_ = st.st_size;
     const std::uint64_t wanted = std::min<std::uint64_t>(std::uint64_t(std::max<std::int64_t>(st.st_size, 0)), maxBytes);
     if (wanted >= (std::uint64_t(1) << 31))
@@ -242,6 +247,11 @@ void TBufReadFile::ReadEncryptStr(std::string& s, const std::string& key, bool s
     // The stored text is base-64, so it is deciphered from the raw bytes; a
     // conversion to UTF-8 first would only change bytes the decoder skips anyway.
     const std::int32_t n = ReadInt();
+    if (n > 0 && std::int64_t(n) > std::int64_t(size_) - pos_) ThrowEnd();
+    if (n > 0 && std::size_t(n) > MaxEncipheredText)
+        throw EKvError("Enciphered text of " + std::to_string(n) + " bytes at offset " + std::to_string(pos_ - 4) +
+                       " of " + fileName_ + ": at most " + std::to_string(MaxEncipheredText >> 20) +
+                       " MiB are accepted");
     std::string_view text;
     if (n > 0) {
         const char* p = Take(std::uint64_t(n));

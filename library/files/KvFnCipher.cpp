@@ -262,6 +262,9 @@ std::string EncipherBytes(std::string_view plainAnsi, std::string_view keyAnsi) 
 }
 
 std::string DecipherBytes(std::string_view base64, std::string_view keyAnsi) {
+    if (base64.size() > MaxEncipheredText)
+        throw EKvError("An enciphered text of " + std::to_string(base64.size()) + " bytes is longer than the " +
+                       std::to_string(MaxEncipheredText >> 20) + " MiB accepted");
     const std::vector<std::uint8_t> d = Base64Decode(base64);
     if (d.size() < SaltSize + B) throw EInvalidData();
     const std::size_t n = d.size() - SaltSize - B;

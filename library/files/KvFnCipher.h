@@ -81,7 +81,12 @@ void RandomSalt(std::uint8_t salt[SaltSize]);
 std::string EncipherBytes(std::string_view plainAnsi, std::string_view keyAnsi, const std::uint8_t salt[SaltSize]);
 std::string EncipherBytes(std::string_view plainAnsi, std::string_view keyAnsi);
 
-// Returns the plain bytes. Throws EInvalidData when the MAC differs or the text
+// Stored enciphered texts are names, to-do texts and settings of a few KB at
+// most; 8 MiB of base-64 is far beyond any of them and still a bounded cost.
+inline constexpr std::size_t MaxEncipheredText = std::size_t(8) << 20;
+
+// Returns the plain bytes. Throws EKvError for a text longer than
+// MaxEncipheredText, EInvalidData when the MAC differs or the text
 // decodes to fewer than 32 bytes. Damage inside C before its last 16 bytes is not
 // detected and yields garbled text without an error, exactly as files written by
 // the original products expect; do not add a check here.

@@ -23,13 +23,12 @@
 namespace tessary {
 
 QByteArray ReadWholeFile(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        throw CliError(QStringLiteral("Cannot read \"%1\": %2").arg(path, file.errorString()).toStdString());
-    QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError)
-        throw CliError(QStringLiteral("Cannot read \"%1\": %2").arg(path, file.errorString()).toStdString());
-    return bytes;
+    try {
+        const std::string bytes = ReadInputFile(QFile::encodeName(path).toStdString());
+        return QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size()));
+    } catch (const EInputFile& e) {
+        throw CliError(e.what());
+    }
 }
 
 namespace {
@@ -61,8 +60,15 @@ QString AllocateCommand(const QString& accountsCsv, const QString& classesCsv, A
     TGrid accounts = MakeAccountsGrid();
     TGrid classes = MakeClassesGrid();
     TGrid result = MakeResultGrid();
-    LoadAccountsCsv(std::string_view(accountsText.constData(), static_cast<std::size_t>(accountsText.size())), accounts);
-    LoadClassesCsv(std::string_view(classesText.constData(), static_cast<std::size_t>(classesText.size())), classes);
+    // Only the result is shown: rows that the calculation would drop unseen are not built.
+    LoadAccountsCsv(std::string_view(accountsText.constData(), static_cast<std::size_t>(accountsText.size())), accounts,
+                    TCsvRows::ForResult);
+    LoadClassesCsv(std::string_view(classesText.constData(), static_cast<std::size_t>(classesText.size())), classes,
+                   TCsvRows::ForResult);
+    if (const std::int64_t cells = ResultCellCount(accounts, classes); cells > kMaxResultCells)
+        throw CliError(QStringLiteral("The accounts of \"%1\" and the classes of \"%2\" would make a result of %3 cells; "
+                                      "at most %4 are accepted")
+                           .arg(accountsCsv, classesCsv).arg(cells).arg(kMaxResultCells).toStdString());
 
     CalculateAllocation(accounts, classes, result, kDesignAddAccWidth);
 
@@ -144,14 +150,16 @@ void ChooseFileNamed(TImportSession& session, const QString& name) {
         throw CliError(QStringLiteral("No data directory is configured for %1 (use --data-dir or --data-root)")
                            .arg(ProductKey(session.Kind()))
                            .toStdString());
-    const int index = session.FindFile(name);
+    int index = session.FindFile(name);
+    if (index < 0) index = session.FindFile(UnescapedNameLine(name));
     if (index < 0)
         throw CliError(QStringLiteral("No client file \"%1\" in %2").arg(name, session.DataDir()).toStdString());
     session.ChooseFile(index);
 }
 
 void ChooseSolutionNamed(TImportSession& session, const QString& name) {
-    const int index = session.FindSolution(name);
+    int index = session.FindSolution(name);
+    if (index < 0) index = session.FindSolution(UnescapedNameLine(name));
     if (index < 0)
         throw CliError(QStringLiteral("No solution \"%1\" in client file \"%2\"")
                            .arg(name, session.FileNames().value(session.CurrentFile()))
@@ -161,11 +169,17 @@ void ChooseSolutionNamed(TImportSession& session, const QString& name) {
 
 QString Lines(const QStringList& lines) { return lines.isEmpty() ? QString() : lines.join(QLatin1Char('\n')) + QLatin1Char('\n'); }
 
+// One name a line, with what would break the line escaped.
+QString NameLines(QStringList names) {
+    for (QString& n : names) n = EscapedNameLine(n);
+    return Lines(names);
+}
+
 QString RunFiles(const QStringList& args) {
     QCommandLineParser parser;
     AddImportOptions(parser, false);
     Parse(parser, args);
-    return Lines(OpenSession(parser)->FileNames());
+    return NameLines(OpenSession(parser)->FileNames());
 }
 
 QString RunSolutions(const QStringList& args) {
@@ -175,7 +189,7 @@ QString RunSolutions(const QStringList& args) {
     Parse(parser, args);
     auto session = OpenSession(parser);
     ChooseFileNamed(*session, Required(parser, QStringLiteral("file")));
-    return Lines(session->SolutionNames());
+    return NameLines(session->SolutionNames());
 }
 
 QString RunParties(const QStringList& args) {
@@ -193,12 +207,13 @@ QString RunParties(const QStringList& args) {
         lines << session->HolderFirstText();
         for (const kv::TParticipant* p : session->Holders()) lines << PartyName(*p);
     }
-    return Lines(lines);
+    return NameLines(lines);
 }
 
 const kv::TParticipant* FindParty(const std::vector<kv::TParticipant*>& list, const QString& name, const char* what) {
-    for (const kv::TParticipant* p : list)
-        if (PartyName(*p) == name) return p;
+    for (const QString& wanted : {name, UnescapedNameLine(name)})
+        for (const kv::TParticipant* p : list)
+            if (PartyName(*p) == wanted) return p;
     throw CliError(QStringLiteral("No %1 \"%2\" in the solution").arg(QLatin1String(what), name).toStdString());
 }
 
@@ -289,7 +304,11 @@ QString Usage() {
         "      Lists, and imports from, the client files of Meridel (MD), Basalto (BS) and Quorren (QR).\n"
         "      --data-root R takes the folders R/<product>/Data and R/<product>/Core.\n"
         "  demo-data DIR\n"
-        "      Writes demo client files of the three products into the new folder DIR.\n");
+        "      Writes demo client files of the three products into the new folder DIR.\n"
+        "files, solutions and parties print one name a line; in a name, a backslash\n"
+        "prints as \\\\, a line break as \\n, a carriage return as \\r, a tab as \\t and\n"
+        "any other control character as \\xHH. --file, --solution, --party and\n"
+        "--holder take a name as it is or as printed.\n");
 }
 
 } // namespace

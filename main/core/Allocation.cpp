@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <set>
 
 #include "core/OriginalSort.h"
 #include "core/Vocabulary.h"
@@ -24,15 +23,21 @@ double Smaller(double a, double b) { return a < b ? a : b; }
 
 } // namespace
 
-std::int32_t ColumnPosition(std::int32_t t, const std::vector<TAccTypeEntry>& list) {
+TColumnRanks::TColumnRanks(const std::vector<TAccTypeEntry>& list) {
+    for (const auto& e : list)
+        if (e.rec.AccType >= 1) codes_.push_back(e.rec.AccType);
+    std::sort(codes_.begin(), codes_.end());
+    codes_.erase(std::unique(codes_.begin(), codes_.end()), codes_.end());
+}
+
+std::int32_t TColumnRanks::operator()(std::int32_t t) const {
     if (t < 1) return t;
     // t minus the missing codes below t equals 1 plus the distinct codes present
     // below t; counting these keeps a wild code from looping for long.
-    std::set<std::int32_t> below;
-    for (const auto& e : list)
-        if (e.rec.AccType >= 1 && e.rec.AccType < t) below.insert(e.rec.AccType);
-    return static_cast<std::int32_t>(1 + below.size());
+    return static_cast<std::int32_t>(1 + (std::lower_bound(codes_.begin(), codes_.end(), t) - codes_.begin()));
 }
+
+std::int32_t ColumnPosition(std::int32_t t, const std::vector<TAccTypeEntry>& list) { return TColumnRanks(list)(t); }
 
 void SortWorkingList(std::vector<TAccTypeEntry>& list) {
     TextListSort(list, [](const TAccTypeEntry& a, const TAccTypeEntry& b) { return CompareKeys(a.key, b.key); });
@@ -47,10 +52,13 @@ void CalculateAllocation(TGrid& grdAccounts, TGrid& grdClasses, TGrid& grdResult
         list.push_back({std::to_string(code), TAccTypeRec(code, amount)});
     };
 
+    // Rows without an object go, all in one pass at the end: one at a time,
+    // each deletion moved every row below it.
+    std::vector<bool> emptyAccounts(static_cast<std::size_t>(std::max(grdAccounts.RowCount(), 0)));
     for (int r = grdAccounts.RowCount() - 1; r >= 1; --r) {
         std::intptr_t kind = grdAccounts.Object(0, r);
         if (kind == 0) {
-            grdAccounts.DeleteRow(r);
+            emptyAccounts[static_cast<std::size_t>(r)] = true;
             continue;
         }
         total += grdAccounts.Float(4, r);
@@ -66,20 +74,32 @@ void CalculateAllocation(TGrid& grdAccounts, TGrid& grdClasses, TGrid& grdResult
         }
     }
 
+    grdAccounts.DeleteRows(emptyAccounts);
+
     SortWorkingList(list);
 
+    // The result grid is sized once, to its final height: the class rows that
+    // keep their object, plus the two header rows. Sizing it first for every
+    // class row and shrinking it after leaves the same cells, as the names
+    // written below the final height are cut off either way.
+    int keptClasses = 0;
+    for (int r = 1; r < grdClasses.RowCount(); ++r)
+        if (grdClasses.Object(0, r) != 0) ++keptClasses;
     grdResult.SetColCount(2 * static_cast<int>(list.size()) + 1);
-    grdResult.SetRowCount(grdClasses.RowCount() + 1);
+    grdResult.SetRowCount(std::min(grdClasses.RowCount(), keptClasses + 1) + 1);
 
+    std::vector<bool> emptyClasses(static_cast<std::size_t>(std::max(grdClasses.RowCount(), 0)));
     for (int r = grdClasses.RowCount() - 1; r >= 1; --r) {
         std::intptr_t code = grdClasses.Object(0, r);
         if (code == 0) {
-            grdClasses.DeleteRow(r);
+            emptyClasses[static_cast<std::size_t>(r)] = true;
             continue;
         }
         if (IsPreferredClass(code)) preferredPct += grdClasses.Float(1, r);
+        // Its old row: a name below an emptied row lands lower than its values.
         grdResult.SetText(0, r + 1, grdClasses.Text(0, r));
     }
+    grdClasses.DeleteRows(emptyClasses);
 
     grdResult.SetRowCount(grdClasses.RowCount() + 1);
 
@@ -87,13 +107,14 @@ void CalculateAllocation(TGrid& grdAccounts, TGrid& grdClasses, TGrid& grdResult
     const int pctWidth = static_cast<int>(RoundHalfEven(addAccWidth * 25.0 / 30.0));
     const int valueWidth = static_cast<int>(RoundHalfEven(addAccWidth * 60.0 / 30.0));
 
+    const TColumnRanks rank(list);
     for (const auto& entry : list) {
         const TAccTypeRec& rec = entry.rec;
         double accPreferred = Smaller(preferredLeft, rec.Amount);
         double accRest = rec.Amount - accPreferred;
         preferredLeft -= accPreferred;
 
-        const int col = (ColumnPosition(rec.AccType, list) - 1) * 2 + 1;
+        const int col = (rank(rec.AccType) - 1) * 2 + 1;
         grdResult.SetText(col, 0, std::string(AccountTypeLabel(rec.AccType)));
         grdResult.SetText(col, 1, "%");
         grdResult.SetText(col + 1, 1, "Value");
@@ -112,6 +133,20 @@ void CalculateAllocation(TGrid& grdAccounts, TGrid& grdClasses, TGrid& grdResult
             grdResult.SetFloat(col + 1, r + 1, classValue);
         }
     }
+}
+
+std::int64_t ResultCellCount(const TGrid& grdAccounts, const TGrid& grdClasses) {
+    std::int64_t records = 0, classes = 0;
+    for (int r = 1; r < grdAccounts.RowCount(); ++r) {
+        const std::intptr_t kind = grdAccounts.Object(0, r);
+        if (kind == 1) {
+            for (int c = 1; c <= 3; ++c) records += GreaterOrNaN(grdAccounts.Float(c, r)) ? 1 : 0;
+        } else if (kind != 0) {
+            ++records;
+        }
+    }
+    for (int r = 1; r < grdClasses.RowCount(); ++r) classes += grdClasses.Object(0, r) != 0 ? 1 : 0;
+    return (2 * records + 1) * (classes + 2);
 }
 
 TGrid MakeResultGrid() {

@@ -25,6 +25,17 @@ struct TAccTypeEntry {
 // (a code below 1 is returned as it is).
 std::int32_t ColumnPosition(std::int32_t t, const std::vector<TAccTypeEntry>& list);
 
+// The same ranks for many codes: the distinct codes are collected once, and
+// each rank is then a binary search.
+class TColumnRanks {
+public:
+    explicit TColumnRanks(const std::vector<TAccTypeEntry>& list);
+    std::int32_t operator()(std::int32_t t) const;
+
+private:
+    std::vector<std::int32_t> codes_;   // distinct codes >= 1, ascending
+};
+
 // Sorts the working list by key text the way the original list class does
 // (an unstable quicksort): equal codes end up in a definite order, which
 // decides which of them is shown.
@@ -34,6 +45,14 @@ void SortWorkingList(std::vector<TAccTypeEntry>& list);
 // current pixel width of the add-account button, the screen-scale reference
 // for the result columns (30 at design size).
 void CalculateAllocation(TGrid& grdAccounts, TGrid& grdClasses, TGrid& grdResult, int addAccWidth);
+
+// Cells of the result grid that CalculateAllocation would make of these grids:
+// (2 x records + 1) columns by (class rows with an object + 2) rows.
+std::int64_t ResultCellCount(const TGrid& grdAccounts, const TGrid& grdClasses);
+
+// A result this large takes some hundreds of MB and seconds to print: 100,000
+// non-registered rows against the six classes fit, far beyond any real client.
+inline constexpr std::int64_t kMaxResultCells = 5'000'000;
 
 // Design width of the add-account button, used where there is no window.
 inline constexpr int kDesignAddAccWidth = 30;

@@ -136,6 +136,19 @@ void TGrid::DeleteRow(int row) {
     Touch();
 }
 
+void TGrid::DeleteRows(const std::vector<bool>& remove) {
+    std::size_t kept = 0;
+    for (std::size_t r = 0; r < rows_.size(); ++r) {
+        if (r < remove.size() && remove[r]) continue;
+        if (kept != r) rows_[kept] = std::move(rows_[r]);
+        ++kept;
+    }
+    if (kept == rows_.size()) return;
+    rows_.resize(kept);
+    DropMergesOutside();
+    Touch();
+}
+
 int TGrid::AddRow() {
     rows_.emplace_back(static_cast<std::size_t>(colCount_));
     Touch();

@@ -53,6 +53,8 @@ public:
     void ClearRow(int row);
 
     void DeleteRow(int row);
+    // Deletes every row r with remove[r] set, in one pass.
+    void DeleteRows(const std::vector<bool>& remove);
     int AddRow();                        // appends an empty row, returns its index
     void InsertRow(int row);
 

@@ -172,4 +172,61 @@ QJsonDocument GridToJson(const TGrid& grid) {
     return QJsonDocument(doc);
 }
 
+QString EscapedNameLine(const QString& name) {
+    QString out;
+    out.reserve(name.size());
+    for (const QChar c : name) {
+        const char16_t u = c.unicode();
+        switch (u) {
+        case u'\\': out += QLatin1String("\\\\"); break;
+        case u'\n': out += QLatin1String("\\n"); break;
+        case u'\r': out += QLatin1String("\\r"); break;
+        case u'\t': out += QLatin1String("\\t"); break;
+        default:
+            if (u < 0x20 || (u >= 0x7F && u <= 0x9F))
+                out += QStringLiteral("\\x%1").arg(unsigned(u), 2, 16, QLatin1Char('0'));
+            else if (u == 0x2028 || u == 0x2029)
+                out += QStringLiteral("\\u%1").arg(unsigned(u), 4, 16, QLatin1Char('0'));
+            else
+                out += c;
+        }
+    }
+    return out;
+}
+
+QString UnescapedNameLine(const QString& line) {
+    QString out;
+    out.reserve(line.size());
+    for (qsizetype i = 0; i < line.size(); ++i) {
+        const QChar c = line[i];
+        if (c != QLatin1Char('\\') || i + 1 >= line.size()) {
+            out += c;
+            continue;
+        }
+        const QChar e = line[i + 1];
+        auto hex = [&](qsizetype digits) {
+            if (i + 2 + digits > line.size()) return false;
+            unsigned v = 0;
+            for (qsizetype k = i + 2; k < i + 2 + digits; ++k) {
+                const char16_t h = line[k].unicode();
+                const int d = h >= u'0' && h <= u'9'   ? h - u'0'
+                              : h >= u'a' && h <= u'f' ? h - u'a' + 10
+                              : h >= u'A' && h <= u'F' ? h - u'A' + 10
+                                                       : -1;
+                if (d < 0) return false;
+                v = v * 16 + unsigned(d);
+            }
+            out += QChar(char16_t(v));
+            i += 1 + digits;
+            return true;
+        };
+        if (e == QLatin1Char('\\')) out += QLatin1Char('\\'), ++i;
+        else if (e == QLatin1Char('n')) out += QLatin1Char('\n'), ++i;
+        else if (e == QLatin1Char('r')) out += QLatin1Char('\r'), ++i;
+        else if (e == QLatin1Char('t')) out += QLatin1Char('\t'), ++i;
+        else if (!(e == QLatin1Char('x') && hex(2)) && !(e == QLatin1Char('u') && hex(4))) out += c;
+    }
+    return out;
+}
+
 } // namespace tessary

@@ -34,6 +34,15 @@ QString ClassTotalLabel(double total, const QLocale& locale);
 QString DisplayText(const TGrid& grid, GridKind kind, int col, int row, const QLocale& locale);
 CellAlign DisplayAlign(GridKind kind, int col, int row);
 
+// A name as one line of the command line's name lists: a backslash becomes
+// "\\", a line break "\n", a carriage return "\r", a tab "\t", any other
+// control character (U+0000-U+001F, U+007F-U+009F) or line separator
+// (U+2028, U+2029) "\xHH" or "\uHHHH". Plain names print as they are.
+QString EscapedNameLine(const QString& name);
+// The inverse: the name an escaped line stands for; a backslash that starts
+// no escape stays as it is.
+QString UnescapedNameLine(const QString& line);
+
 // The grid as plain text, columns aligned as the window aligns them.
 QString FormatGridText(const TGrid& grid, GridKind kind, const QLocale& locale);
 

@@ -731,5 +731,10 @@
         <source>it is a folder</source>
         <translation>c’est un dossier</translation>
     </message>
+    <message>
+        <location filename="../report/Worksheet.cpp" line="266"/>
+        <source>it is not a regular file</source>
+        <translation>ce n’est pas un fichier ordinaire</translation>
+    </message>
 </context>
 </TS>

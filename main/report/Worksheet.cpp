@@ -7,7 +7,13 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSaveFile>
+#include <cerrno>
 #include <cmath>
+#include <cstring>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "core/Allocation.h"
 #include "core/Totals.h"
@@ -250,8 +256,20 @@ TWorksheet ReadWorksheet(const QString& path) {
     auto fail = [&](const QString& reason) {
         throw EWorksheet(EWorksheet::Fault::Unreadable, QCoreApplication::translate("tessary::Worksheet", "Cannot open the worksheet \"%1\": %2").arg(path, reason));
     };
-    if (QFileInfo(path).isDir()) fail(QCoreApplication::translate("tessary::Worksheet", "it is a folder"));
-    if (!file.open(QIODevice::ReadOnly)) fail(file.errorString());
+    // Opened without blocking, so that a FIFO in its place is refused rather
+    // than waited on; QFile then reads through the same descriptor.
+    const int fd = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (fd < 0) fail(QString::fromLocal8Bit(std::strerror(errno)));
+    struct stat st {};
+    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
+        ::close(fd);
+        fail(S_ISDIR(st.st_mode) ? QCoreApplication::translate("tessary::Worksheet", "it is a folder")
+                                 : QCoreApplication::translate("tessary::Worksheet", "it is not a regular file"));
+    }
+    if (!file.open(fd, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
+        ::close(fd);
+        fail(file.errorString());
+    }
     if (file.size() > kMaxBytes)
         throw EWorksheet(EWorksheet::Fault::Foreign, QCoreApplication::translate("tessary::Worksheet", "\"%1\" is not a Tessary worksheet.").arg(path));
     const QByteArray bytes = file.readAll();

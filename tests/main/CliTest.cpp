@@ -6,10 +6,12 @@
 #include <QJsonObject>
 #include <QTemporaryDir>
 #include <cmath>
+#include <sys/stat.h>
 
 #include "cli/Commands.h"
 #include "format/GridFormat.h"
 #include "core/Allocation.h"
+#include "catalogue/KvCatalogueFixture.h"
 
 using namespace tessary;
 
@@ -78,8 +80,20 @@ TEST_F(Cli, TextOutputIsFormattedLikeTheWindow) {
 TEST_F(Cli, FailuresAreOneLineOnStandardError) {
     struct Case { QStringList args; int code; const char* mention; };
     const QString c = Write("c.csv", "h\n");
+    const QString fifo = dir.filePath("fifo.csv");
+    EXPECT_EQ(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);   // no writer ever opens it
+    const QString large = Write("large.csv", "h\n" + QByteArray(4 << 20, '\n'));
+    // 318,750 taxable records (637,501 columns) against six classes (8 rows).
+    const QString wide = Write("wide.csv", "h\n" + QByteArray("Non-Reg.,1,1,1\n").repeated(106'250));
+    const QString six = Write("six.csv", "h\nShort-Term Fixed,1\nMid/Long-Term Fixed,1\nEquities Canada,1\n"
+                                         "Equities U.S.,1\nEquities Emerging Markets,1\nEquities Global,1\n");
     const Case cases[] = {
         {{"allocate", "--accounts", dir.filePath("missing.csv"), "--classes", c}, 1, "missing.csv"},
+        {{"allocate", "--accounts", fifo, "--classes", c}, 1, "fifo.csv\": it is not a regular file"},
+        {{"allocate", "--accounts", c, "--classes", "/dev/zero"}, 1, "/dev/zero\": it is not a regular file"},
+        {{"allocate", "--accounts", dir.path(), "--classes", c}, 1, "not a regular file"},
+        {{"allocate", "--accounts", large, "--classes", c}, 1, "large.csv\": it is larger than 4 MiB"},
+        {{"allocate", "--accounts", wide, "--classes", six}, 1, "5100008 cells"},
         {{"allocate", "--classes", c}, 1, "--accounts"},
         {{"allocate", "--accounts", c, "--classes", c, "--bogus"}, 1, "bogus"},
         {{"frobnicate"}, 2, "frobnicate"},
@@ -91,6 +105,52 @@ TEST_F(Cli, FailuresAreOneLineOnStandardError) {
         EXPECT_EQ(out.err.count('\n'), 1) << out.err.toStdString();
         EXPECT_TRUE(out.out.isEmpty());
     }
+}
+
+TEST_F(Cli, BlankLinesCostNothing) {
+    // Four million blank lines among the rows: the result is that of the rows alone.
+    const QByteArray blank(4'000'000, '\n');
+    const QJsonObject o = AllocateJson("h\n" + blank + "TFSAs,100\n", "h\nEquities Canada,40\nShort-Term Fixed,60\n");
+    EXPECT_EQ(o, AllocateJson("h\nTFSAs,100\n", "h\nEquities Canada,40\nShort-Term Fixed,60\n"));
+    EXPECT_EQ(o.value("columns").toInt(), 3);
+}
+
+TEST_F(Cli, NameListsKeepEachNameOnItsLine) {
+    kv::TClientFileSpec spec;
+    spec.Name = "Two\nLines";
+    spec.SolutionPrefix = "Plan\\";
+    spec.Solutions = 2;
+    kv::WriteClientFolder(QFile::encodeName(dir.filePath("data")).toStdString(), "md_db1", 0, spec);
+    const QStringList common = {"--product", "MD", "--data-dir", dir.filePath("data")};
+    const CliOutput files = RunCli(QStringList{"files"} + common);
+    EXPECT_EQ(files.out, "Two\\nLines\n") << files.err.toStdString();
+    // The name as printed and the name itself both choose the file.
+    for (const QString& name : {QStringLiteral("Two\\nLines"), QStringLiteral("Two\nLines")}) {
+        const CliOutput solutions = RunCli(QStringList{"solutions", "--file", name} + common);
+        EXPECT_EQ(solutions.out, "Plan\\\\1\nPlan\\\\2\n") << solutions.err.toStdString();
+    }
+}
+
+TEST(NameLines, EscapesWhatWouldBreakTheLineAndReadsItBack) {
+    const struct { const char16_t* name; const char* line; } cases[] = {
+        {u"Tremblay", "Tremblay"},
+        {u"Côté Holdings", "Côté Holdings"},
+        {u"Two\nlines", "Two\\nlines"},
+        {u"a\\b", "a\\\\b"},
+        {u"c:\\n", "c:\\\\n"},          // a backslash before an n stays a backslash
+        {u"tab\there\r", "tab\\there\\r"},
+        {u"\x01\x1f\x7f\u0085", "\\x01\\x1f\\x7f\\x85"},
+        {u"para\u2029", "para\\u2029"},
+    };
+    for (const auto& c : cases) {
+        const QString name = QString::fromUtf16(c.name);
+        const QString line = EscapedNameLine(name);
+        EXPECT_EQ(line, QString::fromUtf8(c.line));
+        EXPECT_FALSE(line.contains(QLatin1Char('\n')));
+        EXPECT_EQ(UnescapedNameLine(line), name) << c.line;
+    }
+    // A backslash that starts no escape is kept.
+    EXPECT_EQ(UnescapedNameLine("a\\qb\\x4"), "a\\qb\\x4");
 }
 
 TEST(Format, MoneyPlainAndTotalLabels) {

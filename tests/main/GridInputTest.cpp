@@ -2,9 +2,11 @@
 
 #include <cmath>
 
+#include "core/Allocation.h"
 #include "core/CsvInput.h"
 #include "core/Grid.h"
 #include "core/Totals.h"
+#include "core/Vocabulary.h"
 
 using namespace tessary;
 
@@ -160,6 +162,85 @@ TEST(Csv, ClassRowsGetCodes) {
     EXPECT_EQ(cls.Object(0, 2), 0);
     EXPECT_EQ(cls.Object(0, 3), 1);
     EXPECT_EQ(cls.Float(1, 3), 0);
+}
+
+// Every record a row, blank lines too: how the loaders built the grids before
+// they learned to leave rows out. The calculation must not tell the difference.
+void LoadEveryRecord(std::string_view text, TGrid& grid, bool accounts) {
+    const auto records = ParseCsv(text);
+    grid.SetRowCount(grid.FixedRows());
+    for (std::size_t i = 1; i < records.size(); ++i) {
+        const auto& f = records[i];
+        const int r = grid.AddRow();
+        grid.SetObject(0, r, accounts ? AccountKindOf(f[0]) : AssetClassOf(f[0]));
+        grid.SetText(0, r, f[0]);
+        for (int c = 1; c <= (accounts ? 3 : 1); ++c) {
+            double v = 0;
+            grid.SetFloat(c, r, std::size_t(c) < f.size() && ParseNumber(f[std::size_t(c)], v) ? v : 0);
+        }
+    }
+    if (accounts) RecomputeAccountTotals(grid);
+}
+
+void ExpectSameGrid(const TGrid& a, const TGrid& b, const std::string& what) {
+    ASSERT_EQ(a.RowCount(), b.RowCount()) << what;
+    ASSERT_EQ(a.ColCount(), b.ColCount()) << what;
+    for (int r = 0; r < a.RowCount(); ++r)
+        for (int c = 0; c < a.ColCount(); ++c) {
+            const TCell &x = a.Cell(c, r), &y = b.Cell(c, r);
+            EXPECT_TRUE(x.value == y.value || (x.IsFloat() && y.IsFloat() && std::isnan(std::get<double>(x.value)) &&
+                                               std::isnan(std::get<double>(y.value))))
+                << what << " cell " << c << "," << r << ": " << a.Text(c, r) << " / " << b.Text(c, r);
+            EXPECT_EQ(x.object, y.object) << what << " cell " << c << "," << r;
+        }
+    ASSERT_EQ(a.Merges().size(), b.Merges().size()) << what;
+}
+
+TEST(Csv, RowsLeftOutChangeNoResult) {
+    // Blank lines and unknown labels before, between and after the rows; runs
+    // shorter and longer than the number of classes.
+    const char* accounts[] = {
+        "h\nNon-Reg.,600,0,300\nTFSAs,100\n",
+        "\n\nNon-Reg.,600,0,300\n\n\nfoo,5,5,5\n\nRRSPs/RRIFs,50\n\n\n",
+        "h\n\n\n,7,7\nTFSAs,10\nTFSAs,30\n\n",
+    };
+    const char* classes[] = {
+        "h\nEquities Canada,40\nShort-Term Fixed,60\n",
+        "h\nEquities Canada,40\n\nShort-Term Fixed,60\n",
+        "h\n\n\n\n\nEquities Canada,40\nShort-Term Fixed,60\n",
+        "h\nGold,5\n\nEquities Canada,30\n\n\n\nShort-Term Fixed,40\nx\n\nEquities Global,25\n\n",
+        "h\nEquities U.S.,50\n\"\"\nMid/Long-Term Fixed,50\n\n\n\nEquities Global,1\n",
+        "\nEquities Canada,60\n\n",
+        "h\n\n\nGold,3\n\n",
+    };
+    for (const char* a : accounts)
+        for (const char* c : classes)
+            for (TCsvRows mode : {TCsvRows::Shown, TCsvRows::ForResult}) {
+                const std::string what = std::string(a) + " | " + c + (mode == TCsvRows::Shown ? " | shown" : " | result");
+                TGrid refAcc = MakeAccountsGrid(), refCls = MakeClassesGrid(), refRes = MakeResultGrid();
+                LoadEveryRecord(a, refAcc, true);
+                LoadEveryRecord(c, refCls, false);
+                TGrid acc = MakeAccountsGrid(), cls = MakeClassesGrid(), res = MakeResultGrid();
+                LoadAccountsCsv(a, acc, mode);
+                LoadClassesCsv(c, cls, mode);
+                EXPECT_EQ(ResultCellCount(acc, cls), ResultCellCount(refAcc, refCls)) << what;
+                CalculateAllocation(refAcc, refCls, refRes, kDesignAddAccWidth);
+                CalculateAllocation(acc, cls, res, kDesignAddAccWidth);
+                ExpectSameGrid(res, refRes, what + " result");
+                ExpectSameGrid(cls, refCls, what + " classes");
+                ExpectSameGrid(acc, refAcc, what + " accounts");
+                EXPECT_EQ(ResultCellCount(acc, cls), std::int64_t(res.RowCount()) * res.ColCount()) << what;
+            }
+}
+
+TEST(Csv, BlankLinesBuildNoRows) {
+    const std::string blank(4'000'000, '\n');
+    TGrid acc = MakeAccountsGrid();
+    LoadAccountsCsv("h\n" + blank + "TFSAs,5\n" + blank, acc);
+    EXPECT_EQ(acc.RowCount(), 2);
+    TGrid cls = MakeClassesGrid();
+    LoadClassesCsv("h\n" + blank + "Equities Canada,60\nShort-Term Fixed,40\n" + blank, cls);
+    EXPECT_EQ(cls.RowCount(), 5);   // two blank rows still move the two names in the result
 }
 
 } // namespace
