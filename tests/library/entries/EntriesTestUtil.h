@@ -4,11 +4,8 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <optional>
 #include <string>
@@ -16,33 +13,16 @@
 
 #include <gtest/gtest.h>
 
+#include "TestFiles.h"
+
 namespace kvtest {
 
-using Bytes = std::vector<std::uint8_t>;
-
-inline Bytes ReadAll(const std::filesystem::path& p) {
-    std::ifstream in(p, std::ios::binary);
-    return Bytes(std::istreambuf_iterator<char>(in), {});
-}
-
-inline void WriteAll(const std::filesystem::path& p, const Bytes& b) {
-    std::ofstream out(p, std::ios::binary | std::ios::trunc);
-    out.write(reinterpret_cast<const char*>(b.data()), std::streamsize(b.size()));
-}
-
+// A temp folder per test.
 class TempDirTest : public ::testing::Test {
 protected:
-    void SetUp() override {
-        std::string tmpl = (std::filesystem::temp_directory_path() / "tessary-entries-XXXXXX").string();
-        if (!mkdtemp(tmpl.data())) FAIL() << "mkdtemp failed";
-        dir_ = tmpl;
-    }
-    void TearDown() override {
-        std::error_code ec;
-        std::filesystem::remove_all(dir_, ec);
-    }
-    std::string Path(const std::string& name) const { return (dir_ / name).string(); }
-    std::filesystem::path dir_;
+    std::string Path(const std::string& name) const { return tmp_.File(name); }
+    TempDir tmp_;
+    const std::filesystem::path& dir_ = tmp_.Path();
 };
 
 // Little-endian bytes; Mark remembers where a named count starts.

@@ -19,7 +19,7 @@ class EntriesCorrupt : public TempDirTest {
 protected:
     // Loads bytes as Entries.dat; returns the exception's kind, or "" when it loaded.
     std::string LoadKind(const Bytes& bytes, std::uint8_t kind) {
-        WriteAll(Path("Entries.dat"), bytes);
+        WriteBytes(Path("Entries.dat"), bytes);
         TEntries t(kind, Path("Entries.dat"));
         try {
             t.Load(false);
@@ -45,7 +45,7 @@ TEST_F(EntriesCorrupt, TruncationAtEveryOffsetFails) {
     for (const std::uint8_t kind : {0, 1}) {
         SCOPED_TRACE(int(kind));
         kv::MakeDemoChart(kind, "")->Save(Path("full.dat"));
-        const Bytes full = ReadAll(Path("full.dat"));
+        const Bytes full = ReadBytes(Path("full.dat"));
         ASSERT_GT(full.size(), 1000u);
         for (std::size_t len = 0; len < full.size(); ++len) {
             const std::string got = LoadKind(Bytes(full.begin(), full.begin() + std::ptrdiff_t(len)), kind);
@@ -138,7 +138,7 @@ TEST_F(EntriesCorrupt, AnEntryAttachedAgainTakesItsNewParent) {
         RawChart c = Chart(3);
         c.tree1 = k.tree1;
         c.tree2 = k.tree2;
-        WriteAll(Path("Entries.dat"), RawFile(c, false).b);
+        WriteBytes(Path("Entries.dat"), RawFile(c, false).b);
         TEntries t(1, Path("Entries.dat"));
         ASSERT_NO_THROW(t.Load(false)) << k.what;
         const auto& e = t.EntriesByID();
@@ -161,7 +161,7 @@ TEST_F(EntriesCorrupt, ChainsOfFlatNodesAreBoundedAt64LevelsToo) {
     }
     RawChart c = Chart(65);
     for (int i = 0; i + 1 < 65; ++i) c.tree1.push_back({i, {{i + 1, {}}}});
-    WriteAll(Path("Entries.dat"), RawFile(c, false).b);
+    WriteBytes(Path("Entries.dat"), RawFile(c, false).b);
     TEntries t(1, Path("Entries.dat"));
     t.Load(false);
     const kv::TEntry* last = t.EntriesByID().back().get();

@@ -1,56 +1,24 @@
-// Balances on disk: hand-laid bytes, round trips, party resolution,
-// truncated and hostile files, and the year queries and listings.
+// Balances on disk: hand-laid bytes, round trips, party resolution, a
+// failed load leaving the balance alone, and the year queries.
 #include <gtest/gtest.h>
 
-#include <climits>
 #include <cmath>
-#include <cstdio>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <sstream>
 #include <string>
 #include <tuple>
-#include <unistd.h>
 #include <vector>
 
 #include "KvErrors.h"
+#include "TestFiles.h"
 #include "files/KvFnBufFile.h"
 #include "items/KvfnBalance.h"
 #include "model/KvFnModelData.h"
 #include "parties/KvFnParty.h"
 
-namespace fs = std::filesystem;
-using Bytes = std::vector<std::uint8_t>;
+using namespace kvtest;
 
 namespace {
-
-class TempDir {
-public:
-    TempDir() {
-        char tmpl[] = "/tmp/tessary-balance-XXXXXX";
-        path_ = mkdtemp(tmpl);
-    }
-    ~TempDir() {
-        std::error_code ec;
-        fs::remove_all(path_, ec);
-    }
-    std::string File(const std::string& name) const { return (path_ / name).string(); }
-
-private:
-    fs::path path_;
-};
-
-Bytes ReadBytes(const std::string& path) {
-    std::ifstream f(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(f), {}};
-}
-
-void WriteBytes(const std::string& path, const Bytes& b) {
-    std::ofstream f(path, std::ios::binary | std::ios::trunc);
-    f.write(reinterpret_cast<const char*>(b.data()), std::streamsize(b.size()));
-}
 
 // Little-endian bytes laid by hand, independent of the writer.
 struct Lay {
@@ -101,24 +69,6 @@ std::string Printed(const kv::TBalance& b) {
 }
 
 // ---------------------------------------------------------------------------
-
-TEST(BalanceLists, ThirtyFourInFileOrder) {
-    const auto& l = kv::BalanceLists();
-    int parties = 0;
-    for (int i = 0; i < kv::kBalanceListCount; ++i) {
-        const bool items = i == 4 || i == 6;
-        EXPECT_EQ(l[std::size_t(i)].Kind == kv::TBalanceListKind::Items, items) << i;
-        parties += !items;
-    }
-    EXPECT_EQ(parties, 32);
-    kv::TBalance b;
-    EXPECT_THROW(b.Parties(4), kv::EListError);
-    EXPECT_THROW(b.Items(0), kv::EListError);
-    EXPECT_THROW(b.Parties(34), kv::EListError);
-    EXPECT_THROW(b.Items(-1), kv::EListError);
-    EXPECT_NO_THROW(b.Items(6));
-    EXPECT_NO_THROW(b.Parties(33));
-}
 
 TEST(BalanceFile, EmptyBalanceWritesThirtyFourZeroCounts) {
     TempDir dir;
@@ -190,21 +140,19 @@ TEST(BalanceFile, HandLaidFileLoadsAndSavesBackIdentically) {
     EXPECT_EQ(d.GetFinItemVal(0).Int2, 3);
     EXPECT_EQ(b.Find("RRSP")->Count(), 0);
 
-    b.Save(dir.File("again.bal"));
-    EXPECT_EQ(ReadBytes(dir.File("again.bal")), laid);
-}
+    EXPECT_THROW(b.Parties(4), kv::EListError);   // an item list
+    EXPECT_THROW(b.Items(0), kv::EListError);
+    EXPECT_THROW(b.Parties(34), kv::EListError);
 
-// Without a model nothing resolves, and every id is still written back.
-TEST(BalanceFile, UnresolvedIdsSurviveASave) {
-    TempDir dir;
-    const Bytes laid = HandFile().b;
-    WriteBytes(dir.File("hand.bal"), laid);
-    kv::TBalance b;
-    b.Load(dir.File("hand.bal"));
-    for (const auto& p : b.Parties(0)) EXPECT_EQ(p.Party, nullptr);
-    EXPECT_EQ(b.Parties(33)[0].PartyID, 2);
     b.Save(dir.File("again.bal"));
     EXPECT_EQ(ReadBytes(dir.File("again.bal")), laid);
+
+    // Without a model nothing resolves, and every id is still written back.
+    kv::TBalance bare;
+    bare.Load(dir.File("hand.bal"));
+    EXPECT_EQ(bare.Parties(0)[0].Party, nullptr);
+    bare.Save(dir.File("bare.bal"));
+    EXPECT_EQ(ReadBytes(dir.File("bare.bal")), laid);
 }
 
 kv::TBalance& Fill(kv::TBalance& b, kv::TModelData& m) {
@@ -279,6 +227,7 @@ TEST(BalanceFile, TwoDatesOfOneYearComeBackWithTheSameYear) {
     EXPECT_EQ(back.FindValSumm("Cash", 2023), 2);   // the later of the two
 }
 
+// Damage as such is the hostile-file suite's; here: a failed load changes nothing.
 TEST(BalanceFile, EveryTruncationThrowsAndLeavesTheBalanceAlone) {
     TempDir dir;
     auto m = ModelWithParties();
@@ -298,47 +247,17 @@ TEST(BalanceFile, EveryTruncationThrowsAndLeavesTheBalanceAlone) {
     }
     EXPECT_EQ(Printed(target), before);
 
-    // A few cuts through real files as well.
-    for (std::size_t n : {std::size_t(0), std::size_t(7), std::size_t(150), full.size() - 1}) {
-        WriteBytes(dir.File("cut.bal"), Bytes(full.begin(), full.begin() + std::ptrdiff_t(n)));
-        EXPECT_THROW(target.Load(dir.File("cut.bal")), kv::EKvError) << n;
-    }
     auto r = kv::TBufReadFile::FromBytes(full, "whole.bal");
     target.Load(r);
     EXPECT_EQ(Printed(target), Printed(b));
 }
 
-TEST(BalanceFile, HostileCounts) {
-    struct C {
-        const char* what;
-        Bytes bytes;
-        bool structure;   // EFileStructure rather than EReadError
-    };
-    const C cases[] = {
-        {"negative party count", Lay().Dbl(0).Int(0).Int(-1).b, true},
-        {"huge party count", Lay().Dbl(0).Int(0).Int(INT32_MAX).b, false},
-        {"party count one past the bytes", Lay().Dbl(0).Int(0).Int(2).Short("a").Int(1).b, false},
-        {"huge item count", Lay().Dbl(0).Int(0).Zeros(4).Int(0x40000000).b, false},
-        {"negative account count", Lay().Dbl(0).Int(0).Zeros(34).Int(-5).b, true},
-        {"huge account count", Lay().Dbl(0).Int(0).Zeros(34).Int(0x7FFFFFF0).b, false},
-        {"huge dated-entry count", Lay().Dbl(0).Int(0).Zeros(34).Int(1).Short("k").Str("").Int(1 << 28).b, false},
-        {"negative value count",
-         Lay().Dbl(0).Int(0).Zeros(34).Int(1).Short("k").Str("").Int(1).Int(2020).Int(-1).Int(0).b, true},
-        {"huge item-value count",
-         Lay().Dbl(0).Int(0).Zeros(34).Int(1).Short("k").Str("").Int(1).Int(2020).Int(0).Int(1 << 30).b, false},
-        {"text longer than the file", Lay().Dbl(0).Int(0).Zeros(34).Int(1).Short("k").Int(1 << 30).b, false},
-    };
-    for (const auto& c : cases) {
-        kv::TBalance b;
-        auto r = kv::TBufReadFile::FromBytes(c.bytes, "hostile.bal");
-        if (c.structure) EXPECT_THROW(b.Load(r), kv::EFileStructure) << c.what;
-        else EXPECT_THROW(b.Load(r), kv::EReadError) << c.what;
-        EXPECT_EQ(b.Count(), 0) << c.what;
-    }
-    // Bytes after the accounts are left for newer writers.
+TEST(BalanceFile, NegativeCountIsStructureAndATailIsLeftForNewerWriters) {
     kv::TBalance b;
-    auto r = kv::TBufReadFile::FromBytes(Lay().Dbl(1).Int(2).Zeros(35).Int(77).b, "tail.bal");
-    EXPECT_NO_THROW(b.Load(r));
+    auto neg = kv::TBufReadFile::FromBytes(Lay().Dbl(0).Int(0).Zeros(34).Int(-5).b, "neg.bal");
+    EXPECT_THROW(b.Load(neg), kv::EFileStructure);
+    auto tail = kv::TBufReadFile::FromBytes(Lay().Dbl(1).Int(2).Zeros(35).Int(77).b, "tail.bal");
+    EXPECT_NO_THROW(b.Load(tail));
     EXPECT_EQ(b.FirstYear, 2);
 }
 
@@ -367,48 +286,28 @@ TEST(BalanceDates, YearOfADayCount) {
     EXPECT_EQ(kv::DateOfYear(-5), kv::DateOfYear(1));
 }
 
-TEST(BalanceDates, AccountDateOperations) {
+TEST(BalanceDates, AccountDateSumsAndCopies) {
     kv::TAccountDate d(45000.5);
     EXPECT_EQ(d.Year, 2023);
-    EXPECT_EQ(d.Add(10, 5).Value2, -1);
+    d.Add(10, 5);
     d.Add(11, 7);
     d.Add(10, 2);
     EXPECT_EQ(d.FindVal(10), 7);
-    EXPECT_EQ(d.FindVal(99), 0);
     EXPECT_EQ(d.SumVal(), 14);
-    d.SetVal(10, 1);          // the first value of the entry
+    d.SetVal(10, 1);   // the first value of the entry
     EXPECT_EQ(d.FindVal(10), 3);
-    d.SetVal(12, 4);          // added
-    EXPECT_EQ(d.Count(), 4);
-    EXPECT_EQ(d.Find(12)->Value, 4);
-    EXPECT_EQ(d.Find(13), nullptr);
-    d.SetAccountVal(0, {20, 8, 0.5});
-    EXPECT_EQ(d.GetAccountVal(0).EntryID, 20);
-    EXPECT_EQ(d.GetAccountVal(0).Value2, 0.5);
-    EXPECT_THROW(d.GetAccountVal(4), kv::EListError);
-    EXPECT_THROW(d.SetAccountVal(-1, {}), kv::EListError);
-
     d.AddFinItem(500, 10, 1);
     d.AddFinItem(501, -4);
     EXPECT_EQ(d.SumFinVals(), 6);
-    d.SetFinItemVal(1, {502, 6, 9});
-    EXPECT_EQ(d.GetFinItemVal(1).ItemID, 502);
     EXPECT_THROW(d.GetFinItemVal(2), kv::EListError);
-    d.ClearFinItemSums();
-    EXPECT_EQ(d.FinItemCount(), 2);
-    EXPECT_EQ(d.SumFinVals(), 0);
 
     int link = 0;
     d.Link = &link;
     kv::TAccountDate copy;
     copy.Assign(d);
-    EXPECT_EQ(copy.Year, 2023);
-    EXPECT_EQ(copy.Count(), 4);
-    EXPECT_EQ(copy.FinItemCount(), 2);
+    EXPECT_EQ(copy.Count(), 3);
+    EXPECT_EQ(copy.SumFinVals(), 6);
     EXPECT_EQ(copy.Link, nullptr);
-    d.ClearFinItemVals();
-    EXPECT_EQ(d.FinItemCount(), 0);
-    EXPECT_EQ(copy.FinItemCount(), 2);
 }
 
 TEST(BalanceDates, FindOrAddKeepsDateOrder) {
@@ -421,13 +320,10 @@ TEST(BalanceDates, FindOrAddKeepsDateOrder) {
     EXPECT_EQ(&again, &a.GetAccountDate(0));
     EXPECT_EQ(a.GetAccountDate(1).Date, 45200);
     EXPECT_EQ(a.GetAccountDate(2).Date, 45300);
-    EXPECT_EQ(a.Find(45200), &a.GetAccountDate(1));
-    EXPECT_EQ(a.Find(45201), nullptr);
     EXPECT_EQ(a.FindYear(2023), &a.GetAccountDate(0));
     EXPECT_EQ(a.FindLastOfYear(2023), &a.GetAccountDate(1));
     EXPECT_EQ(a.FindYear(2030), nullptr);
     EXPECT_EQ(a.Years(), (std::vector<std::int32_t>{2023, 2024}));
-    EXPECT_THROW(a.GetAccountDate(3), kv::EListError);
 }
 
 TEST(BalanceAccounts, DictionaryKeepsTheFirstOfAKey) {
@@ -437,42 +333,18 @@ TEST(BalanceAccounts, DictionaryKeepsTheFirstOfAKey) {
     EXPECT_EQ(b.Count(), 2);
     EXPECT_EQ(b.Find("A")->Text, "first");
     EXPECT_EQ(&b.FindOrAdd("A"), &b.GetAccount(0));
-    EXPECT_EQ(b.Find("B"), nullptr);
-    b.FindOrAdd("B");
-    EXPECT_EQ(b.Count(), 3);
 
     TempDir dir;
     b.Save(dir.File("d.bal"));
     kv::TBalance back;
     back.Load(dir.File("d.bal"));
     EXPECT_EQ(back.Find("A")->Text, "first");
-    EXPECT_EQ(back.Count(), 3);
-
-    b.GetAccount(0).FindOrAdd(45000).Add(1, 1);
-    kv::TAccount& cleared = b.ClearOrAdd("A");
-    EXPECT_EQ(&cleared, &b.GetAccount(0));
-    EXPECT_EQ(cleared.Count(), 0);
-    EXPECT_EQ(cleared.Text, "first");
-    b.ClearOrAdd("C");
-    EXPECT_EQ(b.Count(), 4);
-    b.GetAccount(3).FindOrAdd(45000);
-    EXPECT_NE(b.FindAccountDate("C", 45000), nullptr);
-    EXPECT_EQ(b.FindAccountDate("C", 1), nullptr);
-    EXPECT_EQ(b.FindAccountDate("Z", 45000), nullptr);
-    EXPECT_THROW(b.GetAccount(4), kv::EListError);
-
-    b.GetCGManager(1).Add(2020, 5);
-    b.Clear();
-    EXPECT_EQ(b.Count(), 0);
-    EXPECT_EQ(b.Find("A"), nullptr);
-    EXPECT_EQ(b.CGManagerCount(), 0);
+    EXPECT_EQ(back.Count(), 2);
 }
 
 TEST(BalanceCapitalGains, LossesCarryForward) {
     kv::TBalance b;
     kv::TCGManager& g = b.GetCGManager(1);
-    EXPECT_EQ(&g, &b.GetCGManager(1));
-    EXPECT_EQ(b.FindCGManager(2), nullptr);
     g.Add(2020, 100);
     g.Add(2021, -300);
     g.Add(2022, 100);
@@ -579,10 +451,7 @@ TEST(BalanceQueries, TotalsExtremesAndNegativeYears) {
     EXPECT_EQ(b.FirstAccountSumNegativeYear(K{"Cash", "Debt"}), 2024);
     // 2025: Cash has no entry and counts 0, Debt -10.
     EXPECT_EQ(b.FirstAccountSumNegativeYear(K{"Cash", "Debt"}, 2025), 2025);
-    EXPECT_EQ(b.FirstAccountSumNegativeYear(K{"Cash"}, 2025), -1);
     EXPECT_EQ(b.FirstAccountSumNegativeYear(K{"Cash", "Debt"}, 2026), -1);
-    EXPECT_EQ(b.FirstAccountSumNegativeYear(K{"None"}), -1);
-    EXPECT_EQ(b.FirstAccountSumNegativeYear(K{}), -1);
 
     // A tie keeps the earliest year.
     kv::TBalance t;
@@ -603,38 +472,6 @@ TEST(BalanceQueries, Listings) {
     EXPECT_EQ(b.ListPopulatedAccounts(), (std::vector<std::string>{"Cash", "Debt", "Items"}));
     EXPECT_EQ(b.ListAccountItems("Cash"), (std::vector<std::int32_t>{900, 901}));
     EXPECT_TRUE(b.ListAccountItems("Debt").empty());
-    EXPECT_EQ(b.ExploreAccount("Cash"),
-              (std::vector<std::string>{"2023 100 (2 values, 1 items)", "2023 150 (1 values, 2 items)",
-                                        "2024 -50 (1 values, 0 items)", "2026 30 (1 values, 0 items)"}));
-    EXPECT_TRUE(b.ExploreAccount("None").empty());
-    EXPECT_EQ(b.ExploreEntry(10), (std::vector<std::string>{"Cash 2023 60", "Cash 2023 150", "Cash 2024 -50",
-                                                             "Zero 2023 0"}));
-    EXPECT_TRUE(b.ExploreEntry(99).empty());
-}
-
-TEST(BalanceQueries, PrintForm) {
-    auto m = ModelWithParties();
-    kv::TBalance b(m.get());
-    b.Date = 45000.5;
-    b.FirstYear = 2023;
-    b.AddParty(0, *m->GetParticipantByID(1));
-    b.AddPartyID(18, 77, "Gone");
-    b.Items(6).push_back({300});
-    auto& d = b.Add("Cash", "Bank").FindOrAdd(45000);
-    d.Add(10, 1.5);
-    d.AddFinItem(900, -2, 4);
-    EXPECT_EQ(Printed(b),
-              "Balance 45000.5 first year 2023\n"
-              "List 0 Owners: 1\n"
-              "  1 Anne Roy\n"
-              "List 6 Insurance policies: 1\n"
-              "  300\n"
-              "List 18 Federal tax: 1\n"
-              "  77 Gone (unresolved)\n"
-              "Account Cash \"Bank\": 1 dated entries\n"
-              "  2023: sum 1.5\n"
-              "    E 10 = 1.5\n"
-              "    I 900 = -2 (4)\n");
 }
 
 } // namespace

@@ -3,8 +3,6 @@
 #include <cstring>
 #include <filesystem>
 #include <functional>
-#include <fstream>
-#include <iterator>
 
 #include "KvErrors.h"
 #include "KvSettings.h"
@@ -16,16 +14,6 @@ using namespace kvtest;
 namespace D = kv::DemoEntry;
 
 namespace {
-
-std::vector<std::uint8_t> ReadBytes(const std::string& path) {
-    std::ifstream f(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(f), {}};
-}
-
-void WriteBytes(const std::string& path, const std::vector<std::uint8_t>& bytes) {
-    std::ofstream f(path, std::ios::binary | std::ios::trunc);
-    f.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-}
 
 bool Contains(const std::vector<std::uint8_t>& hay, const std::string& needle) {
     return std::search(hay.begin(), hay.end(), needle.begin(), needle.end()) != hay.end();

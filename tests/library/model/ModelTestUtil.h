@@ -7,6 +7,7 @@
 #include <sstream>
 #include <string>
 
+#include "TestFiles.h"
 #include "catalogue/KvFnModels.h"
 #include "demo/DemoChart.h"
 #include "entries/KvFnEntries.h"
@@ -15,23 +16,6 @@
 namespace kvtest {
 
 namespace fs = std::filesystem;
-
-class TempDir {
-public:
-    TempDir() {
-        char tmpl[] = "/tmp/tessary-model-XXXXXX";
-        path_ = mkdtemp(tmpl);
-    }
-    ~TempDir() {
-        std::error_code ec;
-        fs::remove_all(path_, ec);
-    }
-    std::string File(const std::string& name) const { return (path_ / name).string(); }
-    const fs::path& Path() const { return path_; }
-
-private:
-    fs::path path_;
-};
 
 // A solution's surroundings: chart of accounts and solution list.
 struct Surroundings {

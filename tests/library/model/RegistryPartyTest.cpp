@@ -9,12 +9,10 @@ namespace {
 TEST(ModelRegistry, NumbersToClasses) {
     struct Case { std::int32_t number; const kv::TFinItemClass* cls; };
     const Case cases[] = {
-        {0, &kv::TFinItem::Class},      {-1, &kv::TFinItem::Class},    {252, &kv::TFinItem::Class},
-        {1000, &kv::TFinItem::Class},   {218, &kv::TFinItem::Class},   {225, &kv::TFinItem::Class},
-        {229, &kv::TFinItem::Class},    {242, &kv::TFinItem::Class},   {1, &kv::TAsset::Class},
-        {4, &kv::TPortfolio::Class},    {50, &kv::TRRSP::Class},       {78, &kv::TNonCapLoss::Class},
-        {79, &kv::TNonCapLoss::Class},  {140, &kv::TCorpShare::Class}, {147, &kv::TTFSA::Class},
-        {224, &kv::TFHSA::Class},       {251, &kv::TITCCarryforward::Class},
+        // Outside the rows and the rows without a class of their own: the base record.
+        {0, &kv::TFinItem::Class},    {-1, &kv::TFinItem::Class},  {252, &kv::TFinItem::Class},
+        {218, &kv::TFinItem::Class},  {1, &kv::TAsset::Class},     {50, &kv::TRRSP::Class},
+        {79, &kv::TNonCapLoss::Class}, {251, &kv::TITCCarryforward::Class},
     };
     for (const Case& c : cases) EXPECT_EQ(&kv::ItemClassByNumber(c.number), c.cls) << c.number;
 }
@@ -36,13 +34,9 @@ TEST(ModelRegistry, ReverseLookupGivesTheLowestRow) {
 TEST(ModelRegistry, InvestmentAccountsDeriveAsTheFamilyDoes) {
     struct Case { const kv::TFinItemClass* cls; const kv::TFinItemClass* base; bool derives; };
     const Case cases[] = {
-        {&kv::TRRSP::Class, &kv::TDCP::Class, true},          {&kv::TRRSP::Class, &kv::TLRIF::Class, true},
-        {&kv::TRRSP::Class, &kv::TRetPlan::Class, true},      {&kv::TTFSA::Class, &kv::TPortfolio::Class, true},
-        {&kv::TFHSA::Class, &kv::TPortfolioBase::Class, true}, {&kv::TPortfolioSeg::Class, &kv::TPortfolioX::Class, true},
-        {&kv::TRESP::Class, &kv::TPortfolio::Class, true},    {&kv::TRESP::Class, &kv::TRetPlan::Class, false},
-        {&kv::TTFSA::Class, &kv::TRRSP::Class, false},        {&kv::TRRIF::Class, &kv::TDCP::Class, false},
-        {&kv::TBankAccount::Class, &kv::TPortfolio::Class, false},
-        {&kv::TCapitalTrBenef::Class, &kv::TFinItem::Class, true},
+        {&kv::TRRSP::Class, &kv::TLRIF::Class, true},        {&kv::TTFSA::Class, &kv::TPortfolio::Class, true},
+        {&kv::TRESP::Class, &kv::TRetPlan::Class, false},     {&kv::TTFSA::Class, &kv::TRRSP::Class, false},
+        {&kv::TRRIF::Class, &kv::TDCP::Class, false},         {&kv::TBankAccount::Class, &kv::TPortfolio::Class, false},
     };
     for (const Case& c : cases) EXPECT_EQ(c.cls->InheritsFrom(*c.base), c.derives) << c.cls->Name << " / " << c.base->Name;
 }
