@@ -2,14 +2,11 @@
 // show what parsing, indexing and tree building add to the plain file read.
 #include <benchmark/benchmark.h>
 
-#include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
 
-#include <unistd.h>
-
+#include "../common/BenchSupport.h"
 #include "entries/KvFnEntries.h"
 #include "files/KvFnBufFile.h"
 
@@ -18,17 +15,15 @@ namespace {
 constexpr int kEntries = 5000;
 constexpr int kRoots = 50;
 
-std::filesystem::path Folder() {
-    static const std::filesystem::path dir =
-        std::filesystem::temp_directory_path() / ("tessary-bench-entries-" + std::to_string(getpid()));
-    return dir;
+const std::filesystem::path& Folder() {
+    static const tessary_bench::TempFolder folder("entries");
+    return folder.Path();
 }
 
 // Sizes as in a product's chart: names of 15-40 characters, a help text of a
 // few sentences, one to four special properties, three levels under 50 roots.
 const std::string& ChartFile() {
     static const std::string path = [] {
-        std::filesystem::create_directories(Folder());
         const std::string p = (Folder() / "Entries.dat").string();
         kv::TEntries c(0, p);
         for (int i = 0; i < 40; ++i)
@@ -67,7 +62,6 @@ const std::string& ChartFile() {
         for (int i = 0; i < 60; ++i) c.AddEnTaxLabel("Tax label " + std::to_string(i));
         c.SetVersion(kv::ExpectedEntriesVersion(0));
         c.Save(p);
-        std::atexit([] { std::filesystem::remove_all(Folder()); });
         return p;
     }();
     return path;

@@ -11,8 +11,8 @@
 
 #include <openssl/evp.h>
 #include <openssl/provider.h>
-#include <unistd.h>
 
+#include "../common/BenchSupport.h"
 #include "files/KvFnBufFile.h"
 #include "files/KvFnCipher.h"
 #include "files/KvWhirlpool.h"
@@ -22,7 +22,8 @@ namespace {
 constexpr int kRecords = 1'000'000; // about 50 MB of records below
 
 std::string TempPath(const char* name) {
-    return (std::filesystem::temp_directory_path() / (std::string(name) + "-" + std::to_string(getpid()))).string();
+    static const tessary_bench::TempFolder folder("files");
+    return (folder.Path() / name).string();
 }
 
 // One record: Int, Double, ShortStr, Str; mostly ASCII like real item records.
@@ -43,7 +44,6 @@ const std::string& MixedFile() {
         kv::TBufWriteFile w(p);
         WriteRecords(w);
         w.Close();
-        std::atexit([] { std::remove(TempPath("tessary-bench-mixed").c_str()); });
         return p;
     }();
     return path;

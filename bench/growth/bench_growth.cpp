@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-#include "catalogue/KvCatalogueFixture.h"
+#include "../common/BenchSupport.h"
 #include "catalogue/KvFnModels.h"
 #include "demo/DemoChart.h"
 #include "import/ImportSession.h"
@@ -22,11 +22,6 @@ namespace D = kv::DemoEntry;
 
 namespace {
 
-fs::path TempRoot(const char* what) {
-    std::string tmpl = (fs::temp_directory_path() / (std::string("tessary-growth-") + what + "-XXXXXX")).string();
-    return mkdtemp(tmpl.data());
-}
-
 std::unique_ptr<kv::TFinItem> Item(kv::TModelData& m, std::int32_t entryID, std::int32_t id) {
     const kv::TEntry* e = m.Entries()->GetEntryByID(entryID);
     auto item = kv::ItemClassByNumber(e->ItemClassNo).Create(e, &m, id);
@@ -37,7 +32,7 @@ std::unique_ptr<kv::TFinItem> Item(kv::TModelData& m, std::int32_t entryID, std:
 // A personal client file whose one solution holds n accounts of the import's
 // kinds, all owned by the first party; opened through the import session.
 struct Accounts {
-    explicit Accounts(int n) : root(TempRoot("accounts")) {
+    explicit Accounts(int n) : folder("growth"), root(folder.Path()) {
         const fs::path core = root / "Meridel" / "Core", data = root / "Meridel" / "Data";
         fs::create_directories(core);
         kv::WriteDemoChart(0, core.string());
@@ -63,13 +58,9 @@ struct Accounts {
         session->ChooseFile(0);
         session->ChooseSolution(0);
     }
-    ~Accounts() {
-        session.reset();
-        std::error_code ec;
-        fs::remove_all(root, ec);
-    }
+    tessary_bench::TempFolder folder;
     fs::path root;
-    std::unique_ptr<tessary::TImportSession> session;
+    std::unique_ptr<tessary::TImportSession> session;   // closed before its folder goes
 };
 
 void BM_ImportAccounts(benchmark::State& state) {

@@ -9,8 +9,7 @@
 #include <memory>
 #include <string>
 
-#include <unistd.h>
-
+#include "../common/BenchSupport.h"
 #include "KvErrors.h"
 #include "demo/DemoChart.h"
 #include "entries/KvFnEntries.h"
@@ -21,10 +20,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-fs::path Folder() {
-    static const fs::path dir = fs::temp_directory_path() / ("tessary-bench-hostile-" + std::to_string(getpid()));
-    fs::create_directories(dir);
-    return dir;
+const fs::path& Folder() {
+    static const tessary_bench::TempFolder folder("hostile");
+    return folder.Path();
 }
 
 // Elements for range 1 (the small size) and 10 (the large one); both stay
@@ -98,12 +96,5 @@ void BM_FinItemsEmptyPropertyRows(benchmark::State& state) {
 BENCHMARK(BM_ReadFileBaseline)->Arg(1)->Arg(10)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_EntriesEmptyTaxLabels)->Arg(1)->Arg(10)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_FinItemsEmptyPropertyRows)->Arg(1)->Arg(10)->Unit(benchmark::kMillisecond);
-
-struct Cleanup {
-    ~Cleanup() {
-        std::error_code ec;
-        fs::remove_all(Folder(), ec);
-    }
-} gCleanup;
 
 } // namespace

@@ -4,9 +4,6 @@
 // list is filled.
 #include <benchmark/benchmark.h>
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <QApplication>
 #include <QDir>
 #include <filesystem>
@@ -14,8 +11,8 @@
 #include <string>
 #include <vector>
 
+#include "../common/BenchSupport.h"
 #include "../common/LargeSolution.h"
-#include "catalogue/KvCatalogueFixture.h"
 #include "catalogue/KvFnModels.h"
 #include "parties/KvFnParty.h"
 #include "window/ImportDialog.h"
@@ -26,23 +23,12 @@ namespace {
 
 constexpr int kClientFiles = 5000;
 
-std::int64_t ReadAll(const std::string& path, std::vector<char>& buffer) {
-    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (fd < 0) return 0;
-    std::int64_t total = 0;
-    ssize_t n;
-    buffer.resize(256 * 1024);
-    while ((n = ::read(fd, buffer.data(), buffer.size())) > 0) total += n;
-    ::close(fd);
-    return total;
-}
+using tessary_bench::ReadFileBytes;
 
 // A data root whose Meridel holds 5,000 client files and Basalto one client
 // file with the large solution.
 struct Fixture {
-    Fixture() {
-        char tmpl[] = "/tmp/tessary-bench-import-XXXXXX";
-        root = mkdtemp(tmpl);
+    Fixture() : folder("import"), root(folder.Path()) {
         const fs::path mdData = root / "Meridel" / "Data", bsData = root / "Basalto" / "Data";
         fs::create_directories(root / "Meridel" / "Core");
         fs::create_directories(root / "Basalto" / "Core");
@@ -50,14 +36,7 @@ struct Fixture {
         mdChart->Save((root / "Meridel" / "Core" / "Entries.dat").string());
         bsChart = kv::MakeDemoChart(1, (root / "Basalto" / "Core" / "Entries.dat").string());
         bsChart->Save((root / "Basalto" / "Core" / "Entries.dat").string());
-        for (int i = 1; i <= kClientFiles; ++i) {
-            kv::TClientFileSpec clientFile;
-            clientFile.Name = "Client " + std::to_string(i);
-            clientFile.ID = 100000 + i;
-            clientFile.Solutions = 3;
-            clientFile.Date = 45000 + i * 0.37;
-            kv::WriteClientFolder(mdData.string() + "/", "md_db" + std::to_string(i) + "_" + clientFile.Name, 0, clientFile);
-        }
+        tessary_bench::WriteClientFolders(mdData.string() + "/", kClientFiles, 3, 0.37);
         // The file the dialog shows first gets a small solution, so opening runs the whole cascade.
         tessary::TFolderOverrides folders;
         folders.DataRoot = QString::fromStdString(root.string());
@@ -85,10 +64,7 @@ struct Fixture {
         }
         overrides = folders;
     }
-    ~Fixture() {
-        std::error_code ec;
-        fs::remove_all(root, ec);
-    }
+    tessary_bench::TempFolder folder;
     fs::path root;
     std::unique_ptr<kv::TEntries> mdChart, bsChart;
     std::string solution;
@@ -107,8 +83,8 @@ void BM_RawReadClientFiles(benchmark::State& state) {
     for (auto _ : state) {
         std::int64_t bytes = 0;
         for (const auto& e : fs::directory_iterator(f.root / "Meridel" / "Data"))
-            bytes += ReadAll((e.path() / "Models.dat").string(), buffer);
-        bytes += ReadAll((f.root / "Meridel" / "Core" / "Entries.dat").string(), buffer);
+            bytes += ReadFileBytes((e.path() / "Models.dat").string(), buffer);
+        bytes += ReadFileBytes((f.root / "Meridel" / "Core" / "Entries.dat").string(), buffer);
         benchmark::DoNotOptimize(bytes);
     }
 }
@@ -136,8 +112,8 @@ void BM_RawReadSolution(benchmark::State& state) {
     const Fixture& f = Data();
     std::vector<char> buffer;
     for (auto _ : state) {
-        std::int64_t bytes = ReadAll(f.solution, buffer);
-        bytes += ReadAll((f.root / "Basalto" / "Core" / "Entries.dat").string(), buffer);
+        std::int64_t bytes = ReadFileBytes(f.solution, buffer);
+        bytes += ReadFileBytes((f.root / "Basalto" / "Core" / "Entries.dat").string(), buffer);
         benchmark::DoNotOptimize(bytes);
     }
 }

@@ -1,11 +1,8 @@
 // Loading a large solution beside reading its bytes raw, in the same run.
 #include <benchmark/benchmark.h>
 
-#include <fcntl.h>
 #include <malloc.h>
-#include <unistd.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -15,6 +12,7 @@
 #include "demo/DemoChart.h"
 #include "items/KvFnClassRegistry.h"
 #include "model/KvFnModelData.h"
+#include "../common/BenchSupport.h"
 #include "../common/LargeSolution.h"
 
 namespace fs = std::filesystem;
@@ -22,22 +20,17 @@ namespace fs = std::filesystem;
 namespace {
 
 struct Fixture {
-    Fixture() {
-        char tmpl[] = "/tmp/tessary-bench-model-XXXXXX";
-        dir = mkdtemp(tmpl);
+    Fixture() : folder("model"), dir(folder.Path()) {
         path = (dir / "FinItems.dat").string();
         entries = kv::MakeDemoChart(0, (dir / "Entries.dat").string());
         models = std::make_unique<kv::TModels>(dir.string() + "/", "Main", "md_db1/");
         tessary_bench::WriteLargeSolution(path, entries.get(), models.get());
         bytes = static_cast<std::int64_t>(fs::file_size(path));
     }
-    ~Fixture() {
-        std::error_code ec;
-        fs::remove_all(dir, ec);
-    }
     std::unique_ptr<kv::TModelData> New() {
         return std::make_unique<kv::TModelData>(0, nullptr, models.get(), models.get(), nullptr, path, entries.get());
     }
+    tessary_bench::TempFolder folder;
     fs::path dir;
     std::string path;
     std::int64_t bytes = 0;
@@ -52,14 +45,8 @@ Fixture& Data() {
 
 void BM_RawRead(benchmark::State& state) {
     Fixture& f = Data();
-    std::vector<char> buf(static_cast<std::size_t>(f.bytes));
-    for (auto _ : state) {
-        const int fd = open(f.path.c_str(), O_RDONLY);
-        const ssize_t n = read(fd, buf.data(), buf.size());
-        close(fd);
-        benchmark::DoNotOptimize(n);
-        benchmark::DoNotOptimize(buf.data());
-    }
+    std::vector<char> buf;
+    for (auto _ : state) benchmark::DoNotOptimize(tessary_bench::ReadFileBytes(f.path, buf));
     state.SetBytesProcessed(state.iterations() * f.bytes);
 }
 BENCHMARK(BM_RawRead)->Unit(benchmark::kMillisecond);

@@ -17,8 +17,6 @@
 #include <string>
 #include <vector>
 
-#include <openssl/evp.h>
-
 #include "KvSettings.h"
 #include "catalogue/KvFnModels.h"
 #include "demo/DemoData.h"
@@ -30,30 +28,20 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Relative path -> SHA-256 of a file's bytes, or "dir" for a folder.
+// Relative path -> a file's bytes, or "dir" for a folder. The demo data is
+// small enough to keep whole.
 using Snapshot = std::map<std::string, std::string>;
-
-std::string Sha256(const fs::path& p) {
-    std::ifstream f(p, std::ios::binary);
-    const std::vector<unsigned char> bytes{std::istreambuf_iterator<char>(f), {}};
-    unsigned char digest[EVP_MAX_MD_SIZE];
-    unsigned int length = 0;
-    if (!EVP_Digest(bytes.data(), bytes.size(), digest, &length, EVP_sha256(), nullptr))
-        throw std::runtime_error("SHA-256 failed");
-    std::string hex;
-    char two[3];
-    for (unsigned int i = 0; i < length; ++i) {
-        std::snprintf(two, sizeof two, "%02x", digest[i]);
-        hex += two;
-    }
-    return hex;
-}
 
 Snapshot Take(const fs::path& root) {
     Snapshot s;
     for (const auto& e : fs::recursive_directory_iterator(root)) {
         const std::string rel = fs::relative(e.path(), root).string();
-        s[rel] = e.is_directory() ? "dir" : Sha256(e.path());
+        if (e.is_directory()) {
+            s[rel] = "dir";
+        } else {
+            std::ifstream f(e.path(), std::ios::binary);
+            s[rel].assign(std::istreambuf_iterator<char>(f), {});
+        }
     }
     return s;
 }

@@ -108,8 +108,6 @@ TEST(ImportCli, ListsInTheDialogsOrder) {
         {{"solutions", "--product", "MD", "--file", "Tremblay", "--key", key}, {"Current plan", "Retirement at 60"}},
         {{"parties", "--product", "MD", "--file", "Tremblay", "--solution", "Current plan", "--key", key},
          {"Marie Tremblay", "Luc Tremblay"}},
-        {{"parties", "--product", "BS", "--file", "Côté Holdings", "--solution", "Current plan"},
-         {"Côté Holdings Inc.", "All Shareholders", "Paul Côté", "Sophie Côté"}},
         {{"parties", "--product", "Quorren", "--file", "Fiducie familiale Roy", "--solution", "Current plan"},
          {"Fiducie familiale Roy", "All Beneficiaries", "Isabelle Roy", "Mathieu Roy", "Camille Roy"}},
     };
@@ -152,30 +150,6 @@ TEST(ImportCli, FailuresNameTheFileAndTheProblem) {
         EXPECT_EQ(out.err.count('\n'), 1) << out.err.toStdString();
     }
     EXPECT_EQ(Snapshot(Root()), before);
-}
-
-TEST(ImportCli, DamagedSolutionIsReportedWithItsPath) {
-    QTemporaryDir copy;
-    ASSERT_TRUE(QDir().mkpath(copy.filePath("Basalto")));
-    // Copy the Basalto tree, then cut its solution short.
-    QDirIterator it(Root() + "/Basalto", QDir::Files, QDirIterator::Subdirectories);
-    QString finItems;
-    while (it.hasNext()) {
-        const QString from = it.next();
-        const QString to = copy.path() + from.mid(Root().size());
-        QDir().mkpath(QFileInfo(to).path());
-        ASSERT_TRUE(QFile::copy(from, to));
-        if (to.endsWith("FinItems.dat")) finItems = to;
-    }
-    ASSERT_FALSE(finItems.isEmpty());
-    QFile f(finItems);
-    ASSERT_TRUE(f.open(QIODevice::ReadWrite));
-    ASSERT_TRUE(f.resize(f.size() / 2));
-    f.close();
-    const CliOutput out = RunCli({"parties", "--product", "BS", "--file", "Côté Holdings", "--solution", "Current plan",
-                                  "--data-root", copy.path()});
-    EXPECT_NE(out.exitCode, 0);
-    EXPECT_TRUE(out.err.contains(finItems)) << out.err.toStdString();
 }
 
 TEST(ImportCli, ConfiguredFoldersComeFromTheProductSettings) {

