@@ -1,11 +1,14 @@
 // Hostile text as the command line's CSV inputs: the same bytes loaded as the
 // accounts file and as the classes file, then the calculation over both, as
-// "tessary-cli allocate" runs it. Every body row must come from one record,
-// labelled with its first field.
+// "tessary-cli allocate" runs it. Every accounts row must come from one
+// record that is not blank, labelled with its first field; the classes keep
+// every such record and at most the blank ones between.
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/Allocation.h"
 #include "core/CsvInput.h"
@@ -31,11 +34,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     if (text.substr(0, 3) == "\xEF\xBB\xBF") text.remove_prefix(3);
     const auto records = ParseCsv(text);
-    const std::size_t body = records.empty() ? 0 : records.size() - 1;
-    Check(accounts.RowCount() - accounts.FixedRows() == static_cast<int>(body));
-    Check(classes.RowCount() - classes.FixedRows() == static_cast<int>(body));
-    for (std::size_t i = 0; i < body; ++i) {
-        const auto& f = records[i + 1];
+    std::vector<const std::vector<std::string>*> filled;   // body records that are not blank
+    for (std::size_t i = 1; i < records.size(); ++i)
+        if (!(records[i].size() == 1 && records[i][0].empty())) filled.push_back(&records[i]);
+    const int body = records.empty() ? 0 : static_cast<int>(records.size()) - 1;
+    Check(accounts.RowCount() - accounts.FixedRows() == static_cast<int>(filled.size()));
+    const int classRows = classes.RowCount() - classes.FixedRows();
+    Check(classRows >= static_cast<int>(filled.size()) && classRows <= body);
+    for (std::size_t i = 0; i < filled.size(); ++i) {
+        const auto& f = *filled[i];
         const int row = accounts.FixedRows() + static_cast<int>(i);
         Check(accounts.Text(0, row) == (f.empty() ? std::string() : f[0]));
         const double sum = accounts.Float(1, row) + accounts.Float(2, row) + accounts.Float(3, row);
