@@ -36,9 +36,9 @@ struct Accounts {
         const fs::path core = root / "Meridel" / "Core", data = root / "Meridel" / "Data";
         fs::create_directories(core);
         kv::WriteDemoChart(0, core.string());
-        kv::TClientFileSpec spec;
-        spec.Name = "Big";
-        kv::WriteClientFolder(data.string() + "/", "md_db1_Big", 0, spec);
+        kv::TClientFileSpec clientFile;
+        clientFile.Name = "Big";
+        kv::WriteClientFolder(data.string() + "/", "md_db1_Big", 0, clientFile);
         auto chart = kv::MakeDemoChart(0, (core / "Entries.dat").string());
         kv::TModels models(data.string() + "/", "Main", "md_db1_Big/");
         kv::TModelData m(0, nullptr, &models, &models, nullptr, (data / "md_db1_Big" / "Main" / "FinItems.dat").string(),

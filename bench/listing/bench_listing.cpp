@@ -117,15 +117,15 @@ struct Folder {
         for (int j = 0; j < n; ++j) {
             char name[32];
             std::snprintf(name, sizeof name, "Client %06d", j);
-            kv::TClientFileSpec spec;
-            spec.Name = name;
-            spec.ID = 1 + j;
-            spec.Solutions = 1;
-            spec.TrailingSections = false;
-            spec.Date = dates[std::size_t(order[std::size_t(rank[std::size_t(j)])])];
+            kv::TClientFileSpec clientFile;
+            clientFile.Name = name;
+            clientFile.ID = 1 + j;
+            clientFile.Solutions = 1;
+            clientFile.TrailingSections = false;
+            clientFile.Date = dates[std::size_t(order[std::size_t(rank[std::size_t(j)])])];
             char folder[48];
             std::snprintf(folder, sizeof folder, "md_db%06d_%s", j + 1, name);
-            kv::WriteClientFolder(Dir.string(), folder, 0, spec);
+            kv::WriteClientFolder(Dir.string(), folder, 0, clientFile);
         }
     }
     ~Folder() {

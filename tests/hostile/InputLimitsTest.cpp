@@ -130,16 +130,16 @@ INSTANTIATE_TEST_SUITE_P(Readers, SpecialFiles, ::testing::ValuesIn([] {
 // A protected client file with a seed of n bytes. The writer refuses seeds
 // beyond the limit, so a longer one is made by lengthening a written one.
 fs::path ClientWithSeed(const fs::path& base, std::size_t n) {
-    kv::TClientFileSpec spec;
-    spec.Name = "Seeded";
-    spec.Protected = true;
-    spec.Solutions = 2;
-    spec.KeySeed = std::string(std::min(n, kv::MaxKeySeedBytes), 'k');
-    const fs::path header = kv::WriteClientFolder(base.string(), "md_db1", 0, spec);
+    kv::TClientFileSpec clientFile;
+    clientFile.Name = "Seeded";
+    clientFile.Protected = true;
+    clientFile.Solutions = 2;
+    clientFile.KeySeed = std::string(std::min(n, kv::MaxKeySeedBytes), 'k');
+    const fs::path header = kv::WriteClientFolder(base.string(), "md_db1", 0, clientFile);
     if (n > kv::MaxKeySeedBytes) {
         std::vector<char> b = ReadAll(header);
         const std::size_t record2 = 1 + std::size_t(static_cast<unsigned char>(b[0]));   // after record 1 (ShortStr)
-        const auto at = std::search(b.begin(), b.end(), spec.KeySeed.begin(), spec.KeySeed.end());
+        const auto at = std::search(b.begin(), b.end(), clientFile.KeySeed.begin(), clientFile.KeySeed.end());
         b.insert(at, n - kv::MaxKeySeedBytes, 'k');
         std::int32_t length;
         std::memcpy(&length, b.data() + record2, 4);
@@ -205,9 +205,9 @@ TEST(ClientFolderNames, HoldNothingThatSomePlatformRefuses) {
     };
     for (const auto& c : cases) {
         TempDir dir;
-        kv::TClientFileSpec spec;
-        spec.Name = c.name;
-        kv::WriteClientFolder(dir.Path.string(), "md_db1", 0, spec);
+        kv::TClientFileSpec clientFile;
+        clientFile.Name = c.name;
+        kv::WriteClientFolder(dir.Path.string(), "md_db1", 0, clientFile);
         kv::TProjHdrLst list(dir.Path.string(), "", 0);
         list.Load(false);
         ASSERT_EQ(list.Count(), 1);

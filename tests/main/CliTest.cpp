@@ -116,11 +116,11 @@ TEST_F(Cli, BlankLinesCostNothing) {
 }
 
 TEST_F(Cli, NameListsKeepEachNameOnItsLine) {
-    kv::TClientFileSpec spec;
-    spec.Name = "Two\nLines";
-    spec.SolutionPrefix = "Plan\\";
-    spec.Solutions = 2;
-    kv::WriteClientFolder(QFile::encodeName(dir.filePath("data")).toStdString(), "md_db1", 0, spec);
+    kv::TClientFileSpec clientFile;
+    clientFile.Name = "Two\nLines";
+    clientFile.SolutionPrefix = "Plan\\";
+    clientFile.Solutions = 2;
+    kv::WriteClientFolder(QFile::encodeName(dir.filePath("data")).toStdString(), "md_db1", 0, clientFile);
     const QStringList common = {"--product", "MD", "--data-dir", dir.filePath("data")};
     const CliOutput files = RunCli(QStringList{"files"} + common);
     EXPECT_EQ(files.out, "Two\\nLines\n") << files.err.toStdString();
