@@ -19,6 +19,7 @@
 #include <string>
 #include <vector>
 
+#include "OriginalQuicksort.h"
 #include "catalogue/KvCatalogueFixture.h"
 #include "import/ImportSession.h"
 
@@ -26,49 +27,15 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// The pointer list's quicksort as the original products have it: the input
-// is crafted against this one.
-template <class T, class Compare>
-void OriginalPointerSort(std::vector<T>& list, int l, int r, Compare compare) {
-    int i, j;
-    do {
-        i = l;
-        j = r;
-        const T pivot = list[(l + r) >> 1];
-        do {
-            while (compare(list[i], pivot) < 0) ++i;
-            while (compare(list[j], pivot) > 0) --j;
-            if (i <= j) {
-                if (i != j) std::swap(list[i], list[j]);
-                ++i;
-                --j;
-            }
-        } while (i <= j);
-        if (l < j) OriginalPointerSort(list, l, j, compare);
-        l = i;
-    } while (i < r);
-}
-
-// Rank of the item at each list position that makes the original sort take
-// its longest: keys are fixed only when a comparison needs them.
+// Rank of the item at each list position that makes the original pointer
+// sort take its longest.
 std::vector<int> KillerRanksOnThisStack(int n) {
-    const int gas = n;
-    std::vector<int> key(static_cast<std::size_t>(n), gas);
-    int solid = 0, candidate = 0;
-    std::vector<int> items(static_cast<std::size_t>(n));
-    std::iota(items.begin(), items.end(), 0);
-    OriginalPointerSort(items, 0, n - 1, [&](int x, int y) {
-        int& kx = key[std::size_t(x)];
-        int& ky = key[std::size_t(y)];
-        if (kx == gas && ky == gas) (x == candidate ? kx : ky) = solid++;
-        if (kx == gas)
-            candidate = x;
-        else if (ky == gas)
-            candidate = y;
-        return (kx > ky) - (kx < ky);
+    std::vector<int> key = kvtest::AdversaryKeys(n, [n](std::vector<int>& items, auto compare) {
+        if (n > 1) kvtest::OriginalPointerSort(items, 0, n - 1, compare);
     });
+    int solid = static_cast<int>(std::count_if(key.begin(), key.end(), [n](int k) { return k < n; }));
     for (int& k : key)
-        if (k == gas) k = solid++;   // never compared while undecided
+        if (k == n) k = solid++;   // never compared while undecided
     return key;
 }
 

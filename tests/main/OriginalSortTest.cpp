@@ -10,58 +10,12 @@
 #include <random>
 #include <vector>
 
+#include "OriginalQuicksort.h"
 #include "core/OriginalSort.h"
 
 using namespace tessary;
 
 namespace {
-
-// The original algorithms, unchanged: the reference for the order of equal keys.
-template <class T, class Compare>
-void RefTextSort(std::vector<T>& list, int l, int r, Compare compare) {
-    int i, j, p;
-    do {
-        i = l;
-        j = r;
-        p = (l + r) >> 1;
-        do {
-            while (compare(list[i], list[p]) < 0) ++i;
-            while (compare(list[j], list[p]) > 0) --j;
-            if (i <= j) {
-                if (i != j) std::swap(list[i], list[j]);
-                if (p == i)
-                    p = j;
-                else if (p == j)
-                    p = i;
-                ++i;
-                --j;
-            }
-        } while (i <= j);
-        if (l < j) RefTextSort(list, l, j, compare);
-        l = i;
-    } while (i < r);
-}
-
-template <class T, class Compare>
-void RefPointerSort(std::vector<T>& list, int l, int r, Compare compare) {
-    int i, j;
-    do {
-        i = l;
-        j = r;
-        const T pivot = list[(l + r) >> 1];
-        do {
-            while (compare(list[i], pivot) < 0) ++i;
-            while (compare(list[j], pivot) > 0) --j;
-            if (i <= j) {
-                if (i != j) std::swap(list[i], list[j]);
-                ++i;
-                --j;
-            }
-        } while (i <= j);
-        if (l < j) RefPointerSort(list, l, j, compare);
-        l = i;
-    } while (i < r);
-}
 
 enum class Sort { Text, Pointer };
 
@@ -75,9 +29,9 @@ std::vector<int> SortItems(Sort sort, bool reference, std::vector<int> items, Co
     const int last = static_cast<int>(items.size()) - 1;
     if (items.size() > 1) {
         if (sort == Sort::Text)
-            reference ? RefTextSort(items, 0, last, counted) : TextListSort(items, counted);
+            reference ? kvtest::OriginalTextSort(items, 0, last, counted) : TextListSort(items, counted);
         else
-            reference ? RefPointerSort(items, 0, last, counted) : PointerListSort(items, counted);
+            reference ? kvtest::OriginalPointerSort(items, 0, last, counted) : PointerListSort(items, counted);
     }
     return items;
 }
@@ -92,22 +46,10 @@ std::vector<int> Identity(int n) {
 // so that the current pivot candidate comes out smallest. The keys it leaves
 // are an input on which the sort it watched takes its longest.
 std::vector<int> KillerKeys(Sort sort, bool reference, int n) {
-    const int gas = n;
-    std::vector<int> key(static_cast<std::size_t>(n), gas);
-    int solid = 0, candidate = 0;
-    long long count = 0;
-    auto cmp = [&](int x, int y) {
-        auto& kx = key[std::size_t(x)];
-        auto& ky = key[std::size_t(y)];
-        if (kx == gas && ky == gas) (x == candidate ? kx : ky) = solid++;
-        if (kx == gas)
-            candidate = x;
-        else if (ky == gas)
-            candidate = y;
-        return (kx > ky) - (kx < ky);
-    };
-    SortItems(sort, reference, Identity(n), cmp, &count);
-    return key;
+    return kvtest::AdversaryKeys(n, [&](std::vector<int>& items, auto compare) {
+        long long count = 0;
+        items = SortItems(sort, reference, items, compare, &count);
+    });
 }
 
 struct Case {
