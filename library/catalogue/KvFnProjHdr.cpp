@@ -300,6 +300,7 @@ public:
         std::string name;
         std::string lower;
         bool isDir = false;
+        bool locked = false;   // protected and no key: step 4 must not read it again
         std::unique_ptr<TProjHdr> hdr;
     };
 
@@ -459,10 +460,21 @@ std::unique_ptr<TProjHdr> ReadFolderHeader(const std::string& name, const std::s
     return hdr;
 }
 
+// Null when the header is protected and no key is configured: one such file
+// must not hide the client files that need none.
+std::unique_ptr<TProjHdr> ReadUnlessLocked(const std::string& name, const std::string& base, std::uint8_t kind) {
+    try {
+        return ReadFolderHeader(name, base, kind);
+    } catch (const EKeyMissing&) {
+        return nullptr;
+    }
+}
+
 } // namespace
 
 void TProjHdrLst::Load(bool includeAlternate) {
     Clear();
+    locked_.clear();
     std::vector<std::unique_ptr<TProjHdr>> items;  // the list stays empty when a header fails
     TDirTable table(dataDir_);
 
@@ -483,7 +495,11 @@ void TProjHdrLst::Load(bool includeAlternate) {
         const std::vector<std::size_t> dirs = table.Dirs(prefix_ + "db*");
         for (auto it = dirs.rbegin(); it != dirs.rend(); ++it) {
             TDirTable::Entry& e = table[*it];
-            std::unique_ptr<TProjHdr> hdr = ReadFolderHeader(e.name, HeaderBase(e.name, true, dataDir_, altDir_), kind_);
+            std::unique_ptr<TProjHdr> hdr = ReadUnlessLocked(e.name, HeaderBase(e.name, true, dataDir_, altDir_), kind_);
+            if (!hdr) {
+                e.locked = true;
+                continue;
+            }
             const std::size_t first = e.name.find('_');
             const std::size_t second = e.name.find('_', first + 1);
             const std::string target = e.name.substr(0, second) + "_" + FolderSafe(hdr->Name);
@@ -501,18 +517,28 @@ void TProjHdrLst::Load(bool includeAlternate) {
         for (std::size_t i : alt.Dirs("_db")) {
             const std::string& name = alt[i].name;
             const std::string base = HeaderBase(name, table.IsDir(name), dataDir_, altDir_);
-            if (!base.empty()) items.push_back(ReadFolderHeader(name, base, kind_));
+            if (base.empty()) continue;
+            if (auto hdr = ReadUnlessLocked(name, base, kind_))
+                items.push_back(std::move(hdr));
+            else
+                locked_.push_back(name);
         }
     }
     const std::vector<std::size_t> dirs = table.Dirs(prefix_ + "db*");
     items.reserve(items.size() + dirs.size());
     for (std::size_t i : dirs) {
         TDirTable::Entry& e = table[i];
+        if (e.locked) {
+            locked_.push_back(e.name);
+            continue;
+        }
         const std::string base = HeaderBase(e.name, true, dataDir_, altDir_);
         if (e.hdr && e.hdr->BaseDir == base)
             items.push_back(std::move(e.hdr));
+        else if (auto hdr = ReadUnlessLocked(e.name, base, kind_))
+            items.push_back(std::move(hdr));
         else
-            items.push_back(ReadFolderHeader(e.name, base, kind_));
+            locked_.push_back(e.name);
     }
     items_ = std::move(items);
 }

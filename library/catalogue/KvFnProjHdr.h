@@ -122,7 +122,8 @@ public:
     // every client folder's header into the list. A header that cannot be read
     // fails the whole load; the message names the file. Renames that fail are
     // ignored. A data directory that cannot be listed gives no folders. A wrong
-    // key gives EInvalidDataIn, a missing one EKeyMissing.
+    // key gives EInvalidDataIn. A protected header without a configured key
+    // leaves its folder out of the list and in Locked(), not renamed.
     void Load(bool includeAlternate);
     void Clear() noexcept { items_.clear(); }
 
@@ -140,6 +141,9 @@ public:
     // Entry at index; EListError when there is none.
     TProjHdr& Get(std::int32_t index) const;
     const std::vector<std::unique_ptr<TProjHdr>>& Items() const noexcept { return items_; }
+    // Folder names (no trailing "/") of the protected client files the last
+    // Load could not read for want of a key, in listing order.
+    const std::vector<std::string>& Locked() const noexcept { return locked_; }
     // Reorders the list (for the import's file order); stable.
     template <class Less>
     void Sort(Less less);
@@ -155,6 +159,7 @@ private:
     std::string prefix_;
     std::uint8_t kind_;
     std::vector<std::unique_ptr<TProjHdr>> items_;
+    std::vector<std::string> locked_;
 };
 
 } // namespace kv

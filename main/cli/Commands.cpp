@@ -84,7 +84,9 @@ QString AllocateCommand(const QString& accountsCsv, const QString& classesCsv, A
 
 namespace {
 
-using Command = std::function<QString(const QStringList&)>;
+// A command returns its standard output; notes that do not fail it go to
+// notes, one line each.
+using Command = std::function<QString(const QStringList&, QStringList& notes)>;
 
 // Parses the options of one command; usage errors become CliError.
 void Parse(QCommandLineParser& parser, const QStringList& args) {
@@ -100,7 +102,7 @@ QString Required(const QCommandLineParser& parser, const QString& name) {
     return value;
 }
 
-QString RunAllocate(const QStringList& args) {
+QString RunAllocate(const QStringList& args, QStringList&) {
     QCommandLineParser parser;
     parser.addOption({QStringLiteral("accounts"), QStringLiteral("Accounts CSV: label,MD,BS,QR."), QStringLiteral("file")});
     parser.addOption({QStringLiteral("classes"), QStringLiteral("Targets CSV: label,percent."), QStringLiteral("file")});
@@ -152,6 +154,12 @@ void ChooseFileNamed(TImportSession& session, const QString& name) {
                            .toStdString());
     int index = session.FindFile(name);
     if (index < 0) index = session.FindFile(UnescapedNameLine(name));
+    // Without a key a protected file's name cannot be read, so any of the
+    // locked ones may be the one asked for.
+    if (index < 0 && !session.LockedFiles().isEmpty())
+        throw CliError(QStringLiteral("Client file \"%1\" is protected and no client-file key is configured.")
+                           .arg(name)
+                           .toStdString());
     if (index < 0)
         throw CliError(QStringLiteral("No client file \"%1\" in %2").arg(name, session.DataDir()).toStdString());
     session.ChooseFile(index);
@@ -175,14 +183,18 @@ QString NameLines(QStringList names) {
     return Lines(names);
 }
 
-QString RunFiles(const QStringList& args) {
+QString RunFiles(const QStringList& args, QStringList& notes) {
     QCommandLineParser parser;
     AddImportOptions(parser, false);
     Parse(parser, args);
-    return NameLines(OpenSession(parser)->FileNames());
+    auto session = OpenSession(parser);
+    for (const QString& folder : session->LockedFiles())
+        notes << QStringLiteral("Client folder \"%1\" is protected and no client-file key is configured; it is not listed")
+                     .arg(EscapedNameLine(folder));
+    return NameLines(session->FileNames());
 }
 
-QString RunSolutions(const QStringList& args) {
+QString RunSolutions(const QStringList& args, QStringList&) {
     QCommandLineParser parser;
     AddImportOptions(parser, false);
     parser.addOption({QStringLiteral("file"), QStringLiteral("Client file name."), QStringLiteral("name")});
@@ -192,7 +204,7 @@ QString RunSolutions(const QStringList& args) {
     return NameLines(session->SolutionNames());
 }
 
-QString RunParties(const QStringList& args) {
+QString RunParties(const QStringList& args, QStringList&) {
     QCommandLineParser parser;
     AddImportOptions(parser, true);
     parser.addOption({QStringLiteral("file"), QStringLiteral("Client file name."), QStringLiteral("name")});
@@ -217,7 +229,7 @@ const kv::TParticipant* FindParty(const std::vector<kv::TParticipant*>& list, co
     throw CliError(QStringLiteral("No %1 \"%2\" in the solution").arg(QLatin1String(what), name).toStdString());
 }
 
-QString RunImport(const QStringList& args) {
+QString RunImport(const QStringList& args, QStringList&) {
     QCommandLineParser parser;
     AddImportOptions(parser, true);
     parser.addOption({QStringLiteral("file"), QStringLiteral("Client file name."), QStringLiteral("name")});
@@ -265,7 +277,7 @@ QString RunImport(const QStringList& args) {
     return Lines(lines);
 }
 
-QString RunDemoData(const QStringList& args) {
+QString RunDemoData(const QStringList& args, QStringList&) {
     QCommandLineParser parser;
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     if (!parser.parse(args)) throw CliError(parser.errorText().toStdString());
@@ -331,7 +343,9 @@ CliOutput RunCli(const QStringList& args) {
         // QCommandLineParser expects the program name first.
         QStringList parserArgs = args;
         parserArgs[0] = QStringLiteral("tessary-cli ") + args.first();
-        result.out = it->second(parserArgs);
+        QStringList notes;
+        result.out = it->second(parserArgs, notes);
+        for (const QString& note : notes) result.err += QStringLiteral("tessary-cli: ") + note + QLatin1Char('\n');
     } catch (const std::exception& e) {
         result.err = QStringLiteral("tessary-cli: ") + QString::fromUtf8(e.what()).simplified() + QLatin1Char('\n');
         result.exitCode = 1;

@@ -302,6 +302,34 @@
     </message>
 </context>
 <context>
+    <name>tessary::TImportSession</name>
+    <message>
+        <location filename="../import/ImportSession.cpp" line="234"/>
+        <source>Select Corporation</source>
+        <translation>Choisir la société</translation>
+    </message>
+    <message>
+        <location filename="../import/ImportSession.cpp" line="235"/>
+        <source>Select Trust</source>
+        <translation>Choisir la fiducie</translation>
+    </message>
+    <message>
+        <location filename="../import/ImportSession.cpp" line="236"/>
+        <source>Select Party</source>
+        <translation>Choisir la partie</translation>
+    </message>
+    <message>
+        <location filename="../import/ImportSession.cpp" line="242"/>
+        <source>All Shareholders</source>
+        <translation>Tous les actionnaires</translation>
+    </message>
+    <message>
+        <location filename="../import/ImportSession.cpp" line="243"/>
+        <source>All Beneficiaries</source>
+        <translation>Tous les bénéficiaires</translation>
+    </message>
+</context>
+<context>
     <name>tessary::TInputGridsPanel</name>
     <message>
         <location filename="../window/InputGridsPanel.cpp" line="90"/>
@@ -481,6 +509,41 @@
         <location filename="../window/ImportDialog.cpp" line="85"/>
         <source>Cancel</source>
         <translation>Annuler</translation>
+    </message>
+    <message>
+        <location filename="../window/ImportDialog.cpp" line="184"/>
+        <source>No data folder is set for %1 (DataDir in its configuration, or --data-root).</source>
+        <translation>Aucun répertoire de données n’est défini pour %1 (DataDir dans sa configuration, ou --data-root).</translation>
+    </message>
+    <message>
+        <location filename="../window/ImportDialog.cpp" line="187"/>
+        <source>The data folder %1 does not exist.</source>
+        <translation>Le répertoire de données %1 n’existe pas.</translation>
+    </message>
+    <message>
+        <location filename="../window/ImportDialog.cpp" line="188"/>
+        <source>The data folder %1 is not a folder.</source>
+        <translation>Le répertoire de données %1 n’est pas un répertoire.</translation>
+    </message>
+    <message>
+        <location filename="../window/ImportDialog.cpp" line="189"/>
+        <source>The data folder %1 cannot be read.</source>
+        <translation>Le répertoire de données %1 ne peut pas être lu.</translation>
+    </message>
+    <message>
+        <location filename="../window/ImportDialog.cpp" line="190"/>
+        <source>The data folder %1 holds no client files.</source>
+        <translation>Le répertoire de données %1 ne contient aucun dossier client.</translation>
+    </message>
+    <message>
+        <location filename="../window/ImportDialog.cpp" line="195"/>
+        <source>%1 is protected: a client-file key is needed. Set Keys/ClientFileKey in Tessary&apos;s settings, start Tessary with --key, or set TESSARY_CLIENT_KEY.</source>
+        <translation>%1 est protégé : il faut une clé de dossier client. Indiquez-la dans Keys/ClientFileKey des réglages de Tessary, lancez Tessary avec --key ou définissez TESSARY_CLIENT_KEY.</translation>
+    </message>
+    <message>
+        <location filename="../window/ImportDialog.cpp" line="234"/>
+        <source>%1 (locked)</source>
+        <translation>%1 (verrouillé)</translation>
     </message>
 </context>
 <context>

@@ -38,15 +38,24 @@ QString WithSeparator(QString dir) {
 
 // A configured folder that is not there must not look like a product without
 // client files: the adviser would be told "no client file" about a typo.
-void RequireListableFolder(const QString& dir, const QString& product) {
+void RequireListableFolder(const QString& dir, const QString& product, TFolderState& state) {
     const std::string path = Utf8(dir);
     const std::string what = "The data folder \"" + path + "\" of " + Utf8(product);
     std::error_code ec;
     const auto status = std::filesystem::status(path, ec);
-    if (!std::filesystem::exists(status)) throw kv::EInOutError(what + " does not exist");
-    if (!std::filesystem::is_directory(status)) throw kv::EInOutError(what + " is not a folder");
+    if (!std::filesystem::exists(status)) {
+        state = TFolderState::Missing;
+        throw kv::EInOutError(what + " does not exist");
+    }
+    if (!std::filesystem::is_directory(status)) {
+        state = TFolderState::NotAFolder;
+        throw kv::EInOutError(what + " is not a folder");
+    }
     std::filesystem::directory_iterator listing(path, ec);
-    if (ec) throw kv::EInOutError(what + " cannot be listed: " + ec.message());
+    if (ec) {
+        state = TFolderState::Unreadable;
+        throw kv::EInOutError(what + " cannot be listed: " + ec.message());
+    }
 }
 
 } // namespace
@@ -151,11 +160,14 @@ void TImportSession::ChooseProduct(std::uint8_t kind) {
     files_.clear();
     list_.reset();
     kind_ = kind;
+    folderState_ = TFolderState::NotConfigured;
     const QString dataDir = DataDir();
     if (dataDir.isEmpty()) return;
-    RequireListableFolder(dataDir, ProductKey(kind));
+    RequireListableFolder(dataDir, ProductKey(kind), folderState_);
+    folderState_ = TFolderState::Listed;
     list_ = std::make_unique<kv::TProjHdrLst>(Utf8(dataDir), std::string(), kind);
     list_->Load(false);
+    if (list_->Items().empty() && list_->Locked().empty()) folderState_ = TFolderState::Empty;
     // Descending by the rendered date-time texts, as the planning products order
     // them; each text is rendered once, not once per comparison.
     struct TKeyed {
@@ -189,6 +201,13 @@ QStringList TImportSession::FileNames() const {
 
 int TImportSession::FindFile(const QString& name) const { return FileNames().indexOf(name); }
 
+QStringList TImportSession::LockedFiles() const {
+    QStringList names;
+    if (list_)
+        for (const std::string& folder : list_->Locked()) names << QString::fromStdString(folder);
+    return names;
+}
+
 void TImportSession::ChooseFile(int index) {
     ReleaseFile();
     kv::TProjHdr* header = File(index);
@@ -212,16 +231,16 @@ int TImportSession::FindSolution(const QString& name) const { return SolutionNam
 
 QString TImportSession::PartyLabel() const {
     switch (kind_) {
-    case 1: return QStringLiteral("Select Corporation");
-    case 2: return QStringLiteral("Select Trust");
-    default: return QStringLiteral("Select Party");
+    case 1: return QString::fromLatin1(QT_TRANSLATE_NOOP("tessary::TImportSession", "Select Corporation"));
+    case 2: return QString::fromLatin1(QT_TRANSLATE_NOOP("tessary::TImportSession", "Select Trust"));
+    default: return QString::fromLatin1(QT_TRANSLATE_NOOP("tessary::TImportSession", "Select Party"));
     }
 }
 
 QString TImportSession::HolderFirstText() const {
     switch (kind_) {
-    case 1: return QStringLiteral("All Shareholders");
-    case 2: return QStringLiteral("All Beneficiaries");
+    case 1: return QString::fromLatin1(QT_TRANSLATE_NOOP("tessary::TImportSession", "All Shareholders"));
+    case 2: return QString::fromLatin1(QT_TRANSLATE_NOOP("tessary::TImportSession", "All Beneficiaries"));
     default: return {};
     }
 }

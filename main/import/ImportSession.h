@@ -40,6 +40,14 @@ QString ConfiguredClientKey(const QString& option);
 // Makes it the library's key for this run.
 void ApplyClientKey(const QString& option);
 
+// Why a product's data folder gives no client files; the dialog says it in a
+// line of its own.
+enum class TFolderState { Listed, NotConfigured, Missing, NotAFolder, Unreadable, Empty };
+
+// Context of the session's texts that the window translates (the command line
+// keeps them English).
+inline constexpr const char* kImportTextContext = "tessary::TImportSession";
+
 // Where a run takes its folders from instead of the configuration.
 struct TFolderOverrides {
     QString DataRoot;   // ROOT/<product key>/Data and ROOT/<product key>/Core
@@ -62,8 +70,13 @@ public:
     QString CoreDir() const;
 
     // Product choice: scans the product's data directory and orders its client
-    // files by rendered date-time, descending. Loading errors propagate.
+    // files by rendered date-time, descending. Loading errors propagate; a data
+    // folder that is missing or cannot be listed throws after FolderState()
+    // says which.
     void ChooseProduct(std::uint8_t kind);
+    TFolderState FolderState() const { return folderState_; }
+    // Folder names of the protected client files left out for want of a key.
+    QStringList LockedFiles() const;
     int FileCount() const { return static_cast<int>(files_.size()); }
     kv::TProjHdr* File(int index) const;
     QStringList FileNames() const;
@@ -88,9 +101,11 @@ public:
     // Corporate participants, only while the holder list is shown.
     const std::vector<kv::TParticipant*>& Holders() const { return holders_; }
     bool HolderListShown() const { return (kind_ == 1 || kind_ == 2) && Mode == 0; }
-    // "Select Party" / "Select Corporation" / "Select Trust".
+    // "Select Party" / "Select Corporation" / "Select Trust", untranslated
+    // (context kImportTextContext).
     QString PartyLabel() const;
-    // The holder list's first item: "" / "All Shareholders" / "All Beneficiaries".
+    // The holder list's first item: "" / "All Shareholders" / "All Beneficiaries",
+    // untranslated.
     QString HolderFirstText() const;
 
     // The result list of a confirmation: kind texts and whole amounts, sorted by
@@ -108,6 +123,7 @@ private:
 
     TFolderOverrides overrides_;
     std::uint8_t kind_ = 0;
+    TFolderState folderState_ = TFolderState::NotConfigured;
     std::unique_ptr<kv::TProjHdrLst> list_;
     std::vector<kv::TProjHdr*> files_;
     int file_ = -1;

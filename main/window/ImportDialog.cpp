@@ -1,11 +1,13 @@
 #include "window/ImportDialog.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QMessageBox>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
 #include <QWindow>
+#include <algorithm>
 #include <cmath>
 
 #include "parties/KvFnParty.h"
@@ -17,6 +19,13 @@ namespace {
 constexpr int kDialogWidth = 266;
 constexpr int kDialogHeight = 258;
 constexpr int kCaptionHeight = 26;
+constexpr int kStatusTop = 224;
+constexpr int kButtonsTop = 228;
+constexpr int kLockedRole = Qt::UserRole + 1;
+
+QString Translated(const QString& sessionText) {
+    return QCoreApplication::translate(kImportTextContext, sessionText.toUtf8().constData());
+}
 
 int Scaled(double v, double zoom) { return static_cast<int>(std::lround(v * zoom)); }
 
@@ -79,6 +88,11 @@ TdlgFromFile::TdlgFromFile(TFolderOverrides folders, double zoom, QWidget* paren
     holderLabel->hide();
     holderCombo->hide();
 
+    statusLabel = label("lblStatus", QString());
+    statusLabel->setWordWrap(true);
+    statusLabel->setStyleSheet(QStringLiteral("color: #8A2B0F;"));
+    statusLabel->hide();
+
     okButton = new QPushButton(tr("OK"), this);
     okButton->setObjectName(QStringLiteral("hbtYes"));
     okButton->setDefault(true);
@@ -108,8 +122,7 @@ TdlgFromFile::TdlgFromFile(TFolderOverrides folders, double zoom, QWidget* paren
     place(partyCombo, 15, 156, 237, 21);
     place(holderLabel, 15, 181, 237, 16);
     place(holderCombo, 15, 197, 237, 21);
-    place(okButton, 112, 228, 66, 22);
-    place(cancelButton, 186, 228, 66, 22);
+    PlaceButtons();
 
     setTabOrder(productMdRadio, productBsRadio);
     setTabOrder(productBsRadio, productQrRadio);
@@ -145,13 +158,52 @@ void TdlgFromFile::Report(const std::exception& e) {
     if (ShowError) ShowError(message);
 }
 
+void TdlgFromFile::PlaceButtons() {
+    // The line goes under the lists and the dialog grows by its height, so
+    // that neither a list nor a button is ever covered.
+    const int width = Scaled(237, zoom_);
+    const int lineHeight = statusLabel->isHidden() ? 0 : statusLabel->heightForWidth(width) + Scaled(8, zoom_);
+    statusLabel->setGeometry(Scaled(15, zoom_), Scaled(kStatusTop, zoom_), width, std::max(lineHeight, 0));
+    const int buttonsTop = Scaled(kButtonsTop, zoom_) + lineHeight;
+    okButton->setGeometry(Scaled(112, zoom_), buttonsTop, Scaled(66, zoom_), Scaled(22, zoom_));
+    cancelButton->setGeometry(Scaled(186, zoom_), buttonsTop, Scaled(66, zoom_), Scaled(22, zoom_));
+    setFixedSize(Scaled(kDialogWidth, zoom_), Scaled(kDialogHeight, zoom_) + lineHeight);
+}
+
+void TdlgFromFile::ShowStatus(const QString& text) {
+    statusLabel->setText(text);
+    statusLabel->setVisible(!text.isEmpty());
+    PlaceButtons();
+}
+
+void TdlgFromFile::ShowFolderState(const QString& dataDir) {
+    const QString folder = QDir::toNativeSeparators(dataDir);
+    switch (session_.FolderState()) {
+    case TFolderState::Listed: ShowStatus({}); break;
+    case TFolderState::NotConfigured:
+        ShowStatus(tr("No data folder is set for %1 (DataDir in its configuration, or --data-root).")
+                       .arg(ProductKey(session_.Kind())));
+        break;
+    case TFolderState::Missing: ShowStatus(tr("The data folder %1 does not exist.").arg(folder)); break;
+    case TFolderState::NotAFolder: ShowStatus(tr("The data folder %1 is not a folder.").arg(folder)); break;
+    case TFolderState::Unreadable: ShowStatus(tr("The data folder %1 cannot be read.").arg(folder)); break;
+    case TFolderState::Empty: ShowStatus(tr("The data folder %1 holds no client files.").arg(folder)); break;
+    }
+}
+
+QString TdlgFromFile::LockedText(const QString& folder) const {
+    return tr("%1 is protected: a client-file key is needed. Set Keys/ClientFileKey in Tessary's settings, "
+              "start Tessary with --key, or set TESSARY_CLIENT_KEY.")
+        .arg(folder);
+}
+
 void TdlgFromFile::ClearPartyLists() {
     partyCombo->clear();
     holderCombo->clear();
 }
 
 void TdlgFromFile::ApplyPartyLabels() {
-    partyLabel->setText(session_.PartyLabel());
+    partyLabel->setText(Translated(session_.PartyLabel()));
     partyCombo->setAccessibleName(partyLabel->text());
     const bool shown = session_.HolderListShown();
     holderLabel->setVisible(shown);
@@ -161,23 +213,29 @@ void TdlgFromFile::ApplyPartyLabels() {
 void TdlgFromFile::cbMDClick() {
     const std::uint8_t kind = productMdRadio->isChecked() ? 0 : productBsRadio->isChecked() ? 1 : 2;
     QSignalBlocker block(fileCombo);
+    fileCombo->clear();
+    solutionCombo->clear();
     try {
         session_.ChooseProduct(kind);
     } catch (const std::exception& e) {
-        fileCombo->clear();
-        solutionCombo->clear();
         ClearPartyLists();
-        Report(e);
+        ShowFolderState(session_.DataDir());
+        // A folder that is not there is said in the line; a damaged file needs the message.
+        if (session_.FolderState() == TFolderState::Listed) Report(e);
         return;
     }
+    ShowFolderState(session_.DataDir());
     if (session_.DataDir().isEmpty()) {
-        fileCombo->clear();
-        solutionCombo->clear();
         partyCombo->clear();
         return;
     }
-    fileCombo->clear();
     fileCombo->addItems(session_.FileNames());
+    for (const QString& folder : session_.LockedFiles()) {
+        fileCombo->addItem(tr("%1 (locked)").arg(folder));
+        const int i = fileCombo->count() - 1;
+        fileCombo->setItemData(i, folder, kLockedRole);
+        fileCombo->setItemData(i, LockedText(folder), Qt::ToolTipRole);
+    }
     if (fileCombo->count() > 0) fileCombo->setCurrentIndex(0);
     cmbFileChange();
 }
@@ -188,6 +246,14 @@ void TdlgFromFile::cmbFileChange() {
     if (fileCombo->currentIndex() < 0) return;
     // The participants shown belong to the model this replaces.
     ClearPartyLists();
+    const QString locked = fileCombo->currentData(kLockedRole).toString();
+    if (!locked.isEmpty()) {
+        session_.ChooseFile(-1);
+        ApplyPartyLabels();
+        ShowStatus(LockedText(locked));
+        return;
+    }
+    ShowFolderState(session_.DataDir());
     try {
         session_.ChooseFile(fileCombo->currentIndex());
     } catch (const std::exception& e) {
@@ -209,7 +275,7 @@ void TdlgFromFile::cmbSolutionChange() {
         Report(e);
         return;
     }
-    holderCombo->addItem(session_.HolderFirstText());
+    holderCombo->addItem(Translated(session_.HolderFirstText()));
     for (const kv::TParticipant* p : session_.Parties()) partyCombo->addItem(PartyName(*p));
     for (const kv::TParticipant* p : session_.Holders()) holderCombo->addItem(PartyName(*p));
     partyCombo->setCurrentIndex(partyCombo->count() > 0 ? 0 : -1);

@@ -51,6 +51,7 @@ public:
     QComboBox* partyCombo;          // cmbParty
     QLabel* holderLabel;            // Label2
     QComboBox* holderCombo;         // cmbImpParty
+    QLabel* statusLabel;            // lblStatus: why the lists are empty or a file is locked
     QPushButton* okButton;          // hbtYes
     QPushButton* cancelButton;      // hbtNo
 
@@ -70,6 +71,11 @@ private:
     void Report(const std::exception& e);
     void ClearPartyLists();
     void ApplyPartyLabels();
+    // Says a state of the data folder or of the chosen file; "" hides the line.
+    void ShowStatus(const QString& text);
+    void ShowFolderState(const QString& dataDir);
+    QString LockedText(const QString& folder) const;
+    void PlaceButtons();
 
     TImportSession session_;
     std::vector<TImportEntry> result_;

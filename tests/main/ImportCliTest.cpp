@@ -119,14 +119,22 @@ TEST(ImportCli, ListsInTheDialogsOrder) {
     // The Meridel files are ordered by their rendered dates, newest text first.
     const CliOutput md = RunDemo({"files", "--product", "MD", "--key", key});
     ASSERT_EQ(md.exitCode, 0) << md.err.toStdString();
-    EXPECT_EQ(md.out.split('\n', Qt::SkipEmptyParts).size(), 3);
+    QStringList all = md.out.split('\n', Qt::SkipEmptyParts);
+    EXPECT_EQ(all.size(), 3);
+    // Without a key the protected file goes to standard error, the others keep their order.
+    const CliOutput locked = RunDemo({"files", "--product", "MD"});
+    EXPECT_EQ(locked.exitCode, 0);
+    all.removeAll("Gagnon");
+    EXPECT_EQ(locked.out, all.join('\n') + '\n');
+    EXPECT_EQ(locked.err.count('\n'), 1);
+    EXPECT_TRUE(locked.err.contains("\"md_db3_Gagnon\" is protected")) << locked.err.toStdString();
 }
 
 TEST(ImportCli, FailuresNameTheFileAndTheProblem) {
     struct Case { QStringList args; const char* mention; };
     const Case cases[] = {
-        // A protected header in the folder fails the whole Meridel listing without a key.
-        {{"files", "--product", "MD"}, "Client file \"Gagnon\" is protected"},
+        {{"solutions", "--product", "MD", "--file", "Gagnon"},
+         "Client file \"Gagnon\" is protected and no client-file key is configured."},
         {{"files", "--product", "MD", "--key", "wrong"}, "Invalid data"},
         {{"files", "--product", "XX"}, "XX"},
         {{"solutions", "--product", "BS", "--file", "Nobody"}, "Nobody"},
@@ -182,10 +190,11 @@ TEST(ImportCli, ClientKeyOptionThenEnvironmentThenSettings) {
         s.setValue("Keys/ClientFileKey", QString::fromLatin1(kDemoClientKey));
     }
     qunsetenv("TESSARY_CLIENT_KEY");
-    EXPECT_EQ(RunDemo(args).exitCode, 0) << RunDemo(args).err.toStdString();
+    // Read with the key, the protected file is listed too.
+    EXPECT_TRUE(RunDemo(args).out.contains("Gagnon")) << RunDemo(args).err.toStdString();
     qputenv("TESSARY_CLIENT_KEY", "wrong");
     EXPECT_TRUE(RunDemo(args).err.contains("Invalid data"));
-    EXPECT_EQ(RunDemo(QStringList(args) << "--key" << QString::fromLatin1(kDemoClientKey)).exitCode, 0);
+    EXPECT_TRUE(RunDemo(QStringList(args) << "--key" << QString::fromLatin1(kDemoClientKey)).out.contains("Gagnon"));
     qunsetenv("TESSARY_CLIENT_KEY");
     QSettings(QSettings::NativeFormat, QSettings::UserScope, "Torvane Labs Inc.", "Tessary").remove("Keys");
 }

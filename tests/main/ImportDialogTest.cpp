@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDir>
 #include <QFile>
 #include <QMessageBox>
 #include <QTemporaryDir>
@@ -106,19 +107,35 @@ TEST_F(ImportDialog, ChoicesCascadeFromFileToSolutionToParties) {
     EXPECT_EQ(Items(Named<QComboBox>(dlg.get(), "cmbParty")), QStringList({"Lan Nguyen"}));
 }
 
-TEST_F(ImportDialog, ProtectedFileWithoutKeyIsReportedOnceShownAndTheDialogStaysUsable) {
+TEST_F(ImportDialog, ProtectedFileWithoutKeyIsListedLockedAndTheOthersStayImportable) {
     kv_key(QString());
-    qunsetenv("TESSARY_CLIENT_KEY");
     auto dlg = Open();
-    EXPECT_EQ(Named<QComboBox>(dlg.get(), "cmbFile")->count(), 0);
-    EXPECT_TRUE(errors.isEmpty());   // not before the dialog is up
-    EXPECT_TRUE(dlg->PendingError().contains("Gagnon")) << dlg->PendingError().toStdString();
     dlg->show();
-    QTRY_COMPARE(errors.size(), 1);
-    EXPECT_EQ(errors[0], "Client file \"Gagnon\" is protected and no client-file key is configured.");
-    QTest::mouseClick(Named<QRadioButton>(dlg.get(), "cbQR"), Qt::LeftButton);
-    EXPECT_EQ(Items(Named<QComboBox>(dlg.get(), "cmbFile")), QStringList({"Fiducie familiale Roy"}));
-    EXPECT_EQ(errors.size(), 1);
+    auto* files = Named<QComboBox>(dlg.get(), "cmbFile");
+    auto* status = Named<QLabel>(dlg.get(), "lblStatus");
+    const QStringList listed = Items(files);
+    ASSERT_EQ(listed.size(), 3);
+    EXPECT_EQ(listed.last(), "md_db3_Gagnon (locked)");
+    EXPECT_FALSE(listed.contains("Gagnon"));
+    EXPECT_EQ(Items(Named<QComboBox>(dlg.get(), "cmbParty")).size(), listed[0] == "Tremblay" ? 2 : 1);
+    EXPECT_FALSE(status->isVisible());
+
+    Pick(files, "md_db3_Gagnon (locked)");
+    EXPECT_EQ(Named<QComboBox>(dlg.get(), "cmbSolution")->count(), 0);
+    EXPECT_EQ(Named<QComboBox>(dlg.get(), "cmbParty")->count(), 0);
+    ASSERT_TRUE(status->isVisible());
+    for (const char* where : {"md_db3_Gagnon", "key", "Keys/ClientFileKey", "--key", "TESSARY_CLIENT_KEY"})
+        EXPECT_TRUE(status->text().contains(where)) << where << " not in " << status->text().toStdString();
+    // The line pushes the buttons down instead of covering them.
+    EXPECT_GE(Named<QPushButton>(dlg.get(), "hbtYes")->y(), status->geometry().bottom());
+    EXPECT_LE(Named<QPushButton>(dlg.get(), "hbtYes")->geometry().bottom(), dlg->height());
+    dlg->hbtYesClick();
+    EXPECT_TRUE(dlg->Result().empty());
+
+    Pick(files, "Nguyen");
+    EXPECT_FALSE(status->isVisible());
+    EXPECT_EQ(Items(Named<QComboBox>(dlg.get(), "cmbParty")), QStringList({"Lan Nguyen"}));
+    EXPECT_TRUE(errors.isEmpty()) << errors.join('\n').toStdString();
 }
 
 TEST_F(ImportDialog, DamagedSolutionNamesItsFileAndLeavesNothingToImport) {
@@ -145,14 +162,41 @@ TEST_F(ImportDialog, DamagedSolutionNamesItsFileAndLeavesNothingToImport) {
     EXPECT_TRUE(dlg->Result().empty());
 }
 
-TEST_F(ImportDialog, UnconfiguredProductListsNothing) {
-    auto dlg = Open(TFolderOverrides{});
-    EXPECT_EQ(Named<QComboBox>(dlg.get(), "cmbFile")->count(), 0);
-    EXPECT_EQ(Named<QComboBox>(dlg.get(), "cmbSolution")->count(), 0);
-    EXPECT_EQ(Named<QComboBox>(dlg.get(), "cmbParty")->count(), 0);
-    dlg->hbtYesClick();
-    EXPECT_TRUE(dlg->Result().empty());
-    EXPECT_TRUE(errors.isEmpty());
+TEST_F(ImportDialog, AFolderWithoutClientFilesIsSaidInTheDialog) {
+    QTemporaryDir root;
+    QDir(root.path()).mkpath("Meridel/Data");
+    QFile(root.filePath("Meridel/Data/md_db1_NotAFolder")).open(QIODevice::WriteOnly);
+    QDir(root.path()).mkpath("Basalto");
+    QFile(root.filePath("Basalto/Data")).open(QIODevice::WriteOnly);
+    struct Case {
+        QString dataRoot;
+        const char* radio;
+        QString said;
+    };
+    const Case cases[] = {
+        {"", "cbMD", "No data folder is set for Meridel"},
+        {root.filePath("none"), "cbQR", "The data folder " + QDir::toNativeSeparators(root.filePath("none/Quorren/Data")) + " does not exist."},
+        {root.path(), "cbMD", "The data folder " + QDir::toNativeSeparators(root.filePath("Meridel/Data")) + " holds no client files."},
+        {root.path(), "cbBS", "is not a folder"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.said.toStdString());
+        TFolderOverrides folders;
+        folders.DataRoot = c.dataRoot;
+        auto dlg = Open(folders);
+        dlg->show();
+        QTest::mouseClick(Named<QRadioButton>(dlg.get(), c.radio), Qt::LeftButton);
+        EXPECT_EQ(Named<QComboBox>(dlg.get(), "cmbFile")->count(), 0);
+        EXPECT_EQ(Named<QComboBox>(dlg.get(), "cmbSolution")->count(), 0);
+        EXPECT_EQ(Named<QComboBox>(dlg.get(), "cmbParty")->count(), 0);
+        EXPECT_TRUE(Named<QLabel>(dlg.get(), "lblStatus")->isVisible());
+        EXPECT_TRUE(Named<QLabel>(dlg.get(), "lblStatus")->text().contains(c.said))
+            << Named<QLabel>(dlg.get(), "lblStatus")->text().toStdString();
+        dlg->hbtYesClick();
+        EXPECT_TRUE(dlg->Result().empty());
+        QTest::qWait(0);
+        EXPECT_TRUE(errors.isEmpty()) << errors.join('\n').toStdString();   // a line, not a message box
+    }
 }
 
 TEST_F(ImportDialog, ModeOneHidesThePartiesAndGivesTheIdentifyingText) {

@@ -7,6 +7,10 @@
 #include <QBarSet>
 #include <QChart>
 #include <QChartView>
+#include <QComboBox>
+#include <QFile>
+#include <QMessageBox>
+#include <QRadioButton>
 #include <QLabel>
 #include <QMap>
 #include <QMenu>
@@ -14,12 +18,15 @@
 #include <QStackedBarSeries>
 #include <QTemporaryDir>
 #include <QTest>
+#include <algorithm>
 
+#include "demo/DemoData.h"
 #include "format/GridFormat.h"
 #include "core/Vocabulary.h"
 #include "window/ImportDialog.h"
 #include "window/Language.h"
 #include "window/NoticeText.h"
+#include "parties/KvFnParty.h"
 #include "window/MainWindow.h"
 #include "WindowWidgets.h"
 
@@ -55,6 +62,8 @@ void Collect(QObject* o, const QString& path, TTexts& out) {
     }
     if (auto* l = qobject_cast<QLabel*>(o)) put("text", l->text());
     if (auto* b = qobject_cast<QAbstractButton*>(o)) put("text", b->text());
+    if (auto* c = qobject_cast<QComboBox*>(o))
+        for (int i = 0; i < c->count(); ++i) put(qPrintable("item" + QString::number(i)), c->itemText(i));
     if (auto* m = qobject_cast<QMenu*>(o)) {
         put("title", m->title());
         emit m->aboutToShow();
@@ -78,11 +87,12 @@ void Collect(QObject* o, const QString& path, TTexts& out) {
 
 bool HasWords(const QString& text) { return text.contains(QRegularExpression("[A-Za-z]{2,}")); }
 
-// Every English text with words must read otherwise in French.
-void ExpectAllTranslated(const TTexts& english, const TTexts& french, int atLeast) {
+// Every English text with words must read otherwise in French; data (client,
+// solution and party names) reads the same.
+void ExpectAllTranslated(const TTexts& english, const TTexts& french, int atLeast, const QStringList& data = {}) {
     int checked = 0;
     for (auto it = english.begin(); it != english.end(); ++it) {
-        if (!HasWords(it.value()) || kSameInBoth.contains(it.value())) continue;
+        if (!HasWords(it.value()) || kSameInBoth.contains(it.value()) || data.contains(it.value())) continue;
         // Bar labels are keyed by their text; the cell beside it carries the check.
         if (it.key().contains(".bar:")) continue;
         ++checked;
@@ -139,22 +149,45 @@ TEST_F(Translation, EveryTextOfTheWindowReadsInFrenchAlsoAfterASwitch) {
         EXPECT_EQ(back.value(it.key()), it.value()) << it.key().toStdString();
 }
 
-TEST_F(Translation, ImportDialogReadsInFrench) {
-    QTemporaryDir empty;
-    TFolderOverrides folders;
-    folders.DataRoot = empty.path();
+// The dialog in every state whose texts come from the import session: each
+// product, a locked file chosen, a data folder that is not there.
+TEST_F(Translation, ImportDialogReadsInFrenchInEveryState) {
+    QTemporaryDir root;
+    WriteDemoData(QFile::encodeName(root.filePath("demo")).toStdString());
+    ApplyClientKey(QString());
+    auto walk = [&](TTexts& texts, QStringList& data) {
+        for (const QString& dataRoot : {root.filePath("demo"), root.filePath("none")}) {
+            TFolderOverrides folders;
+            folders.DataRoot = dataRoot;
+            TdlgFromFile dlg(folders, 1.0);
+            dlg.ShowError = [](const QString& m) { ADD_FAILURE() << m.toStdString(); };
+            for (QRadioButton* product : {dlg.productMdRadio, dlg.productBsRadio, dlg.productQrRadio}) {
+                product->click();
+                for (int i = 0; i < dlg.fileCombo->count(); ++i) {
+                    dlg.fileCombo->setCurrentIndex(i);
+                    emit dlg.fileCombo->activated(i);
+                    const QString state = dataRoot + product->objectName() + QString::number(i);
+                    Collect(&dlg, state, texts);
+                    data << dlg.Session().FileNames() << dlg.Session().SolutionNames();
+                    for (const auto* list : {&dlg.Session().Parties(), &dlg.Session().Holders()})
+                        for (const kv::TParticipant* p : *list) data << PartyName(*p);
+                }
+                Collect(&dlg, dataRoot + product->objectName(), texts);
+            }
+        }
+    };
     ApplyLanguage(TLanguage::English);
     TTexts english, french;
-    {
-        TdlgFromFile dlg(folders, 1.0);
-        Collect(&dlg, "", english);
-    }
+    QStringList data;
+    walk(english, data);
     ApplyLanguage(TLanguage::French);
-    {
-        TdlgFromFile dlg(folders, 1.0);
-        Collect(&dlg, "", french);
+    walk(french, data);
+    for (const char* fromSession : {"Select Corporation", "All Shareholders", "Select Trust", "All Beneficiaries",
+                                    "md_db3_Gagnon (locked)", "TESSARY_CLIENT_KEY", "does not exist"}) {
+        EXPECT_TRUE(std::any_of(english.begin(), english.end(), [&](const QString& t) { return t.contains(fromSession); }))
+            << "the walk did not reach " << fromSession;
     }
-    ExpectAllTranslated(english, french, 5);
+    ExpectAllTranslated(english, french, 40, data);
 }
 
 TEST_F(Translation, MoneyNoticesAndVocabularyFollowTheLanguage) {

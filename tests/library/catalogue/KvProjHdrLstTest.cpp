@@ -229,6 +229,26 @@ TEST(CatalogueScan, AHeaderThatCannotBeReadFailsTheLoadNamingTheFile) {
     }
 }
 
+TEST(CatalogueScan, ProtectedFoldersWithoutAKeyAreSetAsideAndNotRenamed) {
+    TempDir dir;
+    Client(dir, "md_db1_Zed", "Zed");
+    Client(dir, "md_db3_Amy", "Amy");
+    {
+        cattest::SettingsGuard key("right");
+        kv::TClientFileSpec clientFile;
+        clientFile.Name = "Locked";
+        clientFile.Protected = true;
+        kv::WriteClientFolder(dir.Dir(), "md_db2", 0, clientFile);     // would be renamed with a key
+        kv::WriteClientFolder(dir.Dir(), "md_db0_Old", 0, clientFile);
+    }
+    cattest::SettingsGuard noKey;
+    kv::TProjHdrLst l(dir.Dir(), "", 0);
+    l.Load(false);
+    EXPECT_EQ(Names(l), (std::vector<std::string>{"Zed", "Amy"}));
+    EXPECT_EQ(l.Locked(), (std::vector<std::string>{"md_db0_Old", "md_db2"}));
+    EXPECT_TRUE(fs::is_directory(dir.Path() / "md_db2"));
+}
+
 TEST(CatalogueScan, AlternateDirectoryCopyIsReadUnlessForbidden) {
     TempDir data, alt;
     Client(data, "md_db1_Carl", "Carl");
