@@ -190,6 +190,17 @@ TEST_F(Translation, ImportDialogReadsInFrenchInEveryState) {
     ExpectAllTranslated(english, french, 40, data);
 }
 
+// Qt's own buttons, as in the Save/Discard question, come from Qt's French.
+TEST_F(Translation, QtStandardDialogsReadInFrench) {
+    TTexts english, french;
+    for (auto [language, texts] : {std::pair{TLanguage::English, &english}, std::pair{TLanguage::French, &french}}) {
+        ApplyLanguage(language);
+        QMessageBox box(QMessageBox::Question, "Tessary", "?", QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
+        Collect(&box, "", *texts);
+    }
+    ExpectAllTranslated(english, french, 3);
+}
+
 TEST_F(Translation, MoneyNoticesAndVocabularyFollowTheLanguage) {
     ApplyLanguage(TLanguage::French);
     auto form = Filled();
