@@ -302,7 +302,7 @@ const std::map<QString, Command>& Commands() {
 
 QString Usage() {
     return QStringLiteral(
-        "Usage: tessary-cli <command> [options]\n"
+        "Usage: tessary-cli <command> [options]   (or --version)\n"
         "Commands:\n"
         "  allocate --accounts A.csv --classes C.csv [--json | --csv] [--pdf FILE]\n"
         "      Splits the accounts over the asset classes and prints the result grid\n"
@@ -330,6 +330,10 @@ CliOutput RunCli(const QStringList& args) {
     if (args.isEmpty() || args.first() == QLatin1String("--help") || args.first() == QLatin1String("-h")) {
         result.out = Usage();
         result.exitCode = args.isEmpty() ? 2 : 0;
+        return result;
+    }
+    if (args.first() == QLatin1String("--version")) {
+        result.out = QStringLiteral("tessary-cli " TESSARY_VERSION "\n");
         return result;
     }
     const auto& commands = Commands();

@@ -4,12 +4,19 @@
 #include <QFile>
 #include <QTimer>
 #include <cstdio>
+#include <cstring>
 
 #include "cli/Commands.h"
 #include "window/Language.h"
 #include "window/MainWindow.h"
 
 int main(int argc, char** argv) {
+    // Before the application: asking the version needs no display.
+    for (int i = 1; i < argc; ++i)
+        if (std::strcmp(argv[i], "--version") == 0) {
+            std::printf("tessary %s\n", TESSARY_VERSION);
+            return 0;
+        }
     QApplication app(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Torvane Labs Inc."));
     QApplication::setApplicationName(QStringLiteral("Tessary"));
@@ -17,6 +24,7 @@ int main(int argc, char** argv) {
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Splits a client's invested money over asset classes."));
     parser.addHelpOption();
+    parser.addOption({QStringLiteral("version"), QStringLiteral("Print the version and quit.")});
     parser.addOption({QStringLiteral("accounts"), QStringLiteral("Fill the accounts grid from a CSV file."),
                       QStringLiteral("file")});
     parser.addOption({QStringLiteral("classes"), QStringLiteral("Fill the targets grid from a CSV file."),

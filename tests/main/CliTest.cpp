@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <cmath>
 #include <sys/stat.h>
@@ -151,6 +152,24 @@ TEST(NameLines, EscapesWhatWouldBreakTheLineAndReadsItBack) {
     }
     // A backslash that starts no escape is kept.
     EXPECT_EQ(UnescapedNameLine("a\\qb\\x4"), "a\\qb\\x4");
+}
+
+// Asking the version needs no display, and names the program, not the settings' name.
+TEST(Version, BothProgramsPrintTheirNameAndTheProjectVersion) {
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.remove("DISPLAY");
+    env.remove("WAYLAND_DISPLAY");
+    env.insert("QT_QPA_PLATFORM", "xcb");
+    for (const QString program : {"tessary-cli", "tessary"}) {
+        const QString path = QStringLiteral(TESSARY_BIN_DIR) + "/" + program;
+        if (program == "tessary" && !QFile::exists(path)) continue;   // built without the window
+        QProcess p;
+        p.setProcessEnvironment(env);
+        p.start(path, {"--version"});
+        ASSERT_TRUE(p.waitForFinished(10000)) << path.toStdString();
+        EXPECT_EQ(p.exitCode(), 0) << p.readAllStandardError().toStdString();
+        EXPECT_EQ(p.readAllStandardOutput(), (program + " " TESSARY_VERSION "\n").toUtf8());
+    }
 }
 
 TEST(Format, MoneyPlainAndTotalLabels) {
