@@ -9,6 +9,7 @@ TESSARY_PACKAGES=(
   libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev
   clang libclang-rt-dev
   xvfb xauth fonts-dejavu-core
+  dpkg-dev desktop-file-utils appstream
 )
 
 tessary_install_deps() {
