@@ -12,6 +12,7 @@
 #include "cli/Commands.h"
 #include "demo/DemoData.h"
 #include "window/ImportDialog.h"
+#include "window/Language.h"
 #include "window/MainWindow.h"
 
 using namespace tessary;
@@ -56,6 +57,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     const QString out = QString::fromLocal8Bit(argv[1]);
+    ApplyLanguage(StartLanguage());
     try {
         QTemporaryDir root;
         const QString demo = root.path() + "/demo";
@@ -86,11 +88,23 @@ int main(int argc, char** argv) {
         form.btnCalculateClick();
         QTest::qWait(100);
         saved = form.grab().save(out + "/main-window-after-import.png", "PNG") && saved;
+
+        // Without a key the protected file is listed last, locked, and says why.
+        qunsetenv("TESSARY_CLIENT_KEY");
+        ApplyClientKey(QString());
+        Import(form, [&](TdlgFromFile& d) {
+            d.fileCombo->setCurrentIndex(d.fileCombo->count() - 1);
+            emit d.fileCombo->activated(d.fileCombo->count() - 1);
+            QTest::qWait(100);
+            saved = Composite(form, d).save(out + "/import-dialog-locked.png", "PNG") && saved;
+            d.cancelButton->click();
+        });
         if (!saved) throw std::runtime_error("cannot write the screenshots into " + out.toStdString());
     } catch (const std::exception& e) {
         std::fprintf(stderr, "tessary-shots: %s\n", e.what());
         return 1;
     }
-    std::printf("wrote %s/import-dialog.png and %s/main-window-after-import.png\n", argv[1], argv[1]);
+    std::printf("wrote %s/import-dialog.png, %s/main-window-after-import.png and %s/import-dialog-locked.png\n",
+                argv[1], argv[1], argv[1]);
     return 0;
 }
