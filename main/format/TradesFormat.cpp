@@ -54,7 +54,7 @@ QString FormatTradesText(const std::vector<TAccountTrades>& accounts, const QLoc
             rows.push_back({QStringLiteral("  ") + Label(AssetClassLabel(t.AssetClass)), money(t.Current),
                             money(t.Target), t.Trade > 0 ? money(t.Trade) : QString(),
                             t.Trade < 0 ? money(-t.Trade) : QString()});
-        rows.push_back({QStringLiteral("  Cash (new money; negative: to raise)"), QString(), QString(),
+        rows.push_back({QStringLiteral("  Cash (negative: to raise)"), QString(), QString(),
                         money(a.Cash), QString()});
         if (a.Unplaced != 0 && std::round(a.Unplaced) != 0)
             rows.push_back({QStringLiteral("  Left unplaced"), QString(), QString(), money(a.Unplaced), QString()});
