@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <functional>
+#include <cmath>
 #include <map>
 
 #include "format/GridFormat.h"
@@ -13,6 +14,7 @@
 #include "core/Totals.h"
 #include "demo/DemoData.h"
 #include "format/Export.h"
+#include "format/TradesFormat.h"
 #include "import/ImportSession.h"
 #include "model/KvFnModelData.h"
 #include "parties/KvFnParty.h"
@@ -50,16 +52,14 @@ QString AllocateCommand(const QString& accountsCsv, const QString& classesCsv, b
     return AllocateCommand(accountsCsv, classesCsv, json ? AllocateOutput::Json : AllocateOutput::Text, QString());
 }
 
-QString AllocateCommand(const QString& accountsCsv, const QString& classesCsv, AllocateOutput output,
-                        const QString& pdfPath) {
-    if (!pdfPath.isEmpty() && !gPdfReportWriter)
-        throw CliError("This tessary-cli was built without the PDF report");
+void CalculateFromCsv(const QString& accountsCsv, const QString& classesCsv, TGrid& accounts, TGrid& classes,
+                      TGrid& result) {
     const QByteArray accountsText = ReadWholeFile(accountsCsv);
     const QByteArray classesText = ReadWholeFile(classesCsv);
 
-    TGrid accounts = MakeAccountsGrid();
-    TGrid classes = MakeClassesGrid();
-    TGrid result = MakeResultGrid();
+    accounts = MakeAccountsGrid();
+    classes = MakeClassesGrid();
+    result = MakeResultGrid();
     // Only the result is shown: rows that the calculation would drop unseen are not built.
     LoadAccountsCsv(std::string_view(accountsText.constData(), static_cast<std::size_t>(accountsText.size())), accounts,
                     TCsvRows::ForResult);
@@ -71,6 +71,14 @@ QString AllocateCommand(const QString& accountsCsv, const QString& classesCsv, A
                            .arg(accountsCsv, classesCsv).arg(cells).arg(kMaxResultCells).toStdString());
 
     CalculateAllocation(accounts, classes, result, kDesignAddAccWidth);
+}
+
+QString AllocateCommand(const QString& accountsCsv, const QString& classesCsv, AllocateOutput output,
+                        const QString& pdfPath) {
+    if (!pdfPath.isEmpty() && !gPdfReportWriter)
+        throw CliError("This tessary-cli was built without the PDF report");
+    TGrid accounts = MakeAccountsGrid(), classes = MakeClassesGrid(), result = MakeResultGrid();
+    CalculateFromCsv(accountsCsv, classesCsv, accounts, classes, result);
 
     if (!pdfPath.isEmpty()) gPdfReportWriter(pdfPath, accounts, classes, result);
     switch (output) {
@@ -80,6 +88,24 @@ QString AllocateCommand(const QString& accountsCsv, const QString& classesCsv, A
     case AllocateOutput::Text: break;
     }
     return FormatGridText(result, GridKind::Result, AppLocale());
+}
+
+QString RebalanceCommand(const QString& accountsCsv, const QString& classesCsv, const QString& holdingsCsv,
+                         const TRebalanceOptions& options, RebalanceOutput output) {
+    TGrid accounts = MakeAccountsGrid(), classes = MakeClassesGrid(), result = MakeResultGrid();
+    CalculateFromCsv(accountsCsv, classesCsv, accounts, classes, result);
+    const QByteArray holdingsText = ReadWholeFile(holdingsCsv);
+    try {
+        const TTargets targets = ReadTargets(result);
+        const TClassAmounts holdings = ParseHoldingsCsv(
+            std::string_view(holdingsText.constData(), std::size_t(holdingsText.size())), holdingsCsv.toStdString());
+        const std::vector<TAccountTrades> trades = Rebalance(targets, holdings, options);
+        if (output == RebalanceOutput::Json)
+            return QString::fromUtf8(TradesToJson(trades).toJson(QJsonDocument::Compact)) + QLatin1Char('\n');
+        return FormatTradesText(trades, AppLocale());
+    } catch (const ERebalanceInput& e) {
+        throw CliError(e.what());
+    }
 }
 
 namespace {
@@ -119,6 +145,31 @@ QString RunAllocate(const QStringList& args, QStringList&) {
                            : csv ? AllocateOutput::Csv
                                  : AllocateOutput::Text,
                            parser.value(QStringLiteral("pdf")));
+}
+
+QString RunRebalance(const QStringList& args, QStringList&) {
+    QCommandLineParser parser;
+    parser.addOption({QStringLiteral("accounts"), QStringLiteral("Accounts CSV: label,MD,BS,QR."), QStringLiteral("file")});
+    parser.addOption({QStringLiteral("classes"), QStringLiteral("Targets CSV: label,percent."), QStringLiteral("file")});
+    parser.addOption({QStringLiteral("holdings"), QStringLiteral("Holdings CSV: account type,class,amount."),
+                      QStringLiteral("file")});
+    parser.addOption({QStringLiteral("band"), QStringLiteral("Skip trades of at most P % of the account's target."),
+                      QStringLiteral("P")});
+    parser.addOption({QStringLiteral("no-sell-taxable"), QStringLiteral("Invest only new money in taxable accounts.")});
+    parser.addOption({QStringLiteral("json"), QStringLiteral("Print the trades as JSON.")});
+    Parse(parser, args);
+    TRebalanceOptions options;
+    if (parser.isSet(QStringLiteral("band"))) {
+        const QString band = parser.value(QStringLiteral("band"));
+        double p = 0;
+        if (!ParseNumber(band.toStdString(), p) || !std::isfinite(p) || p < 0)
+            throw CliError(QStringLiteral("--band takes a percentage of 0 or more, not \"%1\"").arg(band).toStdString());
+        options.BandPercent = p;
+    }
+    options.NoSellTaxable = parser.isSet(QStringLiteral("no-sell-taxable"));
+    return RebalanceCommand(Required(parser, QStringLiteral("accounts")), Required(parser, QStringLiteral("classes")),
+                            Required(parser, QStringLiteral("holdings")), options,
+                            parser.isSet(QStringLiteral("json")) ? RebalanceOutput::Json : RebalanceOutput::Text);
 }
 
 // Options the import commands share.
@@ -296,6 +347,7 @@ const std::map<QString, Command>& Commands() {
         {QStringLiteral("parties"), RunParties},
         {QStringLiteral("import"), RunImport},
         {QStringLiteral("demo-data"), RunDemoData},
+        {QStringLiteral("rebalance"), RunRebalance},
     };
     return commands;
 }
@@ -307,6 +359,10 @@ QString Usage() {
         "  allocate --accounts A.csv --classes C.csv [--json | --csv] [--pdf FILE]\n"
         "      Splits the accounts over the asset classes and prints the result grid\n"
         "      (--csv: as CSV with the numbers shown); --pdf FILE also writes the report.\n"
+        "  rebalance --accounts A.csv --classes C.csv --holdings H.csv [--band P]\n"
+        "            [--no-sell-taxable] [--json]\n"
+        "      The trades that take today's holdings (rows \"account type,class,amount\")\n"
+        "      to the plan, account type by account type.\n"
         "  files --product MD|BS|QR [--data-dir D]\n"
         "  solutions --product P --file NAME [--data-dir D]\n"
         "  parties --product P --file NAME --solution NAME [--data-dir D] [--core-dir C]\n"

@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "core/Grid.h"
+#include "core/Rebalance.h"
 
 namespace tessary {
 
@@ -34,6 +35,17 @@ enum class AllocateOutput { Text, Json, Csv };
 // writing the report there.
 QString AllocateCommand(const QString& accountsCsv, const QString& classesCsv, AllocateOutput output,
                         const QString& pdfPath);
+
+// Loads the two CSV files into fresh grids and runs the calculation on them.
+void CalculateFromCsv(const QString& accountsCsv, const QString& classesCsv, TGrid& accounts, TGrid& classes,
+                      TGrid& result);
+
+enum class RebalanceOutput { Text, Json };
+
+// tessary-cli rebalance: the trades from the holdings in holdingsCsv to the
+// plan that accountsCsv and classesCsv make.
+QString RebalanceCommand(const QString& accountsCsv, const QString& classesCsv, const QString& holdingsCsv,
+                         const TRebalanceOptions& options, RebalanceOutput output);
 
 // Writes the PDF report of one calculation. Programs that link the report
 // (and make a QApplication) set it; without it --pdf fails with a message.

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cerrno>
 #include <system_error>
+#include <type_traits>
 #include <utility>
 
 #include <fcntl.h>
@@ -56,6 +57,8 @@ namespace {
 template <class OnRecord, class OnBlanks>
 void VisitCsv(std::string_view text, OnRecord&& onRecord, OnBlanks&& onBlanks) {
     std::vector<std::string> record;
+    std::size_t line = 1;         // of the character being read
+    std::size_t recordLine = 1;   // where the current record began
     std::size_t used = 0;        // fields of record in use; the rest keep their buffers
     std::size_t blanks = 0;      // blank records not yet reported
     bool inQuotes = false;
@@ -78,11 +81,15 @@ void VisitCsv(std::string_view text, OnRecord&& onRecord, OnBlanks&& onBlanks) {
             if (blanks > 0) onBlanks(blanks);
             blanks = 0;
             record.resize(used);
-            onRecord(record);
+            if constexpr (std::is_invocable_v<OnRecord&, const std::vector<std::string>&, std::size_t>)
+                onRecord(record, recordLine);
+            else
+                onRecord(record);
         }
         used = 0;
         if (!record.empty()) record[0].clear();
         fieldStarted = false;
+        recordLine = line;
     };
 
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -96,6 +103,7 @@ void VisitCsv(std::string_view text, OnRecord&& onRecord, OnBlanks&& onBlanks) {
                     inQuotes = false;
                 }
             } else {
+                if (c == '\n' || (c == '\r' && (i + 1 == text.size() || text[i + 1] != '\n'))) ++line;
                 field() += c;
             }
             continue;
@@ -114,6 +122,7 @@ void VisitCsv(std::string_view text, OnRecord&& onRecord, OnBlanks&& onBlanks) {
             if (i + 1 < text.size() && text[i + 1] == '\n') ++i;
             [[fallthrough]];
         case '\n':
+            ++line;
             endRecord();
             break;
         default:
@@ -124,7 +133,21 @@ void VisitCsv(std::string_view text, OnRecord&& onRecord, OnBlanks&& onBlanks) {
     if (fieldStarted || used > 0 || (used < record.size() && !record[used].empty())) endRecord();
 }
 
+std::string_view StripBom(std::string_view text) {
+    if (text.substr(0, 3) == "\xEF\xBB\xBF") text.remove_prefix(3);
+    return text;
+}
+
 } // namespace
+
+std::vector<TCsvRecord> ParseCsvRecords(std::string_view text) {
+    std::vector<TCsvRecord> records;
+    VisitCsv(
+        StripBom(text),
+        [&](const std::vector<std::string>& fields, std::size_t line) { records.push_back({line, fields}); },
+        [](std::size_t) {});
+    return records;
+}
 
 std::vector<std::vector<std::string>> ParseCsv(std::string_view text) {
     std::vector<std::vector<std::string>> records;
@@ -135,11 +158,6 @@ std::vector<std::vector<std::string>> ParseCsv(std::string_view text) {
 }
 
 namespace {
-
-std::string_view StripBom(std::string_view text) {
-    if (text.substr(0, 3) == "\xEF\xBB\xBF") text.remove_prefix(3);
-    return text;
-}
 
 double AmountOf(const std::vector<std::string>& fields, std::size_t index) {
     double v = 0;

@@ -30,6 +30,14 @@ std::string ReadInputFile(const std::string& path, std::size_t maxBytes = kMaxCs
 // CRLF and LF both end a record; blank lines at the end of the text are not records.
 std::vector<std::vector<std::string>> ParseCsv(std::string_view text);
 
+// The records of a CSV text without a leading byte-order mark, each with the
+// line it starts on (1-based), blank lines left out.
+struct TCsvRecord {
+    std::size_t Line = 0;
+    std::vector<std::string> Fields;
+};
+std::vector<TCsvRecord> ParseCsvRecords(std::string_view text);
+
 // Which rows a loader builds. A row without row object (unknown or empty
 // label) shows in the window until the calculation deletes it; where only the
 // calculation's result is wanted, the rows whose absence changes nothing in it

@@ -98,6 +98,13 @@ TEST_F(Cli, FailuresAreOneLineOnStandardError) {
         {{"allocate", "--classes", c}, 1, "--accounts"},
         {{"allocate", "--accounts", c, "--classes", c, "--bogus"}, 1, "bogus"},
         {{"frobnicate"}, 2, "frobnicate"},
+        {{"rebalance", "--accounts", c, "--classes", c, "--holdings", Write("h.csv", "h\nTFSAs,Gold,1\n")}, 1,
+         "h.csv\", line 2: unknown asset class \"Gold\""},
+        {{"rebalance", "--accounts", c, "--classes", c}, 1, "--holdings"},
+        {{"rebalance", "--accounts", c, "--classes", c, "--holdings", c, "--band", "-1"}, 1, "--band"},
+        {{"rebalance", "--accounts", Write("n.csv", "h\nTFSAs,1\n"), "--classes",
+          Write("e.csv", "h\nEquities Canada,100\nShort-Term Fixed,0\n"), "--holdings", c}, 1,
+         "\"TFSAs\", \"Short-Term Fixed\""},
     };
     for (const Case& k : cases) {
         const CliOutput out = RunCli(k.args);
@@ -106,6 +113,28 @@ TEST_F(Cli, FailuresAreOneLineOnStandardError) {
         EXPECT_EQ(out.err.count('\n'), 1) << out.err.toStdString();
         EXPECT_TRUE(out.out.isEmpty());
     }
+}
+
+TEST_F(Cli, RebalanceJsonCarriesEveryFigure) {
+    const CliOutput out = RunCli({"rebalance", "--accounts", Write("a.csv", "h\nNon-Reg.,600\nRRSPs/RRIFs,400\n"),
+                                  "--classes", Write("c.csv", "h\nEquities Canada,40\nShort-Term Fixed,60\n"),
+                                  "--holdings", Write("h.csv", "h\nMD Taxable,Equities Canada,500\nTFSAs,Equities U.S.,70\n"),
+                                  "--no-sell-taxable", "--json"});
+    ASSERT_EQ(out.exitCode, 0) << out.err.toStdString();
+    const QJsonArray accounts = QJsonDocument::fromJson(out.out.toUtf8()).object().value("accounts").toArray();
+    ASSERT_EQ(accounts.size(), 3);
+    const QJsonObject md = accounts[0].toObject();
+    EXPECT_EQ(md.value("account").toString(), "MD Taxable");
+    EXPECT_EQ(md.value("cash").toDouble(), 100);
+    const QJsonArray mdClasses = md.value("classes").toArray();
+    EXPECT_EQ(mdClasses[0].toObject().value("class").toString(), "Equities Canada");
+    EXPECT_EQ(mdClasses[0].toObject().value("trade").toDouble(), 0);   // 100 over target, not sold
+    EXPECT_EQ(mdClasses[1].toObject().value("trade").toDouble(), 100);
+    EXPECT_EQ(accounts[1].toObject().value("account").toString(), "RRSPs/RRIFs");
+    const QJsonObject tfsa = accounts[2].toObject();   // only the holdings name it: its targets are 0
+    EXPECT_EQ(tfsa.value("target").toDouble(), 0);
+    EXPECT_EQ(tfsa.value("classes").toArray()[2].toObject().value("trade").toDouble(), -70);
+    EXPECT_EQ(tfsa.value("unplaced").toDouble(), 0);
 }
 
 TEST_F(Cli, BlankLinesCostNothing) {
