@@ -39,7 +39,10 @@ std::uint64_t TextBytes(const std::string& s) { return s.capacity() > 15 ? s.cap
 // Charged once a string is kept: a repeated one costs nothing.
 void AddProperty(TBufReadFile& r, TSpecProps& props, std::string line) {
     const std::uint64_t text = TextBytes(line);
-    if (!props.Add(std::move(line))) return;
+    if (!props.AddRead(std::move(line))) {
+        r.Charge(kGrownSlot * sizeof(std::pair<std::size_t, std::string>) + text);
+        return;
+    }
     r.Charge(kGrownSlot * sizeof(std::string));
     if (std::size_t(props.Count()) <= TSpecProps::kIndexFrom) return;
     r.Charge(kIndexNodeBytes + text);
@@ -67,15 +70,44 @@ bool StoresInOlderLayout(const std::string& ansiLine) {
 
 } // namespace
 
-bool TSpecProps::Add(std::string line) {
-    if (lines_.size() < kIndexFrom) {
-        if (std::find(lines_.begin(), lines_.end(), line) != lines_.end()) return false;
-    } else {
-        if (index_.empty()) index_.insert(lines_.begin(), lines_.end());
-        if (!index_.insert(line).second) return false;
-    }
+bool TSpecProps::Holds(const std::string& line) {
+    if (lines_.size() < kIndexFrom) return std::find(lines_.begin(), lines_.end(), line) != lines_.end();
+    if (index_.empty()) index_.insert(lines_.begin(), lines_.end());
+    return index_.contains(line);
+}
+
+void TSpecProps::Push(std::string line) {
+    if (lines_.size() >= kIndexFrom) index_.insert(line);   // Holds made the index
     lines_.push_back(std::move(line));
+}
+
+bool TSpecProps::Add(std::string line) {
+    if (Holds(line)) return false;
+    Push(std::move(line));
     return true;
+}
+
+bool TSpecProps::AddRead(std::string line) {
+    if (!Holds(line)) {
+        Push(std::move(line));
+        return true;
+    }
+    if (!dropped_) dropped_ = std::make_unique<std::vector<std::pair<std::size_t, std::string>>>();
+    dropped_->emplace_back(lines_.size() + dropped_->size(), std::move(line));
+    return false;
+}
+
+std::vector<std::string> TSpecProps::StoredLines() const {
+    if (!dropped_) return lines_;
+    std::vector<std::string> out;
+    out.reserve(lines_.size() + dropped_->size());
+    auto next = dropped_->begin();
+    for (const std::string& line : lines_) {
+        for (; next != dropped_->end() && next->first == out.size(); ++next) out.push_back(next->second);
+        out.push_back(line);
+    }
+    for (; next != dropped_->end(); ++next) out.push_back(next->second);
+    return out;
 }
 
 std::optional<std::string_view> TSpecProps::Get(std::string_view name) const {
@@ -117,8 +149,10 @@ void TSpecProps::Set(std::string_view name, std::string_view value) {
         if (NameOf(l) == name) {
             l = std::move(line);
             index_.clear();
+            dropped_.reset();
             return;
         }
+    dropped_.reset();
     Add(std::move(line));
 }
 
@@ -126,15 +160,16 @@ void TSpecProps::SetInt(std::string_view name, std::int32_t value) { Set(name, I
 void TSpecProps::SetFloat(std::string_view name, double value) { Set(name, FloatToModelText(value)); }
 
 void TSpecProps::Remove(std::string_view name) {
-    std::erase_if(lines_, [name](const std::string& l) { return NameOf(l) == name; });
+    if (std::erase_if(lines_, [name](const std::string& l) { return NameOf(l) == name; }) == 0) return;
     index_.clear();
+    dropped_.reset();
 }
 
 TFinItem::TFinItem(const TEntry* entry, TItemOwner* model, std::int32_t id) : Entry(entry), Model(model), ID(id) {}
 
 TFinItem::~TFinItem() = default;
 
-std::int32_t TFinItem::EntryID() const { return Entry ? Entry->EntryID : 0; }
+std::int32_t TFinItem::EntryID() const { return Entry ? Entry->EntryID : StoredEntryID; }
 
 const TSharesList* TFinItem::OwnershipList() const {
     const TFinItem* item = this;
@@ -197,6 +232,7 @@ std::unique_ptr<TFinItem> ReadItemRecord(TBufReadFile& r, TItemOwner& model, con
     const TFinItemClass& cls = entry ? ItemClassByNumber(entry->ItemClassNo) : TFinItem::Class;
     r.Charge(cls.Size + kGrownSlot * sizeof(std::unique_ptr<TFinItem>));
     std::unique_ptr<TFinItem> item = cls.Create(entry, &model, id);
+    item->StoredEntryID = entryID;
     model.RaiseHighestItemID(id);
 
     item->Name = ReadName(r, ctx);
@@ -273,7 +309,7 @@ std::unique_ptr<TFinItem> ReadItemRecord(TBufReadFile& r, TItemOwner& model, con
         if (child) item->Children.push_back(std::move(child));
     }
 
-    if (!entry) return nullptr;   // read in full, then dropped with its children
+    if (!entry && !ctx.KeepUnknownEntries) return nullptr;   // read in full, then dropped with its children
     item->SetParent(parent);
     item->AfterLoaded();
     return item;
@@ -301,7 +337,7 @@ void WriteItemRecord(TBufWriteFile& w, TFinItem& item, const TRecordContext& ctx
         }
     }
 
-    const auto& lines = item.SpecProps.Lines();
+    const std::vector<std::string> lines = item.SpecProps.StoredLines();
     if (ctx.Sectioned) {
         w.WriteInt(static_cast<std::int32_t>(lines.size()));
         for (const std::string& l : lines) WriteText(w, l, ctx);

@@ -74,9 +74,17 @@ class TSpecProps {
 public:
     // Adds the string unless an equal one is held; true when added.
     bool Add(std::string line);
+    // The same for a string read from a file: one not added is remembered in
+    // its place, so that properties left unchanged are written as they were
+    // stored, repetitions included.
+    bool AddRead(std::string line);
+    // What a writer stores: the strings with those repetitions, until the
+    // program changes the set.
+    std::vector<std::string> StoredLines() const;
     void Clear() {
         lines_.clear();
         index_.clear();
+        dropped_.reset();
     }
     int Count() const { return static_cast<int>(lines_.size()); }
     const std::vector<std::string>& Lines() const { return lines_; }
@@ -97,7 +105,13 @@ public:
     void Remove(std::string_view name);
 
 private:
+    bool Holds(const std::string& line);
+    void Push(std::string line);
+
     std::vector<std::string> lines_;
+    // Place among the stored strings, and text; allocated only when there are
+    // such strings, as every item carries this object.
+    std::unique_ptr<std::vector<std::pair<std::size_t, std::string>>> dropped_;
     // Kept only for long lists, so a file with many strings cannot make the
     // duplicate test quadratic.
     std::unordered_set<std::string> index_;
@@ -133,6 +147,7 @@ public:
     const TEntry* Entry;
     TItemOwner* Model;
     std::int32_t ID;
+    std::int32_t StoredEntryID = 0;        // as read; EntryID() when the chart lacks the entry
     std::string Name;
     double Date1 = 0, Date2 = 0;
     double Value = 0;

@@ -287,16 +287,19 @@ bool IsBankingAccount(const TFinItem& item) {
 void TPortfolioBase::DecodeSpecProps() {
     TFinItem::DecodeSpecProps();
     DecodeProps(*this, SpecProps, kPortfolioBaseProps);
-    StatementDate = SpecProps.GetFloat("StatementDate", CurrentPlanningDate());
-    AddFeesTaxDed = SpecProps.GetInt("AddFeesTaxDed", ProgramSettings().DefaultFeesTaxDeductible);
+    StatementDate = statementDateRead_ = SpecProps.GetFloat("StatementDate", CurrentPlanningDate());
+    AddFeesTaxDed = addFeesTaxDedRead_ = SpecProps.GetInt("AddFeesTaxDed", ProgramSettings().DefaultFeesTaxDeductible);
 }
 
 void TPortfolioBase::EncodeSpecProps() {
     TFinItem::EncodeSpecProps();
     EncodeProps(*this, SpecProps, kPortfolioBaseProps);
-    // Both defaults change with the program's state: always written.
-    SpecProps.SetFloat("StatementDate", StatementDate);
-    SpecProps.SetInt("AddFeesTaxDed", AddFeesTaxDed);
+    // Both defaults change with the date and the settings: a changed value is
+    // written whatever it is, an unchanged one stays as it was read.
+    if (!SameFloat(StatementDate, statementDateRead_)) SpecProps.SetFloat("StatementDate", StatementDate);
+    if (AddFeesTaxDed != addFeesTaxDedRead_) SpecProps.SetInt("AddFeesTaxDed", AddFeesTaxDed);
+    statementDateRead_ = StatementDate;
+    addFeesTaxDedRead_ = AddFeesTaxDed;
 }
 
 void TPortfolioBaseShares::DecodeSpecProps() {
@@ -306,28 +309,46 @@ void TPortfolioBaseShares::DecodeSpecProps() {
 
 void TPortfolioBaseShares::EncodeSpecProps() {
     TPortfolioBase::EncodeSpecProps();
+    if (CurHold == SpecProps.GetText("CURHOLD")) return;
     if (CurHold.empty())
         SpecProps.Remove("CURHOLD");
     else
         SpecProps.Set("CURHOLD", CurHold);
 }
 
+namespace {
+std::unique_ptr<TPortAllocation> AllocationOf(const TSpecProps& props) {
+    const auto text = props.Get(kAllocationProperty);
+    if (!text) return nullptr;
+    auto a = std::make_unique<TPortAllocation>(0);
+    a->SetAsString(*text);
+    return a;
+}
+} // namespace
+
 void TPortfolio::DecodeSpecProps() {
     TPortfolioBaseShares::DecodeSpecProps();
     DecodeProps(*this, SpecProps, kPortfolioProps);
+    Allocation = AllocationOf(SpecProps);
 }
 
 void TPortfolio::EncodeSpecProps() {
     TPortfolioBaseShares::EncodeSpecProps();
     EncodeProps(*this, SpecProps, kPortfolioProps);
+    // Compared through the text form, so a stored text that reads back the
+    // same (other spelling of a number, fields past the eight) is kept.
+    const auto stored = AllocationOf(SpecProps);
+    if (!Allocation)
+        SpecProps.Remove(kAllocationProperty);
+    else if (!stored || stored->GetAsString() != Allocation->GetAsString())
+        SpecProps.Set(kAllocationProperty, Allocation->GetAsString());
 }
 
 double TPortfolio::GetNowValue(bool recalculate) {
-    if (recalculate) {
-        RecalcNowValue();
-        EncodeProps(*this, SpecProps, kPortfolioProps);
-    }
-    return SpecProps.GetFloat("NOWVAL", 0);
+    // The field is written only when the item is saved: a query leaves the
+    // properties as they were read.
+    if (recalculate) RecalcNowValue();
+    return NowVal;
 }
 
 double TPortfolio::GetValueForYear(std::int32_t year) const {
@@ -463,6 +484,9 @@ void TRRSP::EncodeSpecProps() {
     TDCP::EncodeSpecProps();
     EncodeProps(*this, SpecProps, kRRSPProps);
     const std::string limits = UnusedLimit.GetAsString();
+    TIndDblList stored;
+    stored.SetAsString(SpecProps.GetText("lstRRSPUnusedLimit"));
+    if (limits == stored.GetAsString()) return;
     if (limits.empty())
         SpecProps.Remove("lstRRSPUnusedLimit");
     else
@@ -590,6 +614,7 @@ void TDBP::EncodeSpecProps() {
     TRetPlan::EncodeSpecProps();
     for (const TFormulaKey& f : kDBPFormula) {
         const double v = FormulaValue(f.Key);
+        if (SameFloat(v, SpecProps.GetFloat(f.Key, f.Default))) continue;
         if (v != f.Default)
             SpecProps.SetFloat(f.Key, v);
         else
@@ -609,6 +634,7 @@ void TRESP::EncodeSpecProps() {
     EncodeProps(*this, SpecProps, kRESPProps);
     for (int i = 0; i < 4; ++i) {
         const std::string key = "SCH" + std::to_string(i + 1);
+        if (SameFloat(Sch[i], SpecProps.GetFloat(key, 0))) continue;
         if (Sch[i] != 0)
             SpecProps.SetFloat(key, Sch[i]);
         else

@@ -4,13 +4,19 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "decl/KvFnDecl.h"
 #include "items/KvFnFinItems.h"
+#include "items/KvPTTools.h"
 
 namespace kv {
+
+// The special property that holds a portfolio's allocation in its text form
+// (docs/formats/allocation.md).
+inline constexpr const char* kAllocationProperty = "Allocation";
 
 // The five account kinds of the allocator.
 enum class TAccountKind : int { None = 0, NonReg = 1, TFSA = 2, RRSP = 3, LIRA = 4, DCP = 5 };
@@ -44,6 +50,11 @@ public:
 
     void DecodeSpecProps() override;
     void EncodeSpecProps() override;
+
+private:
+    // What decoding gave: both defaults move with the date and the settings.
+    std::int32_t addFeesTaxDedRead_ = 0;
+    double statementDateRead_ = 0;
 };
 
 class TPortfolioBaseShares : public TPortfolioBase {
@@ -73,6 +84,8 @@ public:
     std::int32_t AggrFeeDeductFromAcc = 0;
     std::string GrowByYears;
     double NowVal = 0;
+    // The asset-class allocation ("Allocation"); null when the item has none.
+    std::unique_ptr<TPortAllocation> Allocation;
 
     bool IsBankingAccount() const { return IsBankingAccountValue != 0; }
     bool HasRate() const { return Rate != -1; }

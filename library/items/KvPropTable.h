@@ -10,6 +10,9 @@
 
 namespace kv {
 
+// Equal, or both not a number: an unchanged NaN is no change.
+inline bool SameFloat(double a, double b) { return a == b || (a != a && b != b); }
+
 template <class C>
 struct TPropDesc {
     enum class Type { Int, Float, Text, Flag };
@@ -69,25 +72,38 @@ void DecodeProps(C& obj, const TSpecProps& props, const TPropDesc<C> (&table)[N]
     }
 }
 
-// Values equal to their default are left out, as are empty texts and false flags.
+// A value the program did not change keeps the text it was read in (or its
+// absence): what the item decodes from its properties now is what it holds.
+// A changed value is written, or removed when it is the default, an empty
+// text or a false flag.
 template <class C, std::size_t N>
 void EncodeProps(const C& obj, TSpecProps& props, const TPropDesc<C> (&table)[N]) {
     using T = typename TPropDesc<C>::Type;
     for (const auto& d : table) {
         switch (d.Kind) {
-        case T::Int:
-            if (obj.*d.IntField != d.IntDefault) props.SetInt(d.Key, obj.*d.IntField);
+        case T::Int: {
+            const std::int32_t v = obj.*d.IntField;
+            if (v == props.GetInt(d.Key, d.IntDefault)) break;
+            if (v != d.IntDefault) props.SetInt(d.Key, v);
             else props.Remove(d.Key);
             break;
-        case T::Float:
-            if (obj.*d.FloatField != d.FloatDefault) props.SetFloat(d.Key, obj.*d.FloatField);
+        }
+        case T::Float: {
+            const double v = obj.*d.FloatField;
+            if (SameFloat(v, props.GetFloat(d.Key, d.FloatDefault))) break;
+            if (!SameFloat(v, d.FloatDefault)) props.SetFloat(d.Key, v);
             else props.Remove(d.Key);
             break;
-        case T::Text:
-            if (!(obj.*d.TextField).empty()) props.Set(d.Key, obj.*d.TextField);
+        }
+        case T::Text: {
+            const std::string& v = obj.*d.TextField;
+            if (v == props.GetText(d.Key)) break;
+            if (!v.empty()) props.Set(d.Key, v);
             else props.Remove(d.Key);
             break;
+        }
         case T::Flag:
+            if (obj.*d.FlagField == props.GetFlag(d.Key, d.Literal)) break;
             if (obj.*d.FlagField) props.Set(d.Key, d.Literal);
             else props.Remove(d.Key);
             break;

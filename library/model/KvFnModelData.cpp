@@ -134,6 +134,8 @@ TRecordContext TModelData::Context(std::int32_t version, bool sectioned) const {
     ctx.Sectioned = sectioned;
     ctx.Path = path_;
     ctx.EncipherNames = namesEncrypted_ && version >= kVersionEnciphered;
+    ctx.Memo = &cipherMemo_;
+    ctx.KeepUnknownEntries = KeepUnknownEntries;
     if (ctx.EncipherNames) {
         const TModels* list = flagModels_ ? flagModels_ : models_;
         ctx.Key = RunTimeKey(list && !list->ClientName.empty() ? list->ClientName : path_, list ? list->KeySeed : "");
@@ -170,6 +172,10 @@ void TModelData::Load(TBufReadFile& r, std::uint8_t flag) {
     SmallLists.clear();
     Residences.clear();
     settings_.clear();
+    cipherMemo_.Clear();
+    image_ = {};
+    groupRecords_.reset();
+    smallListsRead_ = -1;
 
     r.SetPosition(0);
     const std::int32_t magic = r.ReadInt();
@@ -216,23 +222,33 @@ void TModelData::ReadSections(TBufReadFile& r, bool sectioned, std::uint8_t) {
 
     TRecordContext ctx = Context(version_, sectioned);
     ctx.Path = ReadPath();   // damage is reported in the file actually read
+    cipherMemo_.Key = ctx.Key;
     const std::int64_t fileEnd = r.Size();
     std::int64_t sectionEnd = fileEnd;
+
+    // Where each section's known fields began and ended, and whether the
+    // directory placed it, for saving the file as it lay.
+    std::array<std::int64_t, kSectionCount + 1> knownStart{}, knownEnd{};
+    std::array<const TDirEntry*, kSectionCount + 1> placed{};
+    int current = 0;
 
     // Seeks to a section found in the directory; a missing one is read from
     // where the reader stands.
     auto enter = [&](int id) {
+        if (current) knownEnd[std::size_t(current)] = r.Position();
+        current = id;
         sectionEnd = fileEnd;
-        if (!sectioned) return;
         for (const TDirEntry& e : dir) {
             if (e.ID != id) continue;
-            if (e.Offset < 0) return;
+            if (e.Offset < 0) break;
             if (e.Offset > std::numeric_limits<std::int32_t>::max()) throw EFileStructure(ReadPath());
             r.SetPosition(static_cast<std::int32_t>(e.Offset));
+            placed[std::size_t(id)] = &e;
             // A length near 2^63 must not overflow the sum.
             if (e.Length >= 0 && e.Length <= fileEnd - e.Offset) sectionEnd = e.Offset + e.Length;
-            return;
+            break;
         }
+        knownStart[std::size_t(id)] = r.Position();
     };
     auto count = [&](std::uint64_t minBytes) {
         const std::int32_t n = r.ReadInt();
@@ -248,8 +264,11 @@ void TModelData::ReadSections(TBufReadFile& r, bool sectioned, std::uint8_t) {
 
     enter(2);
     if (entries_) entries_->ClearGroupValues();
+    groupRecords_.emplace();
     for (std::int32_t i = 0, n = count(1); i < n; ++i) {
         const std::uint8_t groupID = r.ReadByte();
+        r.Charge(kGrownBytes<std::uint8_t>);
+        groupRecords_->push_back(groupID);
         // A group the chart does not have takes only its byte: the next record
         // starts four bytes early, as in the planning products.
         if (TEntryGroup* g = entries_ ? entries_->FindGroup(groupID) : nullptr) g->Value = r.ReadInt();
@@ -310,6 +329,7 @@ void TModelData::ReadSections(TBufReadFile& r, bool sectioned, std::uint8_t) {
         }
         SmallLists.push_back(std::move(records));
     }
+    smallListsRead_ = static_cast<int>(SmallLists.size());
 
     enter(9);
     for (std::int32_t i = 0, n = count(kMinResidenceBytes); i < n; ++i) {
@@ -321,6 +341,48 @@ void TModelData::ReadSections(TBufReadFile& r, bool sectioned, std::uint8_t) {
         Residences.push_back(std::move(res));
     }
     r.ReadData(SettingsBlock.data(), kSettingsBlockSize);
+    knownEnd[kSectionCount] = r.Position();
+
+    if (!sectioned || dir.empty()) return;
+    // Only a file whose nine sections the directory places, apart from one
+    // another and from the header, is kept as it lay; any other is saved
+    // in the layout Save makes of a new model.
+    const std::int64_t headerEnd = kHeaderSize + std::int64_t(dir.size()) * kDirEntrySize;
+    std::vector<int> order;
+    for (int id = 1; id <= kSectionCount; ++id) {
+        const TDirEntry* e = placed[std::size_t(id)];
+        if (!e || e->Offset < headerEnd || e->Length < knownEnd[std::size_t(id)] - e->Offset ||
+            e->Length > fileEnd - e->Offset)
+            return;
+        order.push_back(id);
+    }
+    std::sort(order.begin(), order.end(), [&](int a, int b) { return placed[std::size_t(a)]->Offset < placed[std::size_t(b)]->Offset; });
+    TSectionedImage image;
+    r.SetPosition(12);
+    r.ReadData(image.Reserved.data(), 16);
+    for (const TDirEntry& e : dir) image.Dir.push_back({e.ID, e.Offset, e.Length});
+    std::int64_t at = headerEnd;
+    auto carry = [&](std::int64_t to) {
+        if (to <= at) return;
+        r.Charge(std::uint64_t(to - at));
+        std::string bytes(std::size_t(to - at), '\0');
+        r.SetPosition(static_cast<std::int32_t>(at));
+        r.ReadData(bytes.data(), static_cast<std::int32_t>(bytes.size()));
+        image.Pieces.push_back({0, at, std::move(bytes)});
+    };
+    for (int id : order) {
+        const TDirEntry& e = *placed[std::size_t(id)];
+        if (e.Offset < at) return;   // overlapping sections
+        carry(e.Offset);
+        image.Pieces.push_back({id, e.Offset, {}});
+        at = knownEnd[std::size_t(id)];
+        image.Tail[std::size_t(id)] = e.Offset + e.Length - at;
+        carry(e.Offset + e.Length);   // fields a newer writer appended
+        at = e.Offset + e.Length;
+    }
+    carry(fileEnd);
+    image.Valid = true;
+    image_ = std::move(image);
 }
 
 void TModelData::TakeSettings() {
@@ -369,10 +431,21 @@ void TModelData::WriteSection(TBufWriteFile& w, int section, const TRecordContex
         if (ctx.Sectioned) w.WriteDate(Header.Date);
         break;
     case 2: {
+        // A model read from a file writes its records as read (with the
+        // values they hold now), then any group given a value since.
         std::vector<const TEntryGroup*> groups;
         if (entries_)
-            for (const auto& g : entries_->Groups()) groups.push_back(g.get());
-        w.WriteInt(static_cast<std::int32_t>(groups.size()));
+            for (const auto& g : entries_->Groups())
+                if (!groupRecords_ || (g->Value != 0 && std::find(groupRecords_->begin(), groupRecords_->end(), g->ID) ==
+                                                            groupRecords_->end()))
+                    groups.push_back(g.get());
+        const std::size_t read = groupRecords_ ? groupRecords_->size() : 0;
+        w.WriteInt(static_cast<std::int32_t>(read + groups.size()));
+        if (groupRecords_)
+            for (std::uint8_t id : *groupRecords_) {
+                w.WriteByte(id);
+                if (const TEntryGroup* g = entries_ ? entries_->FindGroup(id) : nullptr) w.WriteInt(g->Value);
+            }
         for (const TEntryGroup* g : groups) {
             w.WriteByte(g->ID);
             w.WriteInt(g->Value);
@@ -412,9 +485,11 @@ void TModelData::WriteSection(TBufWriteFile& w, int section, const TRecordContex
             w.WriteByte(t.ClassCode);
             w.WriteStr(t.Data);
         }
-        // Always three lists: in the older layout the next section follows at
-        // once, and a reader takes whatever comes next for a list.
-        for (int list = 0; list < kMaxSmallLists; ++list) {
+        // Three lists in the older layout, where the next section follows at
+        // once and a reader takes whatever comes next for a list; in the
+        // sectioned one as many as were read (three for a new model).
+        const int lists = ctx.Sectioned && smallListsRead_ >= 0 ? smallListsRead_ : kMaxSmallLists;
+        for (int list = 0; list < lists; ++list) {
             static const std::vector<TSmallRecord> kNone;
             const auto& records = list < static_cast<int>(SmallLists.size()) ? SmallLists[list] : kNone;
             if (records.size() > kMaxSmallRecords) throw EKvError("Too many records in a list of " + path_);
@@ -443,36 +518,89 @@ void TModelData::WriteSection(TBufWriteFile& w, int section, const TRecordContex
     }
 }
 
-void TModelData::Save(TFileLayout layout, std::int32_t version) {
+void TModelData::WriteSectioned(TBufWriteFile& w, std::int32_t version, const TRecordContext& ctx) {
+    w.WriteInt(SectionedMagic(kind_));
+    w.WriteInt(version);
+    w.WriteInt(kSectionCount);
+    const std::uint8_t reserved[16] = {};
+    w.WriteData(reserved, sizeof reserved);
+    const std::uint8_t emptyDir[kSectionCount * kDirEntrySize] = {};
+    w.WriteData(emptyDir, sizeof emptyDir);
+    TDirEntry dir[kSectionCount];
+    for (int s = 1; s <= kSectionCount; ++s) {
+        const std::int64_t start = w.Position();
+        WriteSection(w, s, ctx);
+        dir[s - 1] = {s, start, w.Position() - start};
+    }
+    const std::int64_t end = w.Position();
+    w.SetPosition(kHeaderSize);
+    for (const TDirEntry& e : dir) {
+        w.WriteInt(e.ID);
+        w.WriteData(&e.Offset, 8);
+        w.WriteData(&e.Length, 8);
+    }
+    w.SetPosition(end);
+}
+
+void TModelData::WriteImage(TBufWriteFile& w, std::int32_t version, const TRecordContext& ctx) {
+    const auto& dir = image_.Dir;
+    w.WriteInt(SectionedMagic(kind_));
+    w.WriteInt(version);
+    w.WriteInt(static_cast<std::int32_t>(dir.size()));
+    w.WriteData(image_.Reserved.data(), 16);
+    const std::int64_t headerEnd = kHeaderSize + std::int64_t(dir.size()) * kDirEntrySize;
+    w.WriteData(std::vector<std::uint8_t>(std::size_t(headerEnd - kHeaderSize)).data(),
+                static_cast<std::int32_t>(headerEnd - kHeaderSize));
+    std::array<std::int64_t, kSectionCount + 1> start{}, length{};
+    std::vector<std::pair<std::int64_t, std::int64_t>> moved;   // a piece's old and new offset
+    for (const auto& piece : image_.Pieces) {
+        const std::int64_t at = w.Position();
+        moved.emplace_back(piece.Offset, at);
+        if (piece.Section == 0) {
+            w.WriteData(piece.Bytes.data(), static_cast<std::int32_t>(piece.Bytes.size()));
+            continue;
+        }
+        WriteSection(w, piece.Section, ctx);
+        start[std::size_t(piece.Section)] = at;
+        length[std::size_t(piece.Section)] = w.Position() - at + image_.Tail[std::size_t(piece.Section)];
+    }
+    const std::int64_t end = w.Position();
+    w.SetPosition(kHeaderSize);
+    std::array<bool, kSectionCount + 1> done{};
+    for (const auto& e : dir) {
+        std::int64_t offset = e.Offset, len = e.Length;
+        if (e.ID >= 1 && e.ID <= kSectionCount && !done[std::size_t(e.ID)]) {
+            done[std::size_t(e.ID)] = true;
+            offset = start[std::size_t(e.ID)];
+            len = length[std::size_t(e.ID)];
+        } else if (offset >= headerEnd) {
+            // Other entries follow the bytes they pointed at.
+            for (const auto& [from, to] : moved)
+                if (from <= e.Offset) offset = to + (e.Offset - from);
+        }
+        w.WriteInt(e.ID);
+        w.WriteData(&offset, 8);
+        w.WriteData(&len, 8);
+    }
+    w.SetPosition(end);
+}
+
+void TModelData::Save(TFileLayout layout, std::int32_t version) { SaveAs(path_, layout, version); }
+
+void TModelData::SaveAs(const std::string& path, TFileLayout layout, std::int32_t version) {
     const bool sectioned = layout == TFileLayout::Sectioned;
     if (!sectioned && version == SectionedMagic(kind_))
         throw EKvError(std::string("Version ").append(std::to_string(version)).append(" would read as the sectioned layout"));
-    const TRecordContext ctx = Context(version, sectioned);
-    const std::string tmp = TildePath(path_);
+    TRecordContext ctx = Context(version, sectioned);
+    ctx.Path = path;
+    cipherMemo_.Rewind();
+    const std::string tmp = TildePath(path);
     {
         TBufWriteFile w(tmp);
-        if (sectioned) {
-            w.WriteInt(SectionedMagic(kind_));
-            w.WriteInt(version);
-            w.WriteInt(kSectionCount);
-            const std::uint8_t reserved[16] = {};
-            w.WriteData(reserved, sizeof reserved);
-            const std::uint8_t emptyDir[kSectionCount * kDirEntrySize] = {};
-            w.WriteData(emptyDir, sizeof emptyDir);
-            TDirEntry dir[kSectionCount];
-            for (int s = 1; s <= kSectionCount; ++s) {
-                const std::int64_t start = w.Position();
-                WriteSection(w, s, ctx);
-                dir[s - 1] = {s, start, w.Position() - start};
-            }
-            const std::int64_t end = w.Position();
-            w.SetPosition(kHeaderSize);
-            for (const TDirEntry& e : dir) {
-                w.WriteInt(e.ID);
-                w.WriteData(&e.Offset, 8);
-                w.WriteData(&e.Length, 8);
-            }
-            w.SetPosition(end);
+        if (sectioned && image_.Valid) {
+            WriteImage(w, version, ctx);
+        } else if (sectioned) {
+            WriteSectioned(w, version, ctx);
         } else {
             w.WriteInt(version);
             for (int s = 1; s <= kSectionCount; ++s) WriteSection(w, s, ctx);
@@ -480,8 +608,9 @@ void TModelData::Save(TFileLayout layout, std::int32_t version) {
         w.Close();
     }
     std::error_code ec;
-    fs::rename(tmp, path_, ec);
-    if (ec) throw EInOutError("Cannot replace " + path_ + ": " + ec.message());
+    fs::rename(tmp, path, ec);
+    if (ec) throw EInOutError("Cannot replace " + path + ": " + ec.message());
+    if (path != path_) return;
     version_ = version;
     layout_ = layout;
 }

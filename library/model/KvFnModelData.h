@@ -7,6 +7,7 @@
 #include <map>
 #include <unordered_map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -99,6 +100,14 @@ public:
     // Writes to "~" + file name beside the path first and replaces the
     // original only once the whole file is written.
     void Save(TFileLayout layout = TFileLayout::Sectioned, std::int32_t version = kCurrentFileVersion);
+    // The same to another file (its "~" copy beside it first); the model's
+    // own path is unchanged.
+    void SaveAs(const std::string& path, TFileLayout layout, std::int32_t version);
+
+    // Items under entries the chart of accounts lacks are kept as plain items
+    // rather than dropped, so that a file can be shown and saved whole
+    // without its chart (the import leaves this off).
+    bool KeepUnknownEntries = false;
 
     // When "FinItems.dat" is missing but its "~" copy exists: false reads the
     // copy where it is; true first renames it to the path, as the planning
@@ -169,7 +178,32 @@ public:
     std::int32_t Counters[3] = {0, 0, 0};
 
 private:
+    // Where a sectioned file kept its sections and the bytes this reader
+    // skips (reserved bytes, sections it does not know, fields a newer writer
+    // appended), so that saving rewrites them in place: a model saved
+    // unchanged gives the file it was read from.
+    struct TSectionedImage {
+        struct TDirEntry {
+            std::int32_t ID;
+            std::int64_t Offset, Length;
+        };
+        std::array<std::uint8_t, 16> Reserved{};
+        std::vector<TDirEntry> Dir;
+        // After the directory, in file order: a section's known fields
+        // (Section 1..9) or bytes carried as read (Section 0).
+        struct TPiece {
+            int Section;
+            std::int64_t Offset;    // where it lay in the file read
+            std::string Bytes;      // carried bytes
+        };
+        std::vector<TPiece> Pieces;
+        std::array<std::int64_t, 10> Tail{};   // bytes after a section's known fields, within its length
+        bool Valid = false;
+    };
+
     TRecordContext Context(std::int32_t version, bool sectioned) const;
+    void WriteSectioned(TBufWriteFile& w, std::int32_t version, const TRecordContext& ctx);
+    void WriteImage(TBufWriteFile& w, std::int32_t version, const TRecordContext& ctx);
     void ReadSections(TBufReadFile& r, bool sectioned, std::uint8_t flag);
     void TakeSettings();
     void WriteSection(TBufWriteFile& w, int section, const TRecordContext& ctx);
@@ -191,6 +225,12 @@ private:
     TFinItemList items_;
     std::int32_t highestItemID_ = 0;
     std::map<std::string, std::string> settings_;
+    mutable TCipherMemo cipherMemo_;
+    TSectionedImage image_;
+    // Section 2 as read: the group of each record (a record whose group the
+    // chart lacked took its byte alone); null for a model never read.
+    std::optional<std::vector<std::uint8_t>> groupRecords_;
+    int smallListsRead_ = -1;   // lists section 8 held; -1 for a model never read
 };
 
 } // namespace kv

@@ -19,16 +19,22 @@ std::string Joined(const std::string& a, const std::string& sep, const std::stri
 std::string TParty::FullName() const { return Joined(FirstName, " ", LastName); }
 std::string TParty::FullNameLastFirst() const { return Joined(LastName, ", ", FirstName); }
 
+namespace {
+std::int32_t BenefKeyOf(const TPropArrays& props, std::int32_t id) {
+    std::int32_t key = id;
+    if (!props.empty() && !props[0].empty()) TryModelTextToInt(props[0][0], key);
+    return key;
+}
+} // namespace
+
 void TParticipant::DecodeProps(TPropArrays props) {
     Props = std::move(props);
-    BenefKey = ID;
-    if (!Props.empty() && !Props[0].empty()) {
-        std::int32_t key = 0;
-        if (TryModelTextToInt(Props[0][0], key)) BenefKey = key;
-    }
+    PropsRead = true;
+    BenefKey = BenefKeyOf(Props, ID);
 }
 
 TPropArrays TParticipant::EncodeProps() const {
+    if (PropsRead && BenefKey == BenefKeyOf(Props, ID)) return Props;
     TPropArrays out = Props;
     if (out.size() < 3) out.resize(3);
     if (out[0].empty()) out[0].resize(1);
@@ -65,24 +71,63 @@ std::unique_ptr<TParticipant> CreateParty(std::uint8_t kind, std::int32_t id, st
     return p;
 }
 
+void TCipherMemo::Remember(bool padded, const std::string& plain, std::string stored) {
+    slots_[(padded ? "1" : "0") + plain].Stored.push_back(std::move(stored));
+}
+
+const std::string* TCipherMemo::Take(bool padded, const std::string& plain) {
+    auto it = slots_.find((padded ? "1" : "0") + plain);
+    if (it == slots_.end() || it->second.Next >= it->second.Stored.size()) return nullptr;
+    return &it->second.Stored[it->second.Next++];
+}
+
+void TCipherMemo::Rewind() {
+    for (auto& [text, slot] : slots_) slot.Next = 0;
+}
+
+namespace {
+
+std::string ReadEnciphered(TBufReadFile& r, const TRecordContext& ctx, bool padded) {
+    const std::int32_t start = r.Position();
+    std::string plain = r.ReadEncryptStr(ctx.Key, padded);
+    if (ctx.Memo) {
+        const std::int32_t end = r.Position();
+        std::string stored(std::size_t(end - start - 4), '\0');
+        r.Charge(stored.size() + plain.size() + 96);
+        r.SetPosition(start + 4);
+        r.ReadData(stored.data(), std::int32_t(stored.size()));
+        ctx.Memo->Remember(padded, plain, std::move(stored));
+    }
+    return plain;
+}
+
+void WriteEnciphered(TBufWriteFile& w, const std::string& plain, const TRecordContext& ctx, bool padded) {
+    const std::string* stored = ctx.Memo && ctx.Memo->Key == ctx.Key ? ctx.Memo->Take(padded, plain) : nullptr;
+    if (!stored) return w.WriteEncryptStr(plain, ctx.Key, padded);
+    w.WriteInt(std::int32_t(stored->size()));
+    w.WriteData(stored->data(), std::int32_t(stored->size()));
+}
+
+} // namespace
+
 std::string ReadName(TBufReadFile& r, const TRecordContext& ctx) {
-    return ctx.EncipherNames ? r.ReadEncryptStr(ctx.Key, true) : r.ReadShortStr();
+    return ctx.EncipherNames ? ReadEnciphered(r, ctx, true) : r.ReadShortStr();
 }
 
 void WriteName(TBufWriteFile& w, const std::string& name, const TRecordContext& ctx) {
     if (ctx.EncipherNames)
-        w.WriteEncryptStr(name, ctx.Key, true);
+        WriteEnciphered(w, name, ctx, true);
     else
         w.WriteShortStr(name);
 }
 
 std::string ReadText(TBufReadFile& r, const TRecordContext& ctx) {
-    return ctx.EncipherNames ? r.ReadEncryptStr(ctx.Key, false) : r.ReadStr();
+    return ctx.EncipherNames ? ReadEnciphered(r, ctx, false) : r.ReadStr();
 }
 
 void WriteText(TBufWriteFile& w, const std::string& text, const TRecordContext& ctx) {
     if (ctx.EncipherNames)
-        w.WriteEncryptStr(text, ctx.Key, false);
+        WriteEnciphered(w, text, ctx, false);
     else
         w.WriteStr(text);
 }

@@ -5,12 +5,37 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace kv {
 
 class TBufReadFile;
 class TBufWriteFile;
+
+// Enciphered texts as they were stored. Every writing draws a fresh salt, so
+// a text the program did not change is written back in the bytes it was read
+// in; otherwise no enciphered file could be saved unchanged.
+class TCipherMemo {
+public:
+    void Clear() {
+        slots_.clear();
+        Key.clear();
+    }
+    void Remember(bool padded, const std::string& plain, std::string stored);
+    // A stored form of that text not yet used since Rewind, or null.
+    const std::string* Take(bool padded, const std::string& plain);
+    // Each save starts over, so a model can be saved twice alike.
+    void Rewind();
+    std::string Key;   // the key the texts were read with; another key uses none
+
+private:
+    struct TSlot {
+        std::vector<std::string> Stored;
+        std::size_t Next = 0;
+    };
+    std::unordered_map<std::string, TSlot> slots_;
+};
 
 // File versions are day numbers since 30 December 1899.
 inline constexpr std::int32_t kVersionPropArrays = 38956;   // 27 August 2006: property arrays
@@ -24,6 +49,8 @@ struct TRecordContext {
     bool EncipherNames = false;     // names and texts stored enciphered
     std::string Key;                // run-time key when EncipherNames
     std::string Path;               // for error messages
+    TCipherMemo* Memo = nullptr;    // enciphered texts as read, and reused on writing
+    bool KeepUnknownEntries = false;   // items under entries the chart lacks are kept
 };
 
 using TPropArrays = std::vector<std::vector<std::string>>;
@@ -69,6 +96,7 @@ public:
     std::string Texts15[2];
     std::string OldTail;            // files before the property arrays
     TPropArrays Props;              // property arrays as read
+    bool PropsRead = false;         // Props came from a file: written back as they are
 
     void SetTaxStatus(std::uint8_t s) { TaxStatus = s; }
 
