@@ -8,6 +8,7 @@
 #include <map>
 
 #include "format/GridFormat.h"
+#include "cli/Inspect.h"
 #include "core/Allocation.h"
 #include "core/CsvInput.h"
 #include "core/Vocabulary.h"
@@ -348,6 +349,7 @@ const std::map<QString, Command>& Commands() {
         {QStringLiteral("import"), RunImport},
         {QStringLiteral("demo-data"), RunDemoData},
         {QStringLiteral("rebalance"), RunRebalance},
+        {QStringLiteral("inspect"), [](const QStringList& args, QStringList&) { return RunInspect(args); }},
     };
     return commands;
 }
@@ -373,6 +375,17 @@ QString Usage() {
         "      --data-root R takes the folders R/<product>/Data and R/<product>/Core.\n"
         "  demo-data DIR\n"
         "      Writes demo client files of the three products into the new folder DIR.\n"
+        "  inspect FILE [--core-dir C] [--key K] [--json] [--roundtrip]\n"
+        "      Reads one FinItems.dat, Models.dat or Entries.dat (by name, else by content)\n"
+        "      and prints what the library understood; nothing is written beside it.\n"
+        "      The chart comes from C or the product's configured CoreDir; without an\n"
+        "      Entries.dat there, items show as plain items with their entry numbers and\n"
+        "      every group value of the file is taken as the chart's.\n"
+        "      The key seed comes from the Models.dat of FILE's client folder (none: the\n"
+        "      file is read as unprotected). --roundtrip saves the model into the system's\n"
+        "      temporary folder and prints only \"identical\" or \"differs at byte N\"\n"
+        "      (exit 1); a sequential file is saved sectioned, reloaded, saved again, and\n"
+        "      the two sectioned copies are compared.\n"
         "files, solutions and parties print one name a line; in a name, a backslash\n"
         "prints as \\\\, a line break as \\n, a carriage return as \\r, a tab as \\t and\n"
         "any other control character as \\xHH. --file, --solution, --party and\n"
@@ -406,6 +419,9 @@ CliOutput RunCli(const QStringList& args) {
         QStringList notes;
         result.out = it->second(parserArgs, notes);
         for (const QString& note : notes) result.err += QStringLiteral("tessary-cli: ") + note + QLatin1Char('\n');
+    } catch (const CliVerdict& v) {
+        result.out = v.out;
+        result.exitCode = v.exitCode;
     } catch (const std::exception& e) {
         result.err = QStringLiteral("tessary-cli: ") + QString::fromUtf8(e.what()).simplified() + QLatin1Char('\n');
         result.exitCode = 1;

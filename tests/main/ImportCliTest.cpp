@@ -148,16 +148,89 @@ TEST(ImportCli, FailuresNameTheFileAndTheProblem) {
         {{"parties", "--product", "BS", "--file", "Côté Holdings", "--solution", "Current plan", "--core-dir",
           "/nonexistent-core"},
          "/nonexistent-core/Entries.dat"},
+        {{"inspect", Root() + "/Meridel/Data/md_db9/Main/FinItems.dat"}, "md_db9/Main/FinItems.dat"},
+        {{"inspect", Root() + "/Meridel/Data/md_db3_Gagnon/Main/FinItems.dat"}, "Client file \"Gagnon\" is protected"},
+        {{"inspect", Root() + "/Meridel/Data/md_db3_Gagnon/Main/FinItems.dat", "--key", "wrong"}, "Invalid data"},
+        {{"inspect", Root() + "/Basalto/Data/bs_db1_Côté Holdings/Main/FinItems.dat", "--core-dir", "/nonexistent-core"},
+         "/nonexistent-core/Entries.dat"},
+        {{"inspect", Root() + "/Quorren/Core/Entries.dat", "--roundtrip"}, "Entries.dat"},
+        {{"inspect"}, "FILE"},
     };
     const auto before = Snapshot(Root());
     for (const Case& c : cases) {
         qunsetenv("TESSARY_CLIENT_KEY");
-        const CliOutput out = RunDemo(c.args);
+        const CliOutput out = c.args.first() == "inspect" ? RunCli(c.args) : RunDemo(c.args);
         EXPECT_NE(out.exitCode, 0) << c.args.join(' ').toStdString();
         EXPECT_TRUE(out.err.contains(QString::fromUtf8(c.mention))) << out.err.toStdString();
         EXPECT_EQ(out.err.count('\n'), 1) << out.err.toStdString();
     }
     EXPECT_EQ(Snapshot(Root()), before);
+}
+
+// Every demo model saved as loaded gives its file back (the sequential one as
+// a model), and only the system's temporary folder is written.
+TEST(InspectCli, DemoFilesComeBackFromASave) {
+    const auto before = Snapshot(Root());
+    QDirIterator it(Root(), {"FinItems.dat"}, QDir::Files, QDirIterator::Subdirectories);
+    int files = 0;
+    while (it.hasNext()) {
+        const QString path = it.next();
+        const QString core = Root() + "/" + QDir(Root()).relativeFilePath(path).section('/', 0, 0) + "/Core";
+        const CliOutput out = RunCli({"inspect", path, "--core-dir", core, "--key", kDemoClientKey, "--roundtrip"});
+        EXPECT_EQ(out.out, "identical\n") << path.toStdString() << out.err.toStdString();
+        EXPECT_EQ(out.exitCode, 0);
+        ++files;
+    }
+    EXPECT_EQ(files, 6);
+    EXPECT_EQ(Snapshot(Root()), before);
+}
+
+TEST(InspectCli, ACorruptByteIsWhereTheSavedFileDiffers) {
+    QTemporaryDir tmp;
+    const QString client = tmp.filePath("md_db1_Tremblay");
+    QDir().mkpath(client + "/Main");
+    QFile::copy(Root() + "/Meridel/Data/md_db1_Tremblay/Models.dat", client + "/Models.dat");
+    const QString path = client + "/Main/FinItems.dat";
+    QFile f(Root() + "/Meridel/Data/md_db1_Tremblay/Main/FinItems.dat");
+    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+    QByteArray b = f.readAll();
+    // The first party's boolean after its names, birth date, byte and text:
+    // any non-zero byte reads true and is written back as 1.
+    qint32 at = 0;
+    memcpy(&at, b.constData() + 28 + 2 * 20 + 4, 4);   // section 3's offset in the directory
+    at += 4 + 4 + 3;
+    for (int text = 0; text < 3; ++text) at += 1 + quint8(b[at]);
+    at += 4 + 1;
+    at += 1 + quint8(b[at]);
+    b[at] = 2;
+    QFile out(path);
+    ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+    out.write(b);
+    out.close();
+    const CliOutput r = RunCli({"inspect", path, "--core-dir", Root() + "/Meridel/Core", "--roundtrip"});
+    EXPECT_EQ(r.out, QStringLiteral("differs at byte %1\n").arg(at)) << r.err.toStdString();
+    EXPECT_EQ(r.exitCode, 1);
+}
+
+TEST(InspectCli, ShowsWhatTheLibraryRead) {
+    const QString tremblay = Root() + "/Meridel/Data/md_db1_Tremblay/Main/FinItems.dat";
+    const CliOutput json = RunCli({"inspect", tremblay, "--core-dir", Root() + "/Meridel/Core", "--json"});
+    ASSERT_EQ(json.exitCode, 0) << json.err.toStdString();
+    const QJsonObject o = QJsonDocument::fromJson(json.out.toUtf8()).object();
+    EXPECT_EQ(o.value("parties").toArray().size(), 3);
+    const QJsonObject rrsp = o.value("items").toArray()[8].toObject();
+    EXPECT_EQ(rrsp.value("class").toString(), "TRRSP");
+    EXPECT_EQ(rrsp.value("props").toArray(), (QJsonArray{"OwnerID=2", "RRSPTYPE=1"}));
+    EXPECT_EQ(o.value("items").toArray()[0].toObject().value("children").toArray()[0].toObject().value("id"), 102);
+    // Without a chart the items stay, as plain items under their entry numbers.
+    const CliOutput plain = RunCli({"inspect", tremblay});
+    ASSERT_EQ(plain.exitCode, 0) << plain.err.toStdString();
+    EXPECT_TRUE(plain.out.contains("Chart of accounts: none")) << plain.out.toStdString();
+    EXPECT_TRUE(plain.out.contains("  110 TFinItem entry 1239 (not in the chart) name \"Luc - locked-in RRSP\""));
+    const CliOutput models = RunCli({"inspect", Root() + "/Quorren/Data/qr_db1_Fiducie familiale Roy/Models.dat"});
+    EXPECT_TRUE(models.out.contains("Main solutions: 1\n  \"Current plan\"")) << models.out.toStdString();
+    const CliOutput entries = RunCli({"inspect", Root() + "/Basalto/Core/Entries.dat", "--json"});
+    EXPECT_EQ(QJsonDocument::fromJson(entries.out.toUtf8()).object().value("kind").toInt(), 1);
 }
 
 TEST(ImportCli, ConfiguredFoldersComeFromTheProductSettings) {
