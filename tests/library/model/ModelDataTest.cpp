@@ -9,6 +9,7 @@
 #include "ModelTestUtil.h"
 #include "files/KvFnBufFile.h"
 #include "items/KvFnClassRegistry.h"
+#include "items/KvFnPortfolio.h"
 
 using namespace kvtest;
 namespace D = kv::DemoEntry;
@@ -141,6 +142,96 @@ INSTANTIATE_TEST_SUITE_P(Model, RoundTrip,
                                            LayoutCase{1, kv::TFileLayout::Sequential},
                                            LayoutCase{2, kv::TFileLayout::Sectioned},
                                            LayoutCase{4, kv::TFileLayout::Sequential}));
+
+// Every class with a property table, its settings absent and given as their
+// defaults in spellings no writer would choose. Loaded while the planning date
+// and the fees setting differ from anything stored, the items keep exactly the
+// strings stored, and saving gives the bytes back.
+TEST(SettingsAsRead, DefaultsAbsentOrPresentAreSavedAsStored) {
+    struct Case { std::int32_t classNo; std::vector<std::string> defaults; };
+    const Case cases[] = {
+        {4, {"RATE=-1.0", "StatementDate=0", "AddFeesTaxDed=00", "AddFeesFlat=1", "DEDUCTFEEFROMACC=No",
+             "NOWVAL=0e0", "CURHOLD=", "Allocation=0;;;0", "IsBankingAccount=x"}},
+        {69, {"LiquidateInYear=-1", "TransferFromTrust=0", "TransInACB=-0"}},
+        {50, {"RRSPTYPE=0", "lstRRSPUnusedLimit=", "UnlockAge=-1", "Province=-1", "TransFromPension=0", "PBSA=No"}},
+        {147, {"SavedContributions="}},
+        {224, {"ContributionsToDate=0.0", "WDMethod=0"}},
+        {46, {"CONTYPE=-1", "CPPVAL=1e2", "INCFINAL=1.0", "BenIndTypes="}},
+        {30, {"CreatedTabPartyID=-1", "SCH1=0.00", "AutoWDLastYear=-1"}},
+        {20, {"ASSETAUTOWD=0"}},
+        {192, {"PortID=-1", "TransferDate=0"}},
+        {175, {"Month=12"}},
+        {124, {"Month=1", "Day=01", "MaxVal=0"}},
+        {140, {"ShareCount=0", "AsCommon=0"}},
+        {84, {"CorpID=0", "SharesHeld=.0"}},
+        {162, {"BenefKey=0", "CapitalPercent=0"}},
+    };
+    TempDir dir;
+    Surroundings s(0, dir);
+    const std::string path = dir.File("FinItems.dat");
+    {
+        auto m = s.NewModel(0, path);
+        std::int32_t id = 0;
+        for (const Case& c : cases)
+            for (bool present : {false, true}) {
+                kv::TEntry& e = s.entries->AddEntry(90000 + ++id, c.classNo, "class", 1);
+                auto item = kv::ItemClassByNumber(c.classNo).Create(&e, m.get(), id);
+                if (present)
+                    for (const std::string& p : c.defaults) item->SpecProps.Add(p);
+                item->DecodeSpecProps();
+                m->Add(std::move(item));
+            }
+        m->Save();
+    }
+    const auto stored = ReadBytes(path);
+    kv::ProgramSettings().PlanningDate = 46000.5;
+    kv::ProgramSettings().DefaultFeesTaxDeductible = 1;
+    auto m = s.NewModel(0, path);
+    m->Load();
+    for (std::size_t i = 0; i < std::size(cases); ++i) {
+        EXPECT_TRUE(m->Get(int(2 * i))->SpecProps.Lines().empty()) << cases[i].classNo;
+        EXPECT_EQ(m->Get(int(2 * i + 1))->SpecProps.Lines(), cases[i].defaults);
+    }
+    m->Save();
+    kv::ProgramSettings().PlanningDate = 0;
+    kv::ProgramSettings().DefaultFeesTaxDeductible = 0;
+    EXPECT_EQ(ReadBytes(path), stored);
+}
+
+// What the program changed is what saving writes, and only that; a query
+// writes nothing. A portfolio's allocation lives in "Allocation".
+TEST(SettingsAsRead, SavingWritesWhatTheProgramChanged) {
+    TempDir dir;
+    Surroundings s(0, dir);
+    const std::string path = dir.File("FinItems.dat");
+    auto m = s.NewModel(0, path);
+    AddItem(*m, nullptr, s.Entry(D::RRSP), 1, "RRSP", 10)->SpecProps.Add("RRSPTYPE=1");
+    AddItem(*m, nullptr, s.Entry(D::NonReg), 2, "Cash", 10)->SpecProps.Add("RATE=5.50");
+    m->Get(1)->SpecProps.Add("UnGain=2.50");
+    for (const auto& item : m->Items()) item->DecodeSpecProps();
+    m->Save();
+    m = s.NewModel(0, path);
+    m->Load();
+    auto& rrsp = dynamic_cast<kv::TRRSP&>(*m->Get(0));
+    auto& cash = dynamic_cast<kv::TPortfolio&>(*m->Get(1));
+    EXPECT_EQ(cash.Allocation, nullptr);
+    EXPECT_EQ(cash.GetNowValue(true), 0);
+    EXPECT_EQ(cash.SpecProps.Lines(), (std::vector<std::string>{"RATE=5.50", "UnGain=2.50"}));
+    rrsp.RRSPType = 2;
+    cash.Rate = -1;
+    cash.StatementDate = 45000.5;
+    cash.Allocation = std::make_unique<kv::TPortAllocation>(0x1E240);
+    cash.Allocation->Name = "Core";
+    cash.Allocation->Kind = 2;
+    cash.Allocation->Reference = 1003;
+    m->Save();
+    m = s.NewModel(0, path);
+    m->Load();
+    EXPECT_EQ(m->Get(0)->SpecProps.Lines(), std::vector<std::string>{"RRSPTYPE=2"});
+    EXPECT_EQ(m->Get(1)->SpecProps.Lines(),
+              (std::vector<std::string>{"UnGain=2.50", "StatementDate=45000.5", "Allocation=0001E240;Core;;000003EB;0;0;2;0"}));
+    EXPECT_EQ(dynamic_cast<kv::TPortfolio&>(*m->Get(1)).Allocation->GetFullName(), "Library Model: Balanced, Core");
+}
 
 class ModelFile : public ::testing::Test {
 protected:
