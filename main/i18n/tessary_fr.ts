@@ -142,8 +142,8 @@
     </message>
     <message>
         <location filename="../work/wt/wt-trades/main/report/Report.cpp" line="245"/>
-        <source>Band: %1 percentage points of each account</source>
-        <translation>Marge : %1 points de pourcentage de chaque compte</translation>
+        <source>Band (percentage points of each account): %1</source>
+        <translation>Marge (points de pourcentage de chaque compte) : %1</translation>
     </message>
     <message>
         <location filename="../work/wt/wt-trades/main/report/Report.cpp" line="248"/>

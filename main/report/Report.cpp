@@ -242,7 +242,7 @@ private:
 
     QString OptionsLine() const {
         const TRebalanceOptions& o = in_.trades->Options;
-        QString band = QCoreApplication::translate("tessary::Report", "Band: %1 percentage points of each account")
+        QString band = QCoreApplication::translate("tessary::Report", "Band (percentage points of each account): %1")
                            .arg(in_.locale.toString(o.BandPercent, 'g', 4));
         return band + QStringLiteral(" \u2022 ") +
                (o.NoSellTaxable ? QCoreApplication::translate("tessary::Report", "no sales in taxable accounts")
@@ -425,9 +425,14 @@ void WriteReportPdf(const QString& path, const TReportInput& input) {
 }
 
 void WriteAllocationReportPdf(const QString& path, const TGrid& accounts, const TGrid& classes, const TGrid& result) {
+    WriteTradesReportPdf(path, accounts, classes, result, {});
+}
+
+void WriteTradesReportPdf(const QString& path, const TGrid& accounts, const TGrid& classes, const TGrid& result,
+                          const TTradesInput& trades) {
     if (!qobject_cast<QApplication*>(QCoreApplication::instance()))
         throw EExport(QCoreApplication::translate("tessary::Report", "The PDF report needs the program's graphical part (QApplication).").toStdString());
-    WriteReportPdf(path, {accounts, classes, result, QDate::currentDate(), AppLocale()});
+    WriteReportPdf(path, {accounts, classes, result, QDate::currentDate(), AppLocale(), &trades});
 }
 
 } // namespace tessary

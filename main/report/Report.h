@@ -46,5 +46,8 @@ void WriteReportPdf(const QString& path, const TReportInput& input);
 // The same, dated today, in the user's locale; throws EExport also when there
 // is no QApplication.
 void WriteAllocationReportPdf(const QString& path, const TGrid& accounts, const TGrid& classes, const TGrid& result);
+// With the trades page of these holdings.
+void WriteTradesReportPdf(const QString& path, const TGrid& accounts, const TGrid& classes, const TGrid& result,
+                          const TTradesInput& trades);
 
 } // namespace tessary
