@@ -77,7 +77,9 @@ TForm1::TForm1(QWidget* parent) : TFramelessWindow(parent), result_(MakeResultGr
     tradesButton->setObjectName(QStringLiteral("btnTrades"));
     tradesButton->setCheckable(true);
     tradesButton->setFocusPolicy(Qt::NoFocus);
-    tradesButton->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_T));
+    // A window shortcut: the button takes no focus, and a grid with focus must not keep the key.
+    auto* trades = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_T), this, tradesButton, &QToolButton::toggle);
+    trades->setObjectName(QStringLiteral("scTrades"));
     connect(tradesButton, &QToolButton::toggled, this, &TForm1::ShowTradesPage);
     connect(tradesPage, &TTradesPage::inputChanged, this, &TForm1::UpdateDocumentState);
 
@@ -348,10 +350,16 @@ void TForm1::ShowDocument() {
 void TForm1::ShowTradesPage(bool shown) {
     if (tradesButton->isChecked() != shown) tradesButton->setChecked(shown);
     tradesPage->setVisible(shown);
+    // Hidden under the page, so that Tab and the screen reader stay on what is seen.
+    for (QWidget* w : std::initializer_list<QWidget*>{inputs_, resultGrid, resultHeadingLabel, calculateButton,
+                                                      noticeLine, chart})
+        w->setVisible(!shown);
     if (shown) {
         tradesPage->layout()->activate();
         tradesPage->raise();
         tradesPage->holdingsGrid->setFocus();
+    } else {
+        inputs_->accountsGrid->setFocus();
     }
 }
 
