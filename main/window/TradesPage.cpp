@@ -13,6 +13,7 @@
 #include <QKeyEvent>
 #include <QMessageBox>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <cmath>
 
 #include "core/Notices.h"
@@ -127,6 +128,13 @@ TTradesPage::TTradesPage(TTradesInput& input, const TGrid& result, QWidget* pare
     connect(holdingsGrid, &QTableWidget::itemChanged, this, [this] {
         if (!filling_) HoldingsEdited();
     });
+    // Enter moves down, as in the window's other grids: a column of amounts is typed in one go.
+    connect(holdingsGrid->itemDelegate(), &QAbstractItemDelegate::closeEditor, this,
+            [this](QWidget*, QAbstractItemDelegate::EndEditHint hint) {
+                if (hint != QAbstractItemDelegate::SubmitModelCache) return;
+                const int row = std::min(holdingsGrid->currentRow() + 1, holdingsGrid->rowCount() - 1);
+                holdingsGrid->setCurrentCell(row, holdingsGrid->currentColumn());
+            });
     connect(bandEdit, &QDoubleSpinBox::valueChanged, this, [this](double v) {
         if (filling_) return;
         input_.Options.BandPercent = v;

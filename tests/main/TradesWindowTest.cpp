@@ -81,6 +81,7 @@ TEST_F(TradesWindow, TradesFollowTypedHoldingsAndTheOptions) {
     QTest::keyClick(editor, Qt::Key_Return);
     QApplication::processEvents();   // the delegate commits queued
     EXPECT_EQ(Holdings().Get(kMdTaxable, kEqCanada), 300000);
+    EXPECT_EQ(page->holdingsGrid->currentRow(), kEqUs - 1);   // Enter moves down
     EXPECT_DOUBLE_EQ(Account(kMdTaxable).Cash, -50000);
     const auto eqCanada = [&] { return Class(kMdTaxable, kEqCanada); };
     EXPECT_LT(eqCanada().Trade, 0);
@@ -99,6 +100,14 @@ TEST_F(TradesWindow, TradesFollowTypedHoldingsAndTheOptions) {
     const QStringList lines = QApplication::clipboard()->text().split('\n');
     EXPECT_EQ(lines.at(0), "Account type\tAsset class\tCurrent\tTarget\tBuy\tSell");
     EXPECT_TRUE(lines.contains("MD Taxable\tEquities Canada\t300000\t96154\t\t")) << lines.join("|").toStdString();
+
+    // The CSV file says the same as the clipboard.
+    page->ChooseFile = [this](bool, const QString&, const QString&) { return dir.filePath("trades"); };
+    page->ExportTradesCsv();
+    QFile csv(dir.filePath("trades.csv"));
+    ASSERT_TRUE(csv.open(QIODevice::ReadOnly));
+    EXPECT_EQ(QString::fromUtf8(csv.readAll()).remove(QChar(0xFEFF)).replace("\r\n", "\n").replace(',', '\t'),
+              QApplication::clipboard()->text());
 }
 
 TEST_F(TradesWindow, WorksheetKeepsHoldingsAndOptionsAndVersionOneStillOpens) {
