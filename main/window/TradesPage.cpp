@@ -213,7 +213,9 @@ void TTradesPage::changeEvent(QEvent* event) {
 }
 
 void TTradesPage::ShowInput() {
+    // Holdings replaced as a whole: nothing typed before is kept, marked or not.
     filling_ = true;
+    holdingsGrid->clearContents();
     bandEdit->setValue(input_.Options.BandPercent);
     noSellCheck->setChecked(input_.Options.NoSellTaxable);
     filling_ = false;
@@ -401,13 +403,7 @@ bool TTradesPage::LoadHoldingsCsv(const QString& path) {
         Fail(tr("The holdings were not loaded: %1").arg(QString::fromStdString(e.what())));
         return false;
     }
-    filling_ = true;
-    for (int r = 0; r < holdingsGrid->rowCount(); ++r)
-        for (int c = 0; c < holdingsGrid->columnCount(); ++c)
-            if (QTableWidgetItem* item = holdingsGrid->item(r, c)) item->setData(Qt::UserRole, false);
-    filling_ = false;
-    FillHoldings();
-    Recompute();
+    ShowInput();
     emit inputChanged();
     return true;
 }
