@@ -122,23 +122,31 @@ std::vector<TTradesRow> TradesRows(const std::vector<TAccountTrades>& accounts) 
             if (t.Trade < 0) row.sell = -t.Trade;
             rows.push_back(std::move(row));
         }
-        TTradesRow cash{Kind::Cash, a.AccountType, account,
-                        a.Cash < 0 ? QCoreApplication::translate("tessary::Trades", "Cash to raise") : QCoreApplication::translate("tessary::Trades", "New cash"), {}, {}, {}, {}};
+        const QString cashLabel = a.Cash < 0 ? QCoreApplication::translate("tessary::Trades", "Cash to raise")
+                                             : QCoreApplication::translate("tessary::Trades", "New cash");
+        TTradesRow cash{Kind::Cash, a.AccountType, account, cashLabel, {}, {}, {}, {}};
         Signed(cash, a.Cash);
         rows.push_back(std::move(cash));
         if (RoundHalfEven(a.Unplaced) != 0) {
-            TTradesRow left{Kind::Unplaced, a.AccountType, account, QCoreApplication::translate("tessary::Trades", "Left unplaced"), {}, {}, {}, {}};
+            TTradesRow left{Kind::Unplaced, a.AccountType, account,
+                            QCoreApplication::translate("tessary::Trades", "Left unplaced"), {}, {}, {}, {}};
             Signed(left, a.Unplaced);
             rows.push_back(std::move(left));
         }
     }
     const TTradeTotals totals = TotalsOf(accounts);
-    rows.push_back({Kind::Total, 0, QCoreApplication::translate("tessary::Trades", "Total"), {}, totals.Current, totals.Target, totals.Bought, -totals.Sold});
+    rows.push_back({Kind::Total, 0, QCoreApplication::translate("tessary::Trades", "Total"), {}, totals.Current,
+                    totals.Target, totals.Bought, -totals.Sold});
     return rows;
 }
 
 QStringList TradesHeaders() {
-    return {QCoreApplication::translate("tessary::Trades", "Account type"), QCoreApplication::translate("tessary::Trades", "Asset class"), QCoreApplication::translate("tessary::Trades", "Current"), QCoreApplication::translate("tessary::Trades", "Target"), QCoreApplication::translate("tessary::Trades", "Buy"), QCoreApplication::translate("tessary::Trades", "Sell")};
+    return {QCoreApplication::translate("tessary::Trades", "Account type"),
+            QCoreApplication::translate("tessary::Trades", "Asset class"),
+            QCoreApplication::translate("tessary::Trades", "Current"),
+            QCoreApplication::translate("tessary::Trades", "Target"),
+            QCoreApplication::translate("tessary::Trades", "Buy"),
+            QCoreApplication::translate("tessary::Trades", "Sell")};
 }
 
 QString TradesAsTsv(const std::vector<TAccountTrades>& accounts) {

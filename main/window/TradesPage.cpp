@@ -330,7 +330,8 @@ void TTradesPage::FillTrades() {
     tradesGrid->clearContents();
     if (!hasPlan_) {
         tradesGrid->setRowCount(1);
-        tradesGrid->setItem(0, 0, Item(tr("No plan yet: press Calculate on the allocation page."), Qt::AlignLeft | Qt::AlignVCenter));
+        tradesGrid->setItem(0, 0, Item(tr("No plan yet: press Calculate on the allocation page."),
+                                       Qt::AlignLeft | Qt::AlignVCenter));
         return;
     }
     const QLocale locale = AppLocale();
@@ -341,12 +342,14 @@ void TTradesPage::FillTrades() {
         using Kind = TTradesRow::Kind;
         const bool heading = row.kind == Kind::Account || row.kind == Kind::Total;
         auto money = [&](const std::optional<double>& v) { return v ? FormatMoney(*v, locale) : QString(); };
+        auto signedMoney = [&](const std::optional<double>& v, const QString& sign) {
+            return v && RoundHalfEven(*v) != 0 ? sign + money(v) : money(v);
+        };
         QTableWidgetItem* cells[] = {
             Item(heading ? row.account : QStringLiteral("    ") + row.item, Qt::AlignLeft | Qt::AlignVCenter),
             Item(money(row.current)), Item(money(row.target)),
             // A sign as well as a colour, for those who do not see the colours apart.
-            Item(row.buy && RoundHalfEven(*row.buy) != 0 ? QStringLiteral("+") + money(row.buy) : money(row.buy)),
-            Item(row.sell && RoundHalfEven(*row.sell) != 0 ? QStringLiteral("\u2212") + money(row.sell) : money(row.sell))};
+            Item(signedMoney(row.buy, QStringLiteral("+"))), Item(signedMoney(row.sell, QStringLiteral("\u2212")))};
         cells[3]->setForeground(kBuy);
         cells[4]->setForeground(kSell);
         for (int c = 0; c < 5; ++c) {
@@ -373,7 +376,8 @@ void TTradesPage::Fail(const QString& message) {
 void TTradesPage::ExportTradesCsv() {
     const QString caption = tr("Export Trades to CSV"), filter = tr("CSV files (*.csv)");
     QString path = ChooseFile ? ChooseFile(true, caption, filter)
-                              : QFileDialog::getSaveFileName(this, caption, QDir::home().filePath(tr("trades") + ".csv"), filter);
+                              : QFileDialog::getSaveFileName(this, caption,
+                                                             QDir::home().filePath(tr("trades") + ".csv"), filter);
     if (path.isEmpty()) return;
     if (QFileInfo(path).suffix().isEmpty()) path += QStringLiteral(".csv");
     try {
