@@ -36,9 +36,11 @@ QByteArray ReadWholeFile(const QString& path) {
 
 namespace {
 PdfReportWriter gPdfReportWriter = nullptr;
+TradesReportWriter gTradesReportWriter = nullptr;
 } // namespace
 
 void SetPdfReportWriter(PdfReportWriter writer) { gPdfReportWriter = writer; }
+void SetTradesReportWriter(TradesReportWriter writer) { gTradesReportWriter = writer; }
 
 bool WantsPdf(const QStringList& args) {
     for (const QString& a : args) {
@@ -92,7 +94,9 @@ QString AllocateCommand(const QString& accountsCsv, const QString& classesCsv, A
 }
 
 QString RebalanceCommand(const QString& accountsCsv, const QString& classesCsv, const QString& holdingsCsv,
-                         const TRebalanceOptions& options, RebalanceOutput output) {
+                         const TRebalanceOptions& options, RebalanceOutput output, const QString& pdfPath) {
+    if (!pdfPath.isEmpty() && !gTradesReportWriter)
+        throw CliError("This tessary-cli was built without the PDF report");
     TGrid accounts = MakeAccountsGrid(), classes = MakeClassesGrid(), result = MakeResultGrid();
     CalculateFromCsv(accountsCsv, classesCsv, accounts, classes, result);
     const QByteArray holdingsText = ReadWholeFile(holdingsCsv);
@@ -101,6 +105,7 @@ QString RebalanceCommand(const QString& accountsCsv, const QString& classesCsv, 
         const TClassAmounts holdings = ParseHoldingsCsv(
             std::string_view(holdingsText.constData(), std::size_t(holdingsText.size())), holdingsCsv.toStdString());
         const std::vector<TAccountTrades> trades = Rebalance(targets, holdings, options);
+        if (!pdfPath.isEmpty()) gTradesReportWriter(pdfPath, accounts, classes, result, {holdings, options});
         if (output == RebalanceOutput::Json)
             return QString::fromUtf8(TradesToJson(trades).toJson(QJsonDocument::Compact)) + QLatin1Char('\n');
         return FormatTradesText(trades, AppLocale());
@@ -158,7 +163,11 @@ QString RunRebalance(const QStringList& args, QStringList&) {
                       QStringLiteral("P")});
     parser.addOption({QStringLiteral("no-sell-taxable"), QStringLiteral("Invest only new money in taxable accounts.")});
     parser.addOption({QStringLiteral("json"), QStringLiteral("Print the trades as JSON.")});
+    parser.addOption({QStringLiteral("pdf"), QStringLiteral("Also write the report with its trades page."),
+                      QStringLiteral("file")});
     Parse(parser, args);
+    if (parser.isSet(QStringLiteral("pdf")) && parser.value(QStringLiteral("pdf")).isEmpty())
+        throw CliError("Missing file name after --pdf");
     TRebalanceOptions options;
     if (parser.isSet(QStringLiteral("band"))) {
         const QString band = parser.value(QStringLiteral("band"));
@@ -170,7 +179,8 @@ QString RunRebalance(const QStringList& args, QStringList&) {
     options.NoSellTaxable = parser.isSet(QStringLiteral("no-sell-taxable"));
     return RebalanceCommand(Required(parser, QStringLiteral("accounts")), Required(parser, QStringLiteral("classes")),
                             Required(parser, QStringLiteral("holdings")), options,
-                            parser.isSet(QStringLiteral("json")) ? RebalanceOutput::Json : RebalanceOutput::Text);
+                            parser.isSet(QStringLiteral("json")) ? RebalanceOutput::Json : RebalanceOutput::Text,
+                            parser.value(QStringLiteral("pdf")));
 }
 
 // Options the import commands share.
@@ -362,9 +372,10 @@ QString Usage() {
         "      Splits the accounts over the asset classes and prints the result grid\n"
         "      (--csv: as CSV with the numbers shown); --pdf FILE also writes the report.\n"
         "  rebalance --accounts A.csv --classes C.csv --holdings H.csv [--band P]\n"
-        "            [--no-sell-taxable] [--json]\n"
+        "            [--no-sell-taxable] [--json] [--pdf FILE]\n"
         "      The trades that take today's holdings (rows \"account type,class,amount\")\n"
-        "      to the plan, account type by account type.\n"
+        "      to the plan, account type by account type; --pdf FILE also writes the\n"
+        "      report with its trades page.\n"
         "  files --product MD|BS|QR [--data-dir D]\n"
         "  solutions --product P --file NAME [--data-dir D]\n"
         "  parties --product P --file NAME --solution NAME [--data-dir D] [--core-dir C]\n"

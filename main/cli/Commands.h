@@ -44,13 +44,18 @@ enum class RebalanceOutput { Text, Json };
 
 // tessary-cli rebalance: the trades from the holdings in holdingsCsv to the
 // plan that accountsCsv and classesCsv make.
+// pdfPath: also the report, its second page the trades.
 QString RebalanceCommand(const QString& accountsCsv, const QString& classesCsv, const QString& holdingsCsv,
-                         const TRebalanceOptions& options, RebalanceOutput output);
+                         const TRebalanceOptions& options, RebalanceOutput output, const QString& pdfPath = {});
 
 // Writes the PDF report of one calculation. Programs that link the report
 // (and make a QApplication) set it; without it --pdf fails with a message.
 using PdfReportWriter = void (*)(const QString& path, const TGrid& accounts, const TGrid& classes, const TGrid& result);
 void SetPdfReportWriter(PdfReportWriter writer);
+// The same with the trades page of the given holdings.
+using TradesReportWriter = void (*)(const QString& path, const TGrid& accounts, const TGrid& classes,
+                                    const TGrid& result, const TTradesInput& trades);
+void SetTradesReportWriter(TradesReportWriter writer);
 
 // Whether these arguments ask for a PDF, so that main knows to make a QApplication.
 bool WantsPdf(const QStringList& args);

@@ -28,6 +28,7 @@ int main(int argc, char** argv) {
         });
         app = std::make_unique<QApplication>(argc, argv);
         tessary::SetPdfReportWriter(&tessary::WriteAllocationReportPdf);
+        tessary::SetTradesReportWriter(&tessary::WriteTradesReportPdf);
     }
 #endif
     if (!app) app = std::make_unique<QCoreApplication>(argc, argv);

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <algorithm>
 #include <map>
 
 #include "core/Allocation.h"
@@ -93,6 +94,10 @@ std::string_view NoticeKey(NoticeId id) {
     case NoticeId::ClassRowDropped: return "class-row-dropped";
     case NoticeId::DuplicateAccountType: return "duplicate-account-type";
     case NoticeId::ResultNamesShifted: return "result-names-shifted";
+    case NoticeId::TradesNoPlan: return "trades-no-plan";
+    case NoticeId::HoldingsWithoutPlan: return "holdings-without-plan";
+    case NoticeId::ClassNotTargeted: return "class-not-targeted";
+    case NoticeId::TaxableShortfall: return "taxable-shortfall";
     }
     return {};
 }
@@ -180,6 +185,45 @@ std::vector<TNotice> ResultNotices(const TGrid& classes, const TGrid& result) {
                                "was removed.",
                            r + 1, classes.Text(0, r), 0});
         break;
+    }
+    return notices;
+}
+
+std::vector<TNotice> TradesNotices(const TTargets* targets, const std::vector<TAccountTrades>& trades,
+                                   const TRebalanceOptions& options) {
+    std::vector<TNotice> notices;
+    if (!targets) {
+        notices.push_back({NoticeId::TradesNoPlan,
+                           "The result has no finite targets (the equity classes may total 100%): no trades.", 0, {}, 0});
+        return notices;
+    }
+    // Whole units, as the trades are shown.
+    auto shows = [](double v) { return std::abs(RoundHalfEven(v)) >= 1; };
+    std::map<int, double> untargeted;   // class code -> money held in it
+    for (const TAccountTrades& a : trades) {
+        const std::string type(AccountTypeLabel(a.AccountType));
+        if (a.Target == 0 && shows(a.Current))
+            notices.push_back({NoticeId::HoldingsWithoutPlan,
+                               "The plan has no money for \"" + type + "\", which holds $" + Grouped(a.Current) + ".",
+                               0, type, a.Current});
+        double shortfall = 0;
+        for (const TClassTrade& t : a.Classes) {
+            if (std::find(targets->Classes.begin(), targets->Classes.end(), t.AssetClass) == targets->Classes.end() &&
+                t.Current != 0)
+                untargeted[t.AssetClass] += t.Current;
+            shortfall += std::max(0.0, t.Target - t.Current) - std::max(0.0, t.Trade);
+        }
+        if (options.NoSellTaxable && IsTaxableAccountType(a.AccountType) && a.Target != 0 && shows(shortfall))
+            notices.push_back({NoticeId::TaxableShortfall,
+                               "\"" + type + "\" needs $" + Grouped(shortfall) +
+                                   " more cash to reach its targets without selling.",
+                               0, type, shortfall});
+    }
+    for (const auto& [cls, held] : untargeted) {
+        const std::string label(AssetClassLabel(cls));
+        notices.push_back({NoticeId::ClassNotTargeted,
+                           "\"" + label + "\" is held ($" + Grouped(held) + ") but the plan does not target it.", 0,
+                           label, held});
     }
     return notices;
 }

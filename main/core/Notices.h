@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "core/Grid.h"
+#include "core/Rebalance.h"
 
 namespace tessary {
 
@@ -19,6 +20,10 @@ enum class NoticeId {
     ClassRowDropped,        // row, label
     DuplicateAccountType,   // label: the account type; value: how many records
     ResultNamesShifted,     // row: first result row whose name is not its class
+    TradesNoPlan,           // the result gives no finite targets: no trades
+    HoldingsWithoutPlan,    // label: account type; value: money held there
+    ClassNotTargeted,       // label: asset class; value: money held in it
+    TaxableShortfall,       // label: account type; value: money the targets need beyond its cash
 };
 
 struct TNotice {
@@ -43,5 +48,10 @@ std::vector<TNotice> ResultNotices(const TGrid& classes, const TGrid& result);
 // Money of the equity targets that no account can take: what the calculation
 // leaves in PreferredLeft after the last record (0 when all of it was placed).
 double UnplacedEquityMoney(const TGrid& accounts, const TGrid& classes);
+
+// Notices of the trades from today's holdings to the plan. Pass no targets
+// (nullptr) when the result could not give them.
+std::vector<TNotice> TradesNotices(const TTargets* targets, const std::vector<TAccountTrades>& trades,
+                                   const TRebalanceOptions& options);
 
 } // namespace tessary

@@ -21,6 +21,10 @@ bool TClassAmounts::Named(int accountType) const {
     return false;
 }
 
+bool TClassAmounts::Any() const {
+    return std::find(named_.begin(), named_.end(), true) != named_.end();
+}
+
 namespace {
 
 int AccountTypeOf(std::string_view label) {

@@ -31,6 +31,8 @@ public:
     // Whether the pair was given at all (an amount of 0 included).
     bool Named(int accountType, int assetClass) const { return named_[Index(accountType, assetClass)]; }
     bool Named(int accountType) const;
+    // Whether any pair was given.
+    bool Any() const;
 
 private:
     static std::size_t Index(int accountType, int assetClass) {
@@ -86,6 +88,12 @@ struct TAccountTrades {
 // name; per account the plan's classes, then classes only its holdings name.
 std::vector<TAccountTrades> Rebalance(const TTargets& targets, const TClassAmounts& holdings,
                                       const TRebalanceOptions& options);
+
+// What the adviser gives besides the plan: today's holdings and the two options.
+struct TTradesInput {
+    TClassAmounts Holdings;
+    TRebalanceOptions Options;
+};
 
 // Sums over all accounts, for a totals line.
 struct TTradeTotals {

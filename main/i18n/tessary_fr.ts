@@ -56,6 +56,26 @@
         <source>From result row %1 on, the class names do not belong to their values: a class row without a class was removed.</source>
         <translation>À partir de la ligne %1 du résultat, les noms des catégories ne correspondent pas à leurs valeurs : une ligne sans catégorie a été supprimée.</translation>
     </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/window/NoticeText.cpp" line="68"/>
+        <source>The result has no finite targets (the equity classes may total 100%): no trades.</source>
+        <translation>Le résultat n’a pas de cibles finies (les catégories d’actions totalisent peut-être 100 %) : aucune opération.</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/window/NoticeText.cpp" line="71"/>
+        <source>The plan has no money for &quot;%1&quot;, which holds %2.</source>
+        <translation>Le plan ne prévoit aucun montant pour « %1 », qui détient %2.</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/window/NoticeText.cpp" line="74"/>
+        <source>&quot;%1&quot; is held (%2) but the plan does not target it.</source>
+        <translation>« %1 » est détenue (%2), mais le plan ne la vise pas.</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/window/NoticeText.cpp" line="77"/>
+        <source>&quot;%1&quot; needs %2 more cash to reach its targets without selling.</source>
+        <translation>« %1 » a besoin de %2 de liquidités de plus pour atteindre ses cibles sans vendre.</translation>
+    </message>
 </context>
 <context>
     <name>tessary::Report</name>
@@ -109,6 +129,31 @@
         <location filename="../report/Report.cpp" line="326"/>
         <source>The PDF report needs the program&apos;s graphical part (QApplication).</source>
         <translation>Le rapport PDF exige la partie graphique du programme (QApplication).</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/report/Report.cpp" line="153"/>
+        <source>From holdings to the plan</source>
+        <translation>Des placements actuels au plan</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/report/Report.cpp" line="160"/>
+        <source>Trades by account type</source>
+        <translation>Opérations par type de compte</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/report/Report.cpp" line="245"/>
+        <source>Band (percentage points of each account): %1</source>
+        <translation>Marge (points de pourcentage de chaque compte) : %1</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/report/Report.cpp" line="248"/>
+        <source>no sales in taxable accounts</source>
+        <translation>aucune vente dans les comptes imposables</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/report/Report.cpp" line="249"/>
+        <source>sales allowed in every account</source>
+        <translation>ventes permises dans tous les comptes</translation>
     </message>
 </context>
 <context>
@@ -281,6 +326,17 @@
         <location filename="../window/MainWindow.cpp" line="149"/>
         <source>&amp;Quit</source>
         <translation>&amp;Quitter</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/window/MainWindow.cpp" line="156"/>
+        <location filename="../work/wt/wt-trades/main/window/MainWindow.cpp" line="157"/>
+        <source>Trades</source>
+        <translation>Opérations</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/window/MainWindow.cpp" line="158"/>
+        <source>From today&apos;s holdings to the plan (Ctrl+T)</source>
+        <translation>Des placements actuels au plan (Ctrl+T)</translation>
     </message>
 </context>
 <context>
@@ -798,6 +854,205 @@
         <location filename="../report/Worksheet.cpp" line="266"/>
         <source>it is not a regular file</source>
         <translation>ce n’est pas un fichier ordinaire</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/report/Worksheet.cpp" line="205"/>
+        <source>the band is not a number from 0 to 100</source>
+        <translation>la marge n’est pas un nombre de 0 à 100</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/report/Worksheet.cpp" line="207"/>
+        <source>&quot;noSellTaxable&quot; is not true or false</source>
+        <translation>« noSellTaxable » n’est ni vrai ni faux</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/report/Worksheet.cpp" line="209"/>
+        <source>the row list of the holdings</source>
+        <translation>la liste des lignes des placements</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/report/Worksheet.cpp" line="211"/>
+        <source>holdings row %1</source>
+        <translation>la ligne %1 des placements</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/report/Worksheet.cpp" line="218"/>
+        <source>%1 names no known account type and class</source>
+        <translation>%1 ne nomme pas un type de compte et une catégorie connus</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/report/Worksheet.cpp" line="221"/>
+        <source>%1 has no amount</source>
+        <translation>%1 n’a pas de montant</translation>
+    </message>
+</context>
+<context>
+    <name>tessary::TTradesPage</name>
+    <message>
+        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="169"/>
+        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="170"/>
+        <source>Holdings today</source>
+        <translation>Placements actuels</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="171"/>
+        <source>Type amounts, or paste cells copied from a spreadsheet (Ctrl+V)</source>
+        <translation>Saisissez les montants ou collez des cellules copiées d’un tableur (Ctrl+V)</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="172"/>
+        <source>Load CSV...</source>
+        <translation>Charger un CSV...</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="173"/>
+        <source>Holdings from a CSV file: account type, class, amount</source>
+        <translation>Placements tirés d’un fichier CSV : type de compte, catégorie, montant</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="174"/>
+        <source>Clear</source>
+        <translation>Vider</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="175"/>
+        <source>Clear holdings</source>
+        <translation>Vider les placements</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="176"/>
+        <source>Band (percentage points):</source>
+        <translation>Marge (points de pourcentage) :</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="177"/>
+        <source>Band in percentage points</source>
+        <translation>Marge en points de pourcentage</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="178"/>
+        <source>Trades no larger than this share of the account are skipped</source>
+        <translation>Les opérations qui ne dépassent pas cette part du compte sont omises</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="179"/>
+        <source>No sales in taxable accounts</source>
+        <translation>Aucune vente dans les comptes imposables</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="180"/>
+        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="181"/>
+        <source>Trades</source>
+        <translation>Opérations</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="182"/>
+        <source>Copy</source>
+        <translation>Copier</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="183"/>
+        <source>Copy the trades for a spreadsheet (Ctrl+C)</source>
+        <translation>Copier les opérations pour un tableur (Ctrl+C)</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="184"/>
+        <source>Export CSV...</source>
+        <translation>Exporter en CSV...</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="244"/>
+        <source>Not an amount: left out</source>
+        <translation>Pas un montant : laissé de côté</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="321"/>
+        <source>No plan yet: press Calculate on the allocation page.</source>
+        <translation>Pas encore de plan : appuyez sur Calculer dans la page de répartition.</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="362"/>
+        <source>Export Trades to CSV</source>
+        <translation>Exporter les opérations en CSV</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="362"/>
+        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="375"/>
+        <source>CSV files (*.csv)</source>
+        <translation>Fichiers CSV (*.csv)</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="364"/>
+        <source>trades</source>
+        <translation>operations</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="375"/>
+        <source>Load Holdings</source>
+        <translation>Charger les placements</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="384"/>
+        <source>Cannot open &quot;%1&quot;: %2</source>
+        <translation>Impossible d’ouvrir « %1 » : %2</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="391"/>
+        <source>The holdings were not loaded: %1</source>
+        <translation>Les placements n’ont pas été chargés : %1</translation>
+    </message>
+</context>
+<context>
+    <name>tessary::Trades</name>
+    <message>
+        <location filename="../work/wt/wt-trades/main/format/TradesFormat.cpp" line="126"/>
+        <source>Cash to raise</source>
+        <translation>Liquidités à dégager</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/format/TradesFormat.cpp" line="126"/>
+        <source>New cash</source>
+        <translation>Nouvelles liquidités</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/format/TradesFormat.cpp" line="130"/>
+        <source>Left unplaced</source>
+        <translation>Non placé</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/format/TradesFormat.cpp" line="136"/>
+        <source>Total</source>
+        <translation>Total</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/format/TradesFormat.cpp" line="141"/>
+        <source>Account type</source>
+        <translation>Type de compte</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/format/TradesFormat.cpp" line="141"/>
+        <source>Asset class</source>
+        <translation>Catégorie d’actif</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/format/TradesFormat.cpp" line="141"/>
+        <source>Current</source>
+        <translation>Actuel</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/format/TradesFormat.cpp" line="141"/>
+        <source>Target</source>
+        <translation>Cible</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/format/TradesFormat.cpp" line="141"/>
+        <source>Buy</source>
+        <translation>Achat</translation>
+    </message>
+    <message>
+        <location filename="../work/wt/wt-trades/main/format/TradesFormat.cpp" line="141"/>
+        <source>Sell</source>
+        <translation>Vente</translation>
     </message>
 </context>
 </TS>

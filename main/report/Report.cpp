@@ -18,6 +18,7 @@
 #include "report/Chart.h"
 #include "report/ClassColours.h"
 #include "format/Export.h"
+#include "format/TradesFormat.h"
 
 namespace tessary {
 
@@ -33,11 +34,16 @@ constexpr qreal kAccountsShare = 0.58, kClassesShare = 0.38;
 const QColor kHeaderFill(0xEE, 0xF0, 0xF3);
 const QColor kLine(0xB8, 0xBE, 0xC6);
 const QColor kMuted(0x60, 0x66, 0x70);
+// Buys and sells read apart also in black and white: separate columns, and these.
+const QColor kBuy(0x1B, 0x7F, 0x3B);
+const QColor kSell(0xB3, 0x26, 0x1E);
 
 struct TTableCell {
     QString text;
     CellAlign align = CellAlign::Left;
     std::optional<QColor> swatch;
+    QColor colour = Qt::black;
+    bool bold = false;
 };
 
 struct TTable {
@@ -82,6 +88,31 @@ void AddTotalRow(TTable& t, int columns, int valueCol, const QString& value) {
     t.rows.push_back(std::move(row));
 }
 
+TTable TradesTable(const std::vector<TAccountTrades>& trades, const QLocale& locale) {
+    TTable t;
+    const QStringList headers = TradesHeaders();
+    // The window's layout: one name column, the account types as headings.
+    auto cell = [](const QString& text, CellAlign align, QColor colour = Qt::black) {
+        return TTableCell{text, align, std::nullopt, colour, false};
+    };
+    t.rows.push_back({cell(headers[1], CellAlign::Left), cell(headers[2], CellAlign::Right),
+                      cell(headers[3], CellAlign::Right), cell(headers[4], CellAlign::Right),
+                      cell(headers[5], CellAlign::Right)});
+    auto money = [&](const std::optional<double>& v, QColor colour = Qt::black) {
+        return cell(v ? FormatMoney(*v, locale) : QString(), CellAlign::Right, colour);
+    };
+    for (const TTradesRow& r : TradesRows(trades)) {
+        using Kind = TTradesRow::Kind;
+        const bool heading = r.kind == Kind::Account || r.kind == Kind::Total;
+        TTableCell name = cell(heading ? r.account : QStringLiteral("    ") + r.item, CellAlign::Left);
+        name.bold = heading;
+        if (r.kind == Kind::Class) name.swatch = ClassColour(r.code);
+        if (r.kind == Kind::Total) t.totalRow = static_cast<int>(t.rows.size());
+        t.rows.push_back({name, money(r.current), money(r.target), money(r.buy, kBuy), money(r.sell, kSell)});
+    }
+    return t;
+}
+
 const TMerge* MergeAt(const TTable& t, int col, int row) {
     for (const TMerge& m : t.merges)
         if (col >= m.col && col < m.col + m.cols && row >= m.row && row < m.row + m.rows) return &m;
@@ -102,6 +133,34 @@ public:
                     ClassTotalLabel(ClassTotal(in.classes), in.locale));
         result_ = TableOf(in.result, GridKind::Result, in.locale);
         hasChart_ = !AllocationSeries(in.result).accountTypes.isEmpty();
+    }
+
+    void PaintTrades(const std::vector<TAccountTrades>& trades) {
+        trades_ = TradesTable(trades, in_.locale);
+        for (int round = 0; round < 8; ++round) {
+            const qreal over = std::max(TradesHeight() / page_.height(),
+                                        Sum(NaturalWidths(trades_)) / page_.width());
+            if (over <= 1) break;
+            fit_ *= 0.99 / over;
+        }
+        p_.save();
+        const qreal left = page_.left(), width = page_.width();
+        qreal y = page_.top();
+        p_.setPen(Qt::black);
+        p_.setFont(Font(kTitlePt, true));
+        const QRectF titleRect(left, y, width, TitleHeight());
+        p_.drawText(titleRect, Qt::AlignLeft | Qt::AlignBottom,
+                    QCoreApplication::translate("tessary::Report", "From holdings to the plan"));
+        p_.setFont(Font(kDatePt));
+        p_.setPen(kMuted);
+        p_.drawText(titleRect, Qt::AlignRight | Qt::AlignBottom, in_.locale.toString(in_.date, QLocale::LongFormat));
+        y += TitleHeight() + Pt(kGapPt);
+        p_.drawText(QRectF(left, y, width, Pt(kHeadingGapPt)), Qt::AlignLeft | Qt::AlignTop, OptionsLine());
+        y += Pt(kHeadingGapPt);
+        y = Heading(QCoreApplication::translate("tessary::Report", "Trades by account type"), left, y);
+        Table(trades_, left, y, std::min(width, Sum(NaturalWidths(trades_)) * 1.3));
+        Footer();
+        p_.restore();
     }
 
     void Paint() {
@@ -176,6 +235,27 @@ private:
                TableHeight(result_) + Pt(kGapPt) + Pt(kHeadingGapPt) + Pt(kChartMinPt) + FooterHeight();
     }
 
+    qreal TradesHeight() const {
+        return TitleHeight() + Pt(kGapPt) + 2 * Pt(kHeadingGapPt) + TableHeight(trades_) + Pt(kGapPt) +
+               FooterHeight();
+    }
+
+    QString OptionsLine() const {
+        const TRebalanceOptions& o = in_.trades->Options;
+        QString band = QCoreApplication::translate("tessary::Report", "Band (percentage points of each account): %1")
+                           .arg(in_.locale.toString(o.BandPercent, 'g', 4));
+        return band + QStringLiteral(" \u2022 ") +
+               (o.NoSellTaxable ? QCoreApplication::translate("tessary::Report", "no sales in taxable accounts")
+                                : QCoreApplication::translate("tessary::Report", "sales allowed in every account"));
+    }
+
+    void Footer() {
+        p_.setFont(Font(kFooterPt));
+        p_.setPen(kMuted);
+        p_.drawText(QRectF(page_.left(), page_.bottom() - FooterHeight(), page_.width(), FooterHeight()),
+                    Qt::AlignLeft | Qt::AlignBottom, QCoreApplication::translate("tessary::Report", "Prepared with Tessary"));
+    }
+
     qreal Heading(const QString& text, qreal x, qreal y) {
         p_.setFont(Font(kHeadingPt, true));
         p_.setPen(Qt::black);
@@ -229,8 +309,10 @@ private:
                          : cell.align == CellAlign::Right ? Qt::AlignRight
                          : cell.align == CellAlign::Centre ? Qt::AlignHCenter
                                                            : Qt::AlignLeft;
-                p_.setFont(font);
-                p_.setPen(Qt::black);
+                QFont cellFont = font;
+                cellFont.setBold(font.bold() || cell.bold);
+                p_.setFont(cellFont);
+                p_.setPen(cell.colour);
                 p_.drawText(textRect, align, fm.elidedText(cell.text, Qt::ElideRight, textRect.width()));
             }
             if (total) {
@@ -273,10 +355,7 @@ private:
             PaintAllocationChart(p_, QRectF(left, y, width, footerTop - y - Pt(kGapPt) / 2), in_.result, in_.locale);
         }
 
-        p_.setFont(Font(kFooterPt));
-        p_.setPen(kMuted);
-        p_.drawText(QRectF(left, footerTop, width, FooterHeight()), Qt::AlignLeft | Qt::AlignBottom,
-                    QCoreApplication::translate("tessary::Report", "Prepared with Tessary"));
+        Footer();
         p_.restore();
     }
 
@@ -285,11 +364,30 @@ private:
     const TReportInput& in_;
     qreal pxPerPt_;
     qreal fit_ = 1;
-    TTable accounts_, classes_, result_;
+    TTable accounts_, classes_, result_, trades_;
     bool hasChart_ = false;
 };
 
+// The trades of the report, or none when it has no trades page.
+std::optional<std::vector<TAccountTrades>> ReportTrades(const TReportInput& input) {
+    if (!input.trades || !input.trades->Holdings.Any()) return std::nullopt;
+    try {
+        const TTargets targets = ReadTargets(input.result);
+        if (targets.AccountTypes.empty()) return std::nullopt;
+        return Rebalance(targets, input.trades->Holdings, input.trades->Options);
+    } catch (const ERebalanceInput&) {
+        // The window's notice says why; the report leaves the page out.
+        return std::nullopt;
+    }
+}
+
 } // namespace
+
+bool ReportHasTrades(const TReportInput& input) { return ReportTrades(input).has_value(); }
+
+void PaintTradesReport(QPainter& painter, const QRectF& page, const TReportInput& input) {
+    if (const auto trades = ReportTrades(input)) TReportPainter(painter, page, input).PaintTrades(*trades);
+}
 
 void PaintReport(QPainter& painter, const QRectF& page, const TReportInput& input) {
     TReportPainter(painter, page, input).Paint();
@@ -299,7 +397,12 @@ void PrintReport(QPagedPaintDevice& device, const TReportInput& input) {
     QPainter painter;
     if (!painter.begin(&device)) throw EExport(QCoreApplication::translate("tessary::Report", "The report cannot be painted on this device.").toStdString());
     const QRect paint = device.pageLayout().paintRectPixels(device.logicalDpiY());
-    PaintReport(painter, QRectF(QPointF(0, 0), QSizeF(paint.size())), input);
+    const QRectF page(QPointF(0, 0), QSizeF(paint.size()));
+    PaintReport(painter, page, input);
+    if (ReportHasTrades(input)) {
+        device.newPage();
+        PaintTradesReport(painter, page, input);
+    }
     painter.end();
 }
 
@@ -322,9 +425,14 @@ void WriteReportPdf(const QString& path, const TReportInput& input) {
 }
 
 void WriteAllocationReportPdf(const QString& path, const TGrid& accounts, const TGrid& classes, const TGrid& result) {
+    WriteTradesReportPdf(path, accounts, classes, result, {});
+}
+
+void WriteTradesReportPdf(const QString& path, const TGrid& accounts, const TGrid& classes, const TGrid& result,
+                          const TTradesInput& trades) {
     if (!qobject_cast<QApplication*>(QCoreApplication::instance()))
         throw EExport(QCoreApplication::translate("tessary::Report", "The PDF report needs the program's graphical part (QApplication).").toStdString());
-    WriteReportPdf(path, {accounts, classes, result, QDate::currentDate(), AppLocale()});
+    WriteReportPdf(path, {accounts, classes, result, QDate::currentDate(), AppLocale(), &trades});
 }
 
 } // namespace tessary

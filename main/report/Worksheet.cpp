@@ -17,6 +17,7 @@
 
 #include "core/Allocation.h"
 #include "core/Totals.h"
+#include "core/Vocabulary.h"
 
 namespace tessary {
 
@@ -71,6 +72,23 @@ QJsonObject ResultToJson(const TGrid& grid) {
     o.insert(QStringLiteral("columns"), grid.ColCount());
     o.insert(QStringLiteral("rows"), rows);
     o.insert(QStringLiteral("merges"), merges);
+    return o;
+}
+
+// Only the pairs given, in the holdings CSV's order: a cell left empty stays
+// apart from one holding 0.
+QJsonObject TradesToJson(const TTradesInput& trades) {
+    QJsonArray rows;
+    for (int t = 1; t <= kAccountTypeCount; ++t)
+        for (int c = 1; c <= kAssetClassCount; ++c)
+            if (trades.Holdings.Named(t, c))
+                rows.append(QJsonObject{{QStringLiteral("account"), QString::fromUtf8(AccountTypeLabel(t).data())},
+                                        {QStringLiteral("class"), QString::fromUtf8(AssetClassLabel(c).data())},
+                                        {QStringLiteral("amount"), CellToJson(TCell{trades.Holdings.Get(t, c), 0})}});
+    QJsonObject o;
+    o.insert(QStringLiteral("band"), trades.Options.BandPercent);
+    o.insert(QStringLiteral("noSellTaxable"), trades.Options.NoSellTaxable);
+    o.insert(QStringLiteral("rows"), rows);
     return o;
 }
 
@@ -180,6 +198,31 @@ public:
             grid.SetColWidth(c, columns == 2 ? MakeResultGrid().ColWidth(1) : (c % 2 == 1 ? 25 : 60));
     }
 
+    void Holdings(const QJsonObject& doc, TTradesInput& trades) const {
+        const QJsonObject section = Object(doc, "holdings", QCoreApplication::translate("tessary::Worksheet", "the document"));
+        const QJsonValue band = section.value(QStringLiteral("band"));
+        if (!band.isDouble() || !(band.toDouble() >= 0 && band.toDouble() <= 100))
+            Damaged(QCoreApplication::translate("tessary::Worksheet", "the band is not a number from 0 to 100"));
+        if (!section.value(QStringLiteral("noSellTaxable")).isBool())
+            Damaged(QCoreApplication::translate("tessary::Worksheet", "\"noSellTaxable\" is not true or false"));
+        trades.Options = {band.toDouble(), section.value(QStringLiteral("noSellTaxable")).toBool()};
+        const QJsonArray rows = Array(section.value(QStringLiteral("rows")), QCoreApplication::translate("tessary::Worksheet", "the row list of the holdings"));
+        for (qsizetype i = 0; i < rows.size(); ++i) {
+            const QString where = QCoreApplication::translate("tessary::Worksheet", "holdings row %1").arg(i + 1);
+            const QJsonObject o = rows[i].toObject();
+            int type = 0;
+            for (int t = 1; t <= kAccountTypeCount && type == 0; ++t)
+                if (o.value(QStringLiteral("account")).toString().toStdString() == AccountTypeLabel(t)) type = t;
+            const int cls = AssetClassOf(o.value(QStringLiteral("class")).toString().toStdString());
+            if (type == 0 || cls == 0)
+                Damaged(QCoreApplication::translate("tessary::Worksheet", "%1 names no known account type and class").arg(where));
+            TGrid cell(1, 1);
+            Cell(o.value(QStringLiteral("amount")), cell, 0, 0, where);
+            if (!cell.Cell(0, 0).IsFloat()) Damaged(QCoreApplication::translate("tessary::Worksheet", "%1 has no amount").arg(where));
+            trades.Holdings.Add(type, cls, cell.Float(0, 0));
+        }
+    }
+
 private:
     QString fileName_;
 };
@@ -198,13 +241,15 @@ EWorksheet::EWorksheet(Fault fault, const QString& message) : std::runtime_error
 
 TWorksheet::TWorksheet() : accounts(MakeAccountsGrid()), classes(MakeClassesGrid()), result(MakeResultGrid()) {}
 
-QByteArray WorksheetToJson(const TGrid& accounts, const TGrid& classes, const TGrid& result) {
+QByteArray WorksheetToJson(const TGrid& accounts, const TGrid& classes, const TGrid& result,
+                           const TTradesInput& trades) {
     QJsonObject doc;
     doc.insert(QStringLiteral("format"), QLatin1String(kWorksheetFormat));
     doc.insert(QStringLiteral("version"), kWorksheetVersion);
     doc.insert(QStringLiteral("accounts"), BodyToJson(accounts));
     doc.insert(QStringLiteral("classes"), BodyToJson(classes));
     doc.insert(QStringLiteral("result"), ResultToJson(result));
+    doc.insert(QStringLiteral("holdings"), TradesToJson(trades));
     return QJsonDocument(doc).toJson(QJsonDocument::Indented);
 }
 
@@ -236,11 +281,13 @@ TWorksheet WorksheetFromJson(const QByteArray& bytes, const QString& fileName) {
     reader.Body(doc, "accounts", QCoreApplication::translate("tessary::Worksheet", "accounts"), sheet.accounts);
     reader.Body(doc, "classes", QCoreApplication::translate("tessary::Worksheet", "classes"), sheet.classes);
     reader.Result(doc, sheet.result);
+    if (v >= 2) reader.Holdings(doc, sheet.trades);
     return sheet;
 }
 
-void SaveWorksheet(const QString& path, const TGrid& accounts, const TGrid& classes, const TGrid& result) {
-    const QByteArray bytes = WorksheetToJson(accounts, classes, result);
+void SaveWorksheet(const QString& path, const TGrid& accounts, const TGrid& classes, const TGrid& result,
+                   const TTradesInput& trades) {
+    const QByteArray bytes = WorksheetToJson(accounts, classes, result, trades);
     QSaveFile file(path);
     auto fail = [&] {
         throw EWorksheet(EWorksheet::Fault::Unwritable,
@@ -277,8 +324,9 @@ TWorksheet ReadWorksheet(const QString& path) {
     return WorksheetFromJson(bytes, path);
 }
 
-void LoadWorksheet(const QString& path, TGrid& accounts, TGrid& classes, TGrid& result) {
+void LoadWorksheet(const QString& path, TGrid& accounts, TGrid& classes, TGrid& result, TTradesInput* trades) {
     TWorksheet sheet = ReadWorksheet(path);
+    if (trades) *trades = sheet.trades;
     accounts = std::move(sheet.accounts);
     classes = std::move(sheet.classes);
     result = std::move(sheet.result);

@@ -7,10 +7,12 @@
 #include <stdexcept>
 
 #include "core/Grid.h"
+#include "core/Rebalance.h"
 
 namespace tessary {
 
-inline constexpr int kWorksheetVersion = 1;
+// 2: holdings and the trades' options.
+inline constexpr int kWorksheetVersion = 2;
 inline constexpr char kWorksheetFormat[] = "tessary-worksheet";
 inline constexpr char kWorksheetSuffix[] = "tessary";
 
@@ -36,21 +38,25 @@ struct TWorksheet {
     TGrid accounts;
     TGrid classes;
     TGrid result;
+    TTradesInput trades;   // none in a version-1 document
     TWorksheet();
 };
 
-QByteArray WorksheetToJson(const TGrid& accounts, const TGrid& classes, const TGrid& result);
+QByteArray WorksheetToJson(const TGrid& accounts, const TGrid& classes, const TGrid& result,
+                           const TTradesInput& trades = {});
 
 // fileName only names the document in messages. Throws EWorksheet.
 TWorksheet WorksheetFromJson(const QByteArray& bytes, const QString& fileName);
 
 // Atomic: the file is either the new worksheet or what it was before.
-void SaveWorksheet(const QString& path, const TGrid& accounts, const TGrid& classes, const TGrid& result);
+void SaveWorksheet(const QString& path, const TGrid& accounts, const TGrid& classes, const TGrid& result,
+                   const TTradesInput& trades = {});
 
 TWorksheet ReadWorksheet(const QString& path);
 
 // Reads the whole document first; the grids change only when it is sound.
 // Their Revision() restarts, so views must be refreshed explicitly.
-void LoadWorksheet(const QString& path, TGrid& accounts, TGrid& classes, TGrid& result);
+void LoadWorksheet(const QString& path, TGrid& accounts, TGrid& classes, TGrid& result,
+                   TTradesInput* trades = nullptr);
 
 } // namespace tessary

@@ -88,7 +88,9 @@ void TDocumentController::Retranslate() {
     printAction->setText(tr("&Print..."));
 }
 
-QByteArray TDocumentController::Snapshot() const { return WorksheetToJson(accounts_, classes_, result_); }
+QByteArray TDocumentController::Snapshot() const {
+    return WorksheetToJson(accounts_, classes_, result_, trades_ ? *trades_ : TTradesInput{});
+}
 
 bool TDocumentController::IsModified() const { return Snapshot() != savedSnapshot_; }
 
@@ -156,6 +158,7 @@ void TDocumentController::actNewClick() {
     accounts_ = blank.accounts;
     classes_ = blank.classes;
     result_ = blank.result;
+    if (trades_) *trades_ = {};
     accounts_.SetRowCount(2);
     classes_.SetRowCount(2);
     ShowDocument(QString());
@@ -172,7 +175,7 @@ void TDocumentController::ShowDocument(const QString& file) {
 
 bool TDocumentController::OpenWorksheet(const QString& path) {
     try {
-        LoadWorksheet(path, accounts_, classes_, result_);
+        LoadWorksheet(path, accounts_, classes_, result_, trades_);
     } catch (const std::exception& e) {
         Fail(QString::fromStdString(e.what()));
         return false;
@@ -197,7 +200,7 @@ void TDocumentController::actOpenClick() {
 
 bool TDocumentController::SaveWorksheetTo(const QString& path) {
     try {
-        SaveWorksheet(path, accounts_, classes_, result_);
+        SaveWorksheet(path, accounts_, classes_, result_, trades_ ? *trades_ : TTradesInput{});
     } catch (const std::exception& e) {
         Fail(QString::fromStdString(e.what()));
         return false;
@@ -243,7 +246,7 @@ void TDocumentController::actExportPdfClick() {
     if (path.isEmpty()) return;
     try {
         WriteReportPdf(WithSuffix(path, QStringLiteral(".pdf")),
-                       {accounts_, classes_, result_, QDate::currentDate(), AppLocale()});
+                       {accounts_, classes_, result_, QDate::currentDate(), AppLocale(), trades_});
     } catch (const std::exception& e) {
         Fail(QString::fromStdString(e.what()));
     }
@@ -255,7 +258,7 @@ void TDocumentController::actPrintClick() {
     QPrintDialog dialog(&printer, window_);
     if (dialog.exec() != QDialog::Accepted) return;
     try {
-        PrintReport(printer, {accounts_, classes_, result_, QDate::currentDate(), AppLocale()});
+        PrintReport(printer, {accounts_, classes_, result_, QDate::currentDate(), AppLocale(), trades_});
     } catch (const std::exception& e) {
         Fail(QString::fromStdString(e.what()));
     }

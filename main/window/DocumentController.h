@@ -10,6 +10,7 @@
 #include <functional>
 
 #include "core/Grid.h"
+#include "core/Rebalance.h"
 #include "window/GridView.h"
 
 namespace tessary {
@@ -23,6 +24,8 @@ public:
                         QWidget* window, QMenu* menu);
 
     void Retranslate();
+    // The holdings and options the worksheet keeps beside the grids.
+    void AttachTrades(TTradesInput* trades) { trades_ = trades; }
 
     // Replaceable for tests; by default they show dialogs.
     // Save, Discard or Cancel for the worksheet with unsaved changes.
@@ -88,6 +91,7 @@ private:
     QWidget* window_;
     QString currentFile_;
     QByteArray savedSnapshot_;
+    TTradesInput* trades_ = nullptr;
 };
 
 } // namespace tessary

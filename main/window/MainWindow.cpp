@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QHeaderView>
+#include <QLayout>
 #include <QMessageBox>
 #include <QScreen>
 #include <QShortcut>
@@ -69,6 +70,18 @@ TForm1::TForm1(QWidget* parent) : TFramelessWindow(parent), result_(MakeResultGr
     fileMenu->setObjectName(QStringLiteral("mnuFile"));
     fileButton->setMenu(fileMenu);
     BuildFileMenu();
+    tradesPage = new TTradesPage(trades_, result_, this);
+    tradesPage->hide();
+    document_->AttachTrades(&trades_);
+    tradesButton = new QToolButton(this);
+    tradesButton->setObjectName(QStringLiteral("btnTrades"));
+    tradesButton->setCheckable(true);
+    tradesButton->setFocusPolicy(Qt::NoFocus);
+    // A window shortcut: the button takes no focus, and a grid with focus must not keep the key.
+    auto* trades = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_T), this, tradesButton, &QToolButton::toggle);
+    trades->setObjectName(QStringLiteral("scTrades"));
+    connect(tradesButton, &QToolButton::toggled, this, &TForm1::ShowTradesPage);
+    connect(tradesPage, &TTradesPage::inputChanged, this, &TForm1::UpdateDocumentState);
 
     auto* calc = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Return), this, this, &TForm1::btnCalculateClick);
     calc->setObjectName(QStringLiteral("scCalculate"));
@@ -143,6 +156,9 @@ void TForm1::RetranslateUi() {
     fileButton->setText(tr("File"));
     fileButton->setAccessibleName(tr("File"));
     fileButton->setToolTip(tr("Worksheets, export, print and language"));
+    tradesButton->setText(tr("Trades"));
+    tradesButton->setAccessibleName(tr("Trades"));
+    tradesButton->setToolTip(tr("From today's holdings to the plan (Ctrl+T)"));
     chart->setAccessibleName(tr("Allocation chart"));
     document_->Retranslate();
     languageMenu->setTitle(tr("&Language"));
@@ -185,6 +201,7 @@ void TForm1::FormCreate() {
         if (b->property("compact").toBool()) b->setFont(compact);
     inputs_->presetsButton->setFont(compact);
     fileButton->setFont(compact);
+    tradesButton->setFont(compact);
     noticeLine->setFont(compact);
     // Grid texts are longer than the design's narrow font made them.
     QFont gridFont = f;
@@ -193,6 +210,7 @@ void TForm1::FormCreate() {
         g->setFont(gridFont);
         g->verticalHeader()->setDefaultSectionSize(RoundInt(18 * cnf_.Zoom));
     }
+    tradesPage->SetGridFont(gridFont, RoundInt(18 * cnf_.Zoom));
     setStyleSheet(WindowStyleSheet(cnf_.Zoom));
     resultGrid->setShowGrid(true);
 
@@ -243,6 +261,8 @@ void TForm1::LayoutControls() {
     LayoutFrame(z, dx);
     place(fileButton, kFileButton);
     fileButton->raise();
+    place(tradesButton, kTradesButton);
+    tradesButton->raise();
 
     inputs_->LayoutControls(z, dx);
     // Ends flush with the classes grid.
@@ -263,6 +283,9 @@ void TForm1::LayoutControls() {
     place(resultGrid, kResultGrid.adjusted(0, 0, dx, dyGrid));
     place(chart, kChart.translated(0, dyGrid).adjusted(0, 0, dx, dy - dyGrid));
     place(helpButton, kHelp.translated(0, dy));
+    place(tradesPage, kTradesPage.adjusted(0, 0, dx, dy));
+    // Raising the caption buttons above put them over the page's place in the stacking order.
+    if (tradesPage->isVisible()) tradesPage->raise();
     place(cornerGrip, kCornerGrip.translated(dx, dy));
 }
 
@@ -302,6 +325,7 @@ void TForm1::btnCalculateClick() {
     inputs_->Refresh();
     resultGrid->Refresh();
     UpdateChart();
+    tradesPage->Recompute();
 }
 
 void TForm1::UpdateNotices() {
@@ -320,6 +344,23 @@ void TForm1::ShowDocument() {
     resultGrid->Refresh();
     UpdateChart();
     UpdateNotices();
+    tradesPage->ShowInput();
+}
+
+void TForm1::ShowTradesPage(bool shown) {
+    if (tradesButton->isChecked() != shown) tradesButton->setChecked(shown);
+    tradesPage->setVisible(shown);
+    // Hidden under the page, so that Tab and the screen reader stay on what is seen.
+    for (QWidget* w : std::initializer_list<QWidget*>{inputs_, resultGrid, resultHeadingLabel, calculateButton,
+                                                      noticeLine, chart})
+        w->setVisible(!shown);
+    if (shown) {
+        tradesPage->layout()->activate();
+        tradesPage->raise();
+        tradesPage->holdingsGrid->setFocus();
+    } else {
+        inputs_->accountsGrid->setFocus();
+    }
 }
 
 void TForm1::UpdateDocumentState() {

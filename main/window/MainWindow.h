@@ -22,6 +22,7 @@
 #include "window/InputGridsPanel.h"
 #include "window/MainWindowLayout.h"
 #include "window/NoticeLine.h"
+#include "window/TradesPage.h"
 
 namespace tessary {
 
@@ -45,6 +46,7 @@ public:
     TGrid& Result() { return result_; }
     TInputGridsPanel& Inputs() { return *inputs_; }
     TDocumentController& Document() { return *document_; }
+    TTradesInput& TradesInput() { return trades_; }
     const TCnf& Cnf() const { return cnf_; }
     QString HelpFile() const { return helpFile_; }
 
@@ -71,6 +73,9 @@ public:
     QAction* englishAction;
     QAction* frenchAction;
     QAction* quitAction;
+    // The second page, holdings to trades, and the caption-bar button that shows it.
+    TTradesPage* tradesPage;
+    QToolButton* tradesButton;
 
 public slots:
     void btnImpClick();
@@ -81,6 +86,7 @@ public slots:
     void AdvRepeatButton3Click();
     // Shows the marks of the document state: title, caption, Save.
     void UpdateDocumentState();
+    void ShowTradesPage(bool shown);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -103,6 +109,7 @@ private:
 
     // The result's contents: declared before the view that refers to it.
     TGrid result_;
+    TTradesInput trades_;
     TInputGridsPanel* inputs_;
     TDocumentController* document_;
 

@@ -24,7 +24,9 @@ inline constexpr double kResultHeightShare = 0.4;
 inline constexpr double kCaptionHeight = 26;
 inline constexpr QRectF kAppIcon{7, 3, 20, 20};
 inline constexpr QRectF kFileButton{33, 4, 36, 18};
-inline constexpr QRectF kCaptionTitle{76, 3, 370, 20};
+// Switches between the allocation and the trades page.
+inline constexpr QRectF kTradesButton{72, 4, 62, 18};
+inline constexpr QRectF kCaptionTitle{140, 3, 306, 20};
 inline constexpr QRectF kWindowButtons{452, 1, 81, 24};
 inline constexpr QRectF kMinimizeButton{17, 2, 30, 20};
 inline constexpr QRectF kQuitButton{48, 2, 30, 20};
@@ -54,6 +56,8 @@ inline constexpr double kNoticesEndGap = 6;   // before Calculate
 inline constexpr QRectF kResultGrid{8, 252, 517, 165};
 inline constexpr QRectF kChart{8, 421, 517, 139};
 inline constexpr QRectF kHelp{9, 565, 55, 20};
+// The trades page covers everything under the caption bar but Help.
+inline constexpr QRectF kTradesPage{8, 32, 517, 528};
 inline constexpr QRectF kCornerGrip{512, 567, 21, 23};
 
 } // namespace layout

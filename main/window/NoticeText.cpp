@@ -64,6 +64,19 @@ QString NoticeText(const TNotice& n) {
                                            "From result row %1 on, the class names do not belong to their values: "
                                            "a class row without a class was removed.")
             .arg(n.row);
+    case NoticeId::TradesNoPlan:
+        return QCoreApplication::translate("tessary::Notices", "The result has no finite targets (the equity classes "
+                                                               "may total 100%): no trades.");
+    case NoticeId::HoldingsWithoutPlan:
+        return QCoreApplication::translate("tessary::Notices", "The plan has no money for \"%1\", which holds %2.")
+            .arg(VocabularyText(n.label), FormatMoney(n.value, locale));
+    case NoticeId::ClassNotTargeted:
+        return QCoreApplication::translate("tessary::Notices", "\"%1\" is held (%2) but the plan does not target it.")
+            .arg(VocabularyText(n.label), FormatMoney(n.value, locale));
+    case NoticeId::TaxableShortfall:
+        return QCoreApplication::translate("tessary::Notices",
+                                           "\"%1\" needs %2 more cash to reach its targets without selling.")
+            .arg(VocabularyText(n.label), FormatMoney(n.value, locale));
     }
     return QString::fromStdString(n.text);
 }

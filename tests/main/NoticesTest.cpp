@@ -163,3 +163,64 @@ TEST(NoticesResult, NamesShiftedBelowARemovedClassRow) {
 }
 
 } // namespace
+
+namespace {
+
+// The plan: MD Taxable 60 Equities Canada + 40 Equities U.S.; TFSAs 50 Short-Term Fixed.
+TTargets SmallPlan() {
+    TTargets t;
+    t.AccountTypes = {1, 4};
+    t.Classes = {3, 4, 1};
+    t.Amounts.Add(1, 3, 60);
+    t.Amounts.Add(1, 4, 40);
+    t.Amounts.Add(4, 1, 50);
+    return t;
+}
+
+struct TradesNoticeCase {
+    const char* name;
+    const char* holdings;
+    bool noSellTaxable;
+    std::multiset<std::pair<NoticeId, std::string>> want;   // id, label
+};
+
+const TradesNoticeCase kTradesCases[] = {
+    {"OnPlan", "h\nMD Taxable,Equities Canada,60\nMD Taxable,Equities U.S.,40\nTFSAs,Short-Term Fixed,50\n", true, {}},
+    {"HeldWhereThePlanHasNoMoney", "h\nRRSPs/RRIFs,Equities Canada,70\n", false,
+     {{N::HoldingsWithoutPlan, "RRSPs/RRIFs"}}},
+    {"NamedAtZeroIsNotHeld", "h\nRRSPs/RRIFs,Equities Canada,0\n", false, {}},
+    {"ClassThePlanLeavesOut", "h\nTFSAs,Equities Global,20\nMD Taxable,Equities Global,5\n", false,
+     {{N::ClassNotTargeted, "Equities Global"}}},
+    {"TaxableShortWithoutSales", "h\nMD Taxable,Equities Canada,100\n", true, {{N::TaxableShortfall, "MD Taxable"}}},
+    {"TaxableShortButSalesAllowed", "h\nMD Taxable,Equities Canada,100\n", false, {}},
+    {"NewMoneyCoversTheShortfall", "h\nMD Taxable,Equities Canada,50\n", true, {}},
+    {"RegisteredNeverShort", "h\nTFSAs,Equities Canada,50\n", true, {}},
+};
+
+class TradesNoticesTable : public ::testing::TestWithParam<TradesNoticeCase> {};
+
+TEST_P(TradesNoticesTable, SayWhatTheTradesCannotDo) {
+    const TradesNoticeCase& c = GetParam();
+    const TTargets plan = SmallPlan();
+    const TRebalanceOptions options{0, c.noSellTaxable};
+    const auto trades = Rebalance(plan, ParseHoldingsCsv(c.holdings, "h.csv"), options);
+    std::multiset<std::pair<NoticeId, std::string>> got;
+    for (const TNotice& n : TradesNotices(&plan, trades, options)) got.insert({n.id, n.label});
+    EXPECT_EQ(got, c.want);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, TradesNoticesTable, ::testing::ValuesIn(kTradesCases),
+                         [](const auto& info) { return std::string(info.param.name); });
+
+TEST(TradesNotices, ShortfallIsWhatTheCashCannotFill) {
+    const TTargets plan = SmallPlan();
+    const TRebalanceOptions options{0, true};
+    // 30 of new money fills 30 of the 40 Equities U.S. needs: 10 short.
+    const auto trades = Rebalance(plan, ParseHoldingsCsv("h\nMD Taxable,Equities Canada,70\n", "h.csv"), options);
+    const auto notices = TradesNotices(&plan, trades, options);
+    ASSERT_EQ(notices.size(), 1u);
+    EXPECT_EQ(notices[0].value, 10);
+    EXPECT_EQ(TradesNotices(nullptr, {}, options).at(0).id, N::TradesNoPlan);
+}
+
+} // namespace

@@ -111,6 +111,10 @@ protected:
         form->show();
         form->LoadInputs(kAccountsCsv, kClassesCsv);
         form->btnCalculateClick();
+        // The trades page with money to raise, left unplaced, and its notices.
+        form->tradesPage->noSellCheck->setChecked(true);
+        form->tradesPage->PasteHoldings("900000\n");
+        form->ShowTradesPage(true);
         return form;
     }
 };
@@ -229,6 +233,10 @@ TEST_F(Translation, MoneyNoticesAndVocabularyFollowTheLanguage) {
         {NoticeId::ClassRowDropped, "", 2, "", 0},
         {NoticeId::DuplicateAccountType, "", 0, "TFSAs", 2},
         {NoticeId::ResultNamesShifted, "", 4, "", 0},
+        {NoticeId::TradesNoPlan, "", 0, "", 0},
+        {NoticeId::HoldingsWithoutPlan, "", 0, "TFSAs", 1234},
+        {NoticeId::ClassNotTargeted, "", 0, "Equities Global", 1234},
+        {NoticeId::TaxableShortfall, "", 0, "MD Taxable", 1234},
     };
     QStringList french;
     for (const TNotice& n : notices) french << NoticeText(n);

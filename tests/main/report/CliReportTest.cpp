@@ -38,6 +38,19 @@ protected:
     QString accounts, classes;
 };
 
+TEST_F(CliReport, RebalancePdfAddsTheTradesPageAndLeavesTheTradesAlone) {
+    const QString holdings = Write("h.csv", "h\nMD Taxable,Equities Canada,900\nTFSAs,Short-Term Fixed,50\n");
+    const QStringList args{"rebalance", "--accounts", accounts, "--classes", classes, "--holdings", holdings, "--json"};
+    const CliOutput plain = RunCli(args);
+    const QString pdf = dir.filePath("trades.pdf");
+    const CliOutput withPdf = RunCli(args + QStringList{"--pdf", pdf});
+    ASSERT_EQ(withPdf.exitCode, 0) << withPdf.err.toStdString();
+    EXPECT_EQ(withPdf.out, plain.out);
+    QFile f(pdf);
+    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+    EXPECT_EQ(CountPages(f.readAll()).declared, 2);
+}
+
 TEST_F(CliReport, CsvIsTheJsonGridRoundedAsShown) {
     const CliOutput csv = Allocate({"--csv"});
     ASSERT_EQ(csv.exitCode, 0) << csv.err.toStdString();

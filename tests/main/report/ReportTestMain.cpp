@@ -10,6 +10,7 @@ int main(int argc, char** argv) {
     QApplication app(argc, argv);
     // As tessary-cli does when it has the report.
     tessary::SetPdfReportWriter(&tessary::WriteAllocationReportPdf);
+    tessary::SetTradesReportWriter(&tessary::WriteTradesReportPdf);
     ::testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }
