@@ -1,16 +1,16 @@
-// Shares of one year: the rounding rule, positions in the class table, the
-// check, every repair branch, amounts and fees.
+// The shares of one year: the rounding rule, positions in the class table,
+// the check and its repairs, amounts, and the text forms of every version.
 #include <gtest/gtest.h>
 
-#include <array>
+#include <algorithm>
 #include <cmath>
 #include <functional>
+#include <initializer_list>
 #include <limits>
-#include <set>
+#include <string>
 #include <vector>
 
 #include "KvErrors.h"
-#include "decl/KvAlcClasses.h"
 #include "items/KvPTTools.h"
 
 using kv::TLibAllocYear;
@@ -20,106 +20,44 @@ namespace {
 constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double Inf = std::numeric_limits<double>::infinity();
 
-// ---------------------------------------------------------------------------
-// Rounding
-
-struct RoundCase {
-    double x;
-    int places;
-    double expected;
-};
-
-TEST(AllocationRound, HalfGoesTowardZero) {
-    const RoundCase cases[] = {
-        {0.5, 0, 0}, {1.5, 0, 1}, {2.5, 0, 2}, {-2.5, 0, -2}, {0.6, 0, 1}, {-0.6, 0, -1}, {0.4, 0, 0},
-        // Half to even on the whole value would give 0.38 and 0.62 -> 0.62, away from
-        // zero 0.38 and 0.63: only the kept integer part gives 0.37 and 0.62.
-        {0.375, 2, 0.37}, {0.625, 2, 0.62}, {-0.375, 2, -0.37}, {0.25, 1, 0.2}, {0.75, 1, 0.7}, {0.875, 2, 0.87},
-        {0.99995, 4, 0.9999},   // 9999.5 after scaling: the half is dropped
-        {0.99996, 4, 1.0}, {0.99994999, 4, 0.9999}, {0.00005, 4, 0.0}, {0.49995, 4, 0.4999}, {1.0, 4, 1.0},
+TEST(AllocYear, RoundShareDropsTheHalfTowardZero) {
+    struct C {
+        double x;
+        int places;
+        double expected;
     };
-    for (const RoundCase& c : cases) EXPECT_EQ(kv::RoundShare(c.x, c.places), c.expected) << c.x << " at " << c.places;
+    // Half to even would give 0.38 and 0.62, away from zero 0.38 and 0.63.
+    for (const C c : {C{0.5, 0, 0}, C{1.5, 0, 1}, C{-2.5, 0, -2}, C{0.6, 0, 1}, C{-0.6, 0, -1}, C{0.375, 2, 0.37},
+                      C{0.625, 2, 0.62}, C{-0.375, 2, -0.37}, C{0.99995, 4, 0.9999}, C{0.99996, 4, 1.0},
+                      C{0.00005, 4, 0.0}})
+        EXPECT_EQ(kv::RoundShare(c.x, c.places), c.expected) << c.x << " at " << c.places;
     EXPECT_TRUE(std::isnan(kv::RoundShare(NaN)));
-    EXPECT_EQ(kv::RoundShare(Inf), Inf);
 }
-
-// ---------------------------------------------------------------------------
-// Positions in the class table (see docs/formats/allocation.md)
 
 // Class 0 sub 1: 2 entries; class 1 sub 3: 3; class 3 subs 0 and 5: 3 and 4;
 // class 4 subs 0 and 1: 5 and 3; class 5 sub 1: 3.
-TEST(AllocationClasses, TableShape) {
-    for (int c = 0; c < 6; ++c) EXPECT_EQ(kv::AlcCls(c).SubClasses.size(), 7u);
-    EXPECT_EQ(kv::AlcClsIndexOf("Equities U.S."), 3);
-    EXPECT_EQ(kv::AlcClsIndexOf("Equities"), -1);
-    EXPECT_EQ(kv::AlcSubClsIndexOf(2, "Dividend"), 3);
-    EXPECT_EQ(kv::AlcSubCls2Total(), 23);
-    EXPECT_THROW(kv::AlcSubCls2(4, 0, 5), kv::EListError);
-    EXPECT_THROW(kv::AlcSubCls(6, 0), kv::EListError);
-    EXPECT_THROW(kv::AlcSubCls(0, 7), kv::EListError);
-}
-
-struct PosCase {
-    int cls, sub, entry;
-    kv::TSubCls2List list;
-    int pos;
-};
-
-TEST(AllocationClasses, EntryPositions) {
-    const PosCase cases[] = {
-        {0, 1, 0, kv::kListCommon, 0}, {0, 1, 1, kv::kListCommon, 1}, {1, 3, 0, kv::kListCommon, 2},
-        {1, 3, 2, kv::kListCommon, 4}, {5, 1, 0, kv::kListCommon, 5}, {5, 1, 2, kv::kListCommon, 7},
-        {3, 0, 0, kv::kListCls3, 0},   {3, 5, 0, kv::kListCls3, 3},   {3, 5, 3, kv::kListCls3, 6},
+TEST(AllocYear, ThirdLevelEntriesHaveTheirPlaceInTheirList) {
+    struct C {
+        int cls, sub, entry;
+        kv::TSubCls2List list;
+        int pos;
+    };
+    const C cases[] = {
+        {0, 1, 0, kv::kListCommon, 0}, {1, 3, 2, kv::kListCommon, 4}, {5, 1, 0, kv::kListCommon, 5},
+        {5, 1, 2, kv::kListCommon, 7}, {3, 0, 0, kv::kListCls3, 0},   {3, 5, 3, kv::kListCls3, 6},
         {4, 0, 4, kv::kListCls4, 4},   {4, 1, 0, kv::kListCls4, 5},   {4, 1, 2, kv::kListCls4, 7},
     };
     TLibAllocYear y;
     for (const auto& c : cases) {
-        EXPECT_EQ(TLibAllocYear::ListOfCls(c.cls), c.list);
-        EXPECT_EQ(y.SubCls2Pos(c.cls, c.sub, c.entry), c.pos) << c.cls << "/" << c.sub << "/" << c.entry;
         y.SetSubCls2Share(c.cls, c.sub, c.entry, 0.01 * (c.pos + 1));
-        EXPECT_EQ(y.SubCls2List(c.list)[std::size_t(c.pos)], 0.01 * (c.pos + 1));
+        EXPECT_EQ(y.SubCls2List(c.list)[std::size_t(c.pos)], 0.01 * (c.pos + 1))
+            << c.cls << "/" << c.sub << "/" << c.entry;
     }
-    // Every list is as long as the grand total, not as its own classes need.
     for (auto l : {kv::kListCls3, kv::kListCls4, kv::kListCommon}) EXPECT_EQ(y.SubCls2List(l).size(), 23u);
-}
-
-TEST(AllocationClasses, IndexesOutsideTheirRangeThrow) {
-    TLibAllocYear y;
-    EXPECT_THROW(y.GetClsShare(-1), kv::EListError);
-    EXPECT_THROW(y.SetClsShare(6, 1), kv::EListError);
-    EXPECT_THROW(y.GetSubClsShare(0, 7), kv::EListError);
     EXPECT_THROW(y.GetSubCls2Share(2, 0, 0), kv::EListError);   // class 2 has no third level
     EXPECT_THROW(y.SetSubCls2Share(4, 1, 3, 1), kv::EListError);
-    EXPECT_THROW(y.GetSubCls2Val(3, 5, 4), kv::EListError);
-    EXPECT_THROW(y.SetSubCls2Count(0, 0, TLibAllocYear::MaxSubCls2Count + 1), kv::EListError);
-    EXPECT_THROW(y.SetSubCls2Count(0, 0, -1), kv::EListError);
+    EXPECT_THROW(y.GetClsShare(6), kv::EListError);
 }
-
-// An entry inside its count but past a short list reads 0 and lengthens it when set.
-TEST(AllocationClasses, ShortListsReadZeroAndGrow) {
-    TLibAllocYear y;
-    y.SetSubCls2List(kv::kListCls4, {0.5});
-    EXPECT_EQ(y.GetSubCls2Share(4, 0, 0), 0.5);
-    EXPECT_EQ(y.GetSubCls2Share(4, 1, 2), 0);
-    y.SetSubCls2Share(4, 1, 2, 0.25);
-    EXPECT_EQ(y.SubCls2List(kv::kListCls4).size(), 8u);
-    EXPECT_EQ(y.GetSubCls2Share(4, 1, 2), 0.25);
-}
-
-// ---------------------------------------------------------------------------
-// Check and repair
-
-using Setup = std::function<void(TLibAllocYear&)>;
-using Check = std::function<void(const TLibAllocYear&)>;
-
-struct FixCase {
-    const char* name;
-    Setup setup;
-    bool sharesOK;      // before the repair
-    bool fixResult;
-    Check after;
-    bool okAfter;       // SharesOK after the repair
-};
 
 // Class 2 has no third level; class 5 sub 0 neither.
 void PlainClasses(TLibAllocYear& y, double c2, double c5) {
@@ -129,377 +67,291 @@ void PlainClasses(TLibAllocYear& y, double c2, double c5) {
     if (c5 != 0) y.SetSubClsShare(5, 0, 1);
 }
 
+struct FixCase {
+    const char* name;
+    std::function<void(TLibAllocYear&)> setup;
+    bool okBefore, fixResult, okAfter;
+    std::function<void(const TLibAllocYear&)> after;
+};
+
 const FixCase kFixCases[] = {
-    {"all zero: valid, repaired to class 0", [](TLibAllocYear&) {}, true, false,
+    {"all zero is repaired to class 0", [](TLibAllocYear&) {}, true, false, true,
      [](const TLibAllocYear& y) {
          EXPECT_EQ(y.GetClsShare(0), 1);
          EXPECT_EQ(y.GetSubClsShare(0, 0), 1);
-         for (int c = 1; c < 6; ++c) EXPECT_EQ(y.GetClsShare(c), 0);
-     },
-     true},
-    {"valid year untouched", [](TLibAllocYear& y) { PlainClasses(y, 1, 0); }, true, true,
-     [](const TLibAllocYear& y) {
-         EXPECT_EQ(y.GetClsShare(2), 1);
-         EXPECT_EQ(y.GetClsShare(0), 0);
-     },
-     true},
+     }},
     {"0.99995 fails and is not rescaled", [](TLibAllocYear& y) { PlainClasses(y, 0.5, 0.49995); }, false, false,
-     [](const TLibAllocYear& y) {
-         EXPECT_NEAR(y.GetClsShare(2), 0.5, 1e-15);
-         EXPECT_NEAR(y.GetClsShare(5), 0.49995, 1e-15);
-     },
-     false},
-    {"0.99996 passes", [](TLibAllocYear& y) { PlainClasses(y, 0.5, 0.49996); }, true, true, nullptr, true},
-    {"classes at 0.8 keep 0.8", [](TLibAllocYear& y) { PlainClasses(y, 0.8, 0); }, false, false,
-     [](const TLibAllocYear& y) { EXPECT_NEAR(y.GetClsShare(2), 0.8, 1e-15); }, false},
-    {"negative, NaN and infinite class shares count 0, set to 0",
+     false, [](const TLibAllocYear& y) { EXPECT_NEAR(y.GetClsShare(5), 0.49995, 1e-15); }},
+    {"0.99996 passes", [](TLibAllocYear& y) { PlainClasses(y, 0.5, 0.49996); }, true, true, true, nullptr},
+    {"NaN and infinite shares count 0 and are set to 0",
      [](TLibAllocYear& y) {
          PlainClasses(y, 1, 0);
-         y.SetClsShare(4, -0.3);
          y.SetClsShare(0, NaN);
          y.SetClsShare(1, Inf);
      },
-     true, false,
-     [](const TLibAllocYear& y) {
-         for (int c : {0, 1, 4}) EXPECT_EQ(y.GetClsShare(c), 0) << c;
-     },
-     true},
-    {"negative class share is not netted",
+     true, false, true, [](const TLibAllocYear& y) { EXPECT_EQ(y.GetClsShare(0) + y.GetClsShare(1), 0); }},
+    {"a negative class share is not netted",
      [](TLibAllocYear& y) {
          PlainClasses(y, 1.3, 0);
          y.SetClsShare(4, -0.3);
      },
-     false, false,
-     [](const TLibAllocYear& y) {
-         EXPECT_EQ(y.GetClsShare(4), 0);
-         EXPECT_NEAR(y.GetClsShare(2), 1.3, 1e-15);
-     },
-     false},
-    {"class total rounding to 0 still puts 1 in class 0",
-     [](TLibAllocYear& y) { y.SetClsShare(2, 0.00004); }, true, false,
-     [](const TLibAllocYear& y) {
-         EXPECT_EQ(y.GetClsShare(0), 1);
-         EXPECT_EQ(y.GetClsShare(2), 0.00004);
-     },
-     true},
-    {"empty class with sub-class shares loses them",
+     false, false, false, [](const TLibAllocYear& y) { EXPECT_EQ(y.GetClsShare(4), 0); }},
+    {"an empty class loses its sub-class shares",
      [](TLibAllocYear& y) {
          PlainClasses(y, 1, 0);
          y.SetSubClsShare(5, 2, 0.4);
          y.SetSubClsShare(5, 3, 0.6);
      },
-     true, false,
-     [](const TLibAllocYear& y) {
-         for (int s = 0; s < 7; ++s) EXPECT_EQ(y.GetSubClsShare(5, s), 0);
-         EXPECT_EQ(y.GetSubClsShare(2, 0), 1);
-     },
-     true},
-    {"empty class keeps sub-class shares that round to 0",
-     [](TLibAllocYear& y) {
-         PlainClasses(y, 1, 0);
-         y.SetSubClsShare(5, 2, 0.00004);
-     },
-     true, true, [](const TLibAllocYear& y) { EXPECT_EQ(y.GetSubClsShare(5, 2), 0.00004); }, true},
-    {"class without sub-class shares gets its first",
-     [](TLibAllocYear& y) { y.SetClsShare(2, 1); }, true, false,
-     [](const TLibAllocYear& y) { EXPECT_EQ(y.GetSubClsShare(2, 0), 1); }, true},
-    {"sub-classes at 0.6 keep 0.6",
-     [](TLibAllocYear& y) {
-         y.SetClsShare(2, 1);
-         y.SetSubClsShare(2, 1, 0.6);
-     },
-     false, false,
-     [](const TLibAllocYear& y) {
-         EXPECT_NEAR(y.GetSubClsShare(2, 1), 0.6, 1e-15);
-         EXPECT_EQ(y.GetSubClsShare(2, 0), 0);
-     },
-     false},
-    {"negative sub-class share counts 0 and is set to 0",
-     [](TLibAllocYear& y) {
-         PlainClasses(y, 1, 0);
-         y.SetSubClsShare(2, 1, -0.2);
-     },
-     true, false,
-     [](const TLibAllocYear& y) {
-         EXPECT_EQ(y.GetSubClsShare(2, 1), 0);
-         EXPECT_EQ(y.GetSubClsShare(2, 0), 1);
-     },
-     true},
-    {"negative sub-class share is not netted",
-     [](TLibAllocYear& y) {
-         y.SetClsShare(2, 1);
-         y.SetSubClsShare(2, 0, 1.2);
-         y.SetSubClsShare(2, 1, -0.2);
-     },
-     false, false, [](const TLibAllocYear& y) { EXPECT_EQ(y.GetSubClsShare(2, 1), 0); }, false},
-    {"third level totalling 0 under 20 per cent: first entry gets 20",
+     true, false, true, [](const TLibAllocYear& y) { EXPECT_EQ(y.GetSubClsShare(5, 2), 0); }},
+    {"a class without sub-class shares gets its first", [](TLibAllocYear& y) { y.SetClsShare(2, 1); }, true,
+     false, true, [](const TLibAllocYear& y) { EXPECT_EQ(y.GetSubClsShare(2, 0), 1); }},
+    {"a third level totalling 0 under 20 per cent: its first entry gets 20",
      [](TLibAllocYear& y) {
          y.SetClsShare(3, 1);
          y.SetSubClsShare(3, 0, 0.2);
          y.SetSubClsShare(3, 1, 0.8);
      },
-     true, false,
-     [](const TLibAllocYear& y) {
-         EXPECT_EQ(y.GetSubCls2Share(3, 0, 0), 0.2);
-         EXPECT_EQ(y.GetSubCls2Share(3, 0, 1), 0);
-         EXPECT_EQ(y.GetSubCls2Share(3, 0, 2), 0);
-     },
-     true},
-    {"third level matching its sub-class",
-     [](TLibAllocYear& y) {
-         y.SetClsShare(3, 1);
-         y.SetSubClsShare(3, 0, 0.2);
-         y.SetSubClsShare(3, 1, 0.8);
-         y.SetSubCls2Share(3, 0, 0, 0.1);
-         y.SetSubCls2Share(3, 0, 2, 0.1);
-     },
-     true, true, nullptr, true},
-    {"third level off its sub-class is not rescaled",
+     true, false, true, [](const TLibAllocYear& y) { EXPECT_EQ(y.GetSubCls2Share(3, 0, 0), 0.2); }},
+    {"a third level off its sub-class is not rescaled",
      [](TLibAllocYear& y) {
          y.SetClsShare(4, 1);
          y.SetSubClsShare(4, 1, 1);
          y.SetSubCls2Share(4, 1, 0, 0.5);
-         y.SetSubCls2Share(4, 1, 1, 0.25);
      },
-     false, false,
-     [](const TLibAllocYear& y) {
-         EXPECT_NEAR(y.GetSubCls2Share(4, 1, 0), 0.5, 1e-15);
-         EXPECT_NEAR(y.GetSubCls2Share(4, 1, 1), 0.25, 1e-15);
-     },
-     false},
-    {"third level 0.1 + 0.09995 under 0.2 passes as computed",
-     [](TLibAllocYear& y) {
-         y.SetClsShare(5, 1);
-         y.SetSubClsShare(5, 1, 0.2);
-         y.SetSubClsShare(5, 0, 0.8);
-         y.SetSubCls2Share(5, 1, 0, 0.1);
-         y.SetSubCls2Share(5, 1, 1, 0.09995);
-     },
-     // 0.1 + 0.09995 is a hair above 0.19995, so it scales to just over the half.
-     true, true, nullptr, true},
-    {"third level 0.19995 under 0.2 fails",
+     false, false, false, [](const TLibAllocYear& y) { EXPECT_EQ(y.GetSubCls2Share(4, 1, 0), 0.5); }},
+    {"a third level of 0.19995 under 0.2 fails",
      [](TLibAllocYear& y) {
          y.SetClsShare(5, 1);
          y.SetSubClsShare(5, 1, 0.2);
          y.SetSubClsShare(5, 0, 0.8);
          y.SetSubCls2Share(5, 1, 0, 0.19995);
      },
-     false, false, [](const TLibAllocYear& y) { EXPECT_NEAR(y.GetSubCls2Share(5, 1, 0), 0.19995, 1e-15); },
-     false},
-    {"third level under an empty sub-class is cleared",
+     false, false, false, nullptr},
+    {"a third level under an empty sub-class is cleared",
      [](TLibAllocYear& y) {
          y.SetClsShare(3, 1);
          y.SetSubClsShare(3, 1, 1);
          y.SetSubCls2Share(3, 0, 1, 0.3);
      },
-     false, false, [](const TLibAllocYear& y) { EXPECT_EQ(y.GetSubCls2Share(3, 0, 1), 0); }, true},
-    {"NaN under an empty sub-class counts as a repair",
-     [](TLibAllocYear& y) {
-         y.SetClsShare(3, 1);
-         y.SetSubClsShare(3, 1, 1);
-         y.SetSubCls2Share(3, 5, 3, NaN);
-     },
-     true, false, [](const TLibAllocYear& y) { EXPECT_EQ(y.GetSubCls2Share(3, 5, 3), 0); }, true},
-    {"negative third-level share counts 0 and is set to 0",
-     [](TLibAllocYear& y) {
-         y.SetClsShare(1, 1);
-         y.SetSubClsShare(1, 3, 1);
-         y.SetSubCls2Share(1, 3, 0, 1);
-         y.SetSubCls2Share(1, 3, 2, -0.5);
-     },
-     true, false,
-     [](const TLibAllocYear& y) {
-         EXPECT_EQ(y.GetSubCls2Share(1, 3, 2), 0);
-         EXPECT_EQ(y.GetSubCls2Share(1, 3, 0), 1);
-     },
-     true},
-    {"lists of different lengths all brought to the grand total",
-     [](TLibAllocYear& y) {
-         PlainClasses(y, 1, 0);
-         y.SetSubCls2List(kv::kListCls3, {0, 0});
-         y.SetSubCls2List(kv::kListCls4, std::vector<double>(40, 0.0));
-         y.SetSubCls2List(kv::kListCommon, {});
-     },
-     true, false,
-     [](const TLibAllocYear& y) {
-         for (auto l : {kv::kListCls3, kv::kListCls4, kv::kListCommon}) EXPECT_EQ(y.SubCls2List(l).size(), 23u);
-     },
-     true},
-    {"a list trimmed from its end keeps its head",
+     false, false, true, [](const TLibAllocYear& y) { EXPECT_EQ(y.GetSubCls2Share(3, 0, 1), 0); }},
+    {"lists of other lengths are brought to the grand total, keeping their head",
      [](TLibAllocYear& y) {
          y.SetClsShare(4, 1);
          y.SetSubClsShare(4, 0, 1);
          std::vector<double> l(30, 0.0);
          l[0] = 0.75;
          l[4] = 0.25;
-         l[29] = 7;
          y.SetSubCls2List(kv::kListCls4, l);
+         y.SetSubCls2List(kv::kListCls3, {});
      },
-     true, false,
+     true, false, true,
      [](const TLibAllocYear& y) {
-         EXPECT_EQ(y.GetSubCls2Share(4, 0, 0), 0.75);
          EXPECT_EQ(y.GetSubCls2Share(4, 0, 4), 0.25);
-         EXPECT_EQ(y.SubCls2List(kv::kListCls4).size(), 23u);
-     },
-     true},
-    {"a changed count changes the length of every list",
-     [](TLibAllocYear& y) {
-         PlainClasses(y, 1, 0);
-         y.SetSubCls2Count(2, 0, 4);
-         y.SetSubCls2Count(0, 1, 0);
-         y.SetSubCls2Share(2, 0, 0, 1);
-     },
-     true, false,
-     [](const TLibAllocYear& y) {
-         for (auto l : {kv::kListCls3, kv::kListCls4, kv::kListCommon}) EXPECT_EQ(y.SubCls2List(l).size(), 25u);
-         EXPECT_EQ(y.GetSubCls2Share(2, 0, 0), 1);
-     },
-     true},
+         for (auto l : {kv::kListCls3, kv::kListCls4}) EXPECT_EQ(y.SubCls2List(l).size(), 23u);
+     }},
 };
 
-TEST(AllocationFix, CheckRepairAndResult) {
+TEST(AllocYear, CheckAndRepair) {
     for (const FixCase& c : kFixCases) {
         SCOPED_TRACE(c.name);
         TLibAllocYear y;
         c.setup(y);
-        EXPECT_EQ(y.SharesOK(), c.sharesOK) << "before";
+        EXPECT_EQ(y.SharesOK(), c.okBefore);
         EXPECT_EQ(y.FixShares(), c.fixResult);
         if (c.after) c.after(y);
-        EXPECT_EQ(y.SharesOK(), c.okAfter) << "after";
-        // A repaired year that needs nothing more reports so on the second pass.
+        EXPECT_EQ(y.SharesOK(), c.okAfter);
         if (c.okAfter) {
-            EXPECT_TRUE(y.FixShares());
+            EXPECT_TRUE(y.FixShares()) << "a second pass finds nothing";
         }
     }
 }
 
-// Step 7: amounts are laid out afresh only when something was repaired.
-TEST(AllocationFixAmounts, RebuiltOnlyAfterARepair) {
-    for (bool repair : {false, true}) {
-        TLibAllocYear y;
-        PlainClasses(y, 1, 0);
-        if (repair) y.SetClsShare(4, -1);
-        y.SetSubClsVal(2, 0, 500);
-        y.SetSubCls2Val(3, 5, 1, 40);
-        // A stale amount: set while class 2 sub 1 had no entries, hidden once it has.
-        y.SetSubClsVal(2, 1, 77);
-        y.SetSubCls2Count(2, 1, 2);
-        y.SetSubCls2Count(0, 1, 0);   // keeps the grand total at 23
-        EXPECT_EQ(y.GetSubClsVal(2, 1), 0);
-        EXPECT_EQ(y.FixShares(), !repair);
-        y.SetSubCls2Count(2, 1, 0);
-        y.SetSubCls2Count(0, 1, 2);
-        EXPECT_EQ(y.GetSubClsVal(2, 0), 500) << repair;
-        EXPECT_EQ(y.GetSubCls2Val(3, 5, 1), 40) << repair;
-        EXPECT_EQ(y.GetSubClsVal(2, 1), repair ? 0 : 77) << repair;
-    }
-}
-
-// ---------------------------------------------------------------------------
-// Amounts
-
-TEST(AllocationAmounts, CalcAllocFromShares) {
+TEST(AllocYear, AmountsFollowTheShares) {
     TLibAllocYear y;
     y.SetClsShare(2, 0.6);
-    y.SetSubClsShare(2, 0, 0.5);
-    y.SetSubClsShare(2, 3, 0.5);
+    y.SetSubClsShare(2, 3, 1);
     y.SetClsShare(3, 0.4);
     y.SetSubClsShare(3, 0, 0.25);
     y.SetSubCls2Share(3, 0, 0, 0.25);
     y.SetSubClsShare(3, 1, 0.75);
     y.CalcAlloc(1000);
-    EXPECT_DOUBLE_EQ(y.GetClsVal(2), 600);
-    EXPECT_DOUBLE_EQ(y.GetSubClsVal(2, 0), 300);
-    EXPECT_DOUBLE_EQ(y.GetSubClsVal(2, 3), 300);
+    EXPECT_DOUBLE_EQ(y.GetSubClsVal(2, 3), 600);
     EXPECT_DOUBLE_EQ(y.GetSubCls2Val(3, 0, 0), 100);
-    EXPECT_DOUBLE_EQ(y.GetSubClsVal(3, 0), 100);
     EXPECT_DOUBLE_EQ(y.GetSubClsVal(3, 1), 300);
-    EXPECT_DOUBLE_EQ(y.GetClsVal(3), 400);
     EXPECT_DOUBLE_EQ(y.GetTotalVal(), 1000);
-    EXPECT_EQ(y.GetClsVal(0), 0);
 }
 
-struct SpreadCase {
-    double e0, e1, e2;
-    double v0, v1, v2;
+std::string J(std::initializer_list<const char*> parts) {
+    std::string s;
+    for (const char* p : parts) {
+        if (!s.empty()) s += ';';
+        s += p;
+    }
+    return s;
+}
+
+// One year written out by hand, class by class (see the field table in
+// docs/formats/allocation.md): class share, then each sub-class's share or
+// its third-level shares.
+const std::string kCurrent = J({
+    "0.125", "0.5", "0.25", "0.25", "0", "0", "0", "0", "0",                      // class 0: s1 has 2 entries
+    "0", "0", "0", "0", "0", "0", "0", "0", "0", "0",                             // class 1: s3 has 3
+    "0.375", "0", "0", "0", "1", "0", "0", "0",                                   // class 2: none
+    "0.25", "0.5", "0", "0.25", "0.25", "0", "0", "0", "0", "0", "0", "0", "0",   // class 3: s0 3, s5 4
+    "0.25", "0", "0", "0", "0", "0", "0.5", "0.5", "0", "0", "0", "0", "0", "0",  // class 4: s0 5, s1 3
+    "0", "0", "0", "0", "0", "0", "0", "0", "0", "0",                             // class 5: s1 3
+});
+
+const std::string k200507 = "200507;12.5;0;37.5;25;25;0";
+
+const std::string k200803 = J({
+    "200803",
+    "12.5", "50", "50", "0", "0", "0", "0", "0",
+    "0", "0", "0", "0", "0", "0", "0", "0",
+    "37.5", "0", "0", "0", "100", "0", "0", "0",
+    "25", "75", "25", "0", "0", "0", "0", "0",
+    "25", "0", "100", "0", "0", "0", "0", "0",
+    "0", "0", "0", "0", "0", "0", "0", "0",
+});
+
+const std::string k201202 = J({
+    "201202",
+    "12.5", "50", "50", "0", "0", "0", "0", "0",
+    "0", "0", "0", "0", "0", "0", "0", "0",
+    "37.5", "0", "0", "0", "100", "0", "0", "0",
+    "25", "50", "0", "25", "25", "0", "0", "0", "0", "0", "0", "0", "0",
+    "25", "0", "0", "0", "0", "0", "50", "50", "0", "0", "0", "0", "0", "0",
+    "0", "0", "0", "0", "0", "0", "0", "0",
+});
+
+const std::string k201304 = J({
+    "201304",
+    "12.5", "50", "25", "25", "0", "0", "0", "0", "0",
+    "0", "0", "0", "0", "0", "0", "0", "0", "0", "0",
+    "37.5", "0", "0", "0", "100", "0", "0", "0",
+    "25", "50", "0", "25", "25", "0", "0", "0", "0", "0", "0", "0", "0",
+    "25", "0", "0", "0", "0", "0", "50", "50", "0", "0", "0", "0", "0", "0",
+    "0", "0", "0", "0", "0", "0", "0", "0", "0", "0",
+});
+
+const std::string k201404 = "201404;" + kCurrent;
+
+int Fields(const std::string& s) { return 1 + int(std::count(s.begin(), s.end(), ';')); }
+
+// What each version holds: sub-class shares, the third level of classes 3
+// and 4, the third level of the others.
+struct VersionCase {
+    std::int32_t version;
+    const std::string* text;
+    int fields;
+    bool subs, entries34, entriesRest;
 };
 
-TEST(AllocationAmounts, SetOnASubClassWithEntriesSpreadsByShare) {
-    const SpreadCase cases[] = {
-        {0.1, 0.3, 0, 20, 60, 0},
-        {0, 0, 0, 80, 0, 0},        // no shares: all to the first entry
-        {-1, 0.2, 0, 0, 80, 0},     // a negative share counts as 0
+const VersionCase kVersions[] = {
+    {TLibAllocYear::kVersion200507, &k200507, 7, false, false, false},
+    {TLibAllocYear::kVersion200803, &k200803, 49, true, false, false},
+    {TLibAllocYear::kVersion201202, &k201202, 60, true, true, false},
+    {TLibAllocYear::kVersion201304, &k201304, 65, true, true, true},
+    {TLibAllocYear::kVersion201404, &k201404, 65, true, true, true},
+    {TLibAllocYear::kVersionCurrent, &kCurrent, 64, true, true, true},
+};
+
+TEST(AllocYearText, EveryVersionDecodesAndEncodesBack) {
+    TLibAllocYear full;
+    ASSERT_TRUE(full.Decode(kCurrent));
+    for (const auto& v : kVersions) {
+        SCOPED_TRACE(v.version);
+        EXPECT_EQ(Fields(*v.text), v.fields);
+        TLibAllocYear y;
+        EXPECT_TRUE(y.Decode(*v.text));
+        const double cls[] = {0.125, 0, 0.375, 0.25, 0.25, 0};
+        for (int c = 0; c < 6; ++c) EXPECT_EQ(y.GetClsShare(c), cls[c]) << c;
+        EXPECT_EQ(y.GetSubClsShare(2, 3), v.subs ? 1 : 0);
+        EXPECT_EQ(y.GetSubClsShare(3, 0), v.subs ? 0.75 : 0);
+        EXPECT_EQ(y.GetSubClsShare(3, 1), v.subs ? 0.25 : 0);
+        EXPECT_EQ(y.GetSubCls2Share(0, 1, 1), v.entriesRest ? 0.25 : 0);
+        EXPECT_EQ(y.GetSubCls2Share(3, 0, 2), v.entries34 ? 0.25 : 0);
+        EXPECT_EQ(y.GetSubCls2Share(4, 1, 0), v.entries34 ? 0.5 : 0);
+        EXPECT_EQ(y.EncodeAs(v.version), *v.text);
+        // What an older version can hold of the full year is exactly its text.
+        EXPECT_EQ(full.EncodeAs(v.version), *v.text);
+    }
+    EXPECT_EQ(full.Encode(), kCurrent);
+    EXPECT_THROW(full.EncodeAs(201001), kv::EKvError);
+}
+
+TEST(AllocYearText, CurrentFormKeepsEveryBit) {
+    TLibAllocYear y = TLibAllocYear::GetEvenlyAllocation();
+    y.SetClsShare(1, 0.1 + 0.2);
+    y.SetSubCls2Share(4, 0, 2, 1e-17);
+    TLibAllocYear back;
+    ASSERT_TRUE(back.Decode(y.Encode()));
+    EXPECT_EQ(back.GetClsShare(1), 0.1 + 0.2);
+    EXPECT_EQ(back.GetSubCls2Share(4, 0, 2), 1e-17);
+    EXPECT_EQ(back.Encode(), y.Encode());
+}
+
+TEST(AllocYearText, DefectiveTextsReadWhatTheyCan) {
+    struct C {
+        std::string text;
+        double cls0, cls1;
+    };
+    const C cases[] = {
+        {"", 0, 0},
+        {kCurrent.substr(0, kCurrent.rfind(';')), 0.125, 0},
+        {kCurrent + ";0", 0.125, 0},
+        {"200507;10;20", 0.1, 0.2},
+        {"200507;10;20;0;0;0;1e400", 0.1, 0.2},   // out of range
+        {"199901;1", 199901, 0},                 // no known version: the current form
     };
     for (const auto& c : cases) {
         TLibAllocYear y;
-        y.SetSubCls2Share(3, 0, 0, c.e0);
-        y.SetSubCls2Share(3, 0, 1, c.e1);
-        y.SetSubCls2Share(3, 0, 2, c.e2);
-        y.SetSubClsVal(3, 0, 80);
-        EXPECT_DOUBLE_EQ(y.GetSubCls2Val(3, 0, 0), c.v0);
-        EXPECT_DOUBLE_EQ(y.GetSubCls2Val(3, 0, 1), c.v1);
-        EXPECT_DOUBLE_EQ(y.GetSubCls2Val(3, 0, 2), c.v2);
-        EXPECT_DOUBLE_EQ(y.GetSubClsVal(3, 0), 80);
+        y.SetClsShare(5, 0.7);
+        EXPECT_FALSE(y.Decode(c.text)) << c.text;
+        EXPECT_EQ(y.GetClsShare(0), c.cls0) << c.text;
+        EXPECT_EQ(y.GetClsShare(1), c.cls1) << c.text;
+        EXPECT_EQ(y.GetClsShare(5), 0) << c.text;
     }
 }
 
-// ---------------------------------------------------------------------------
-// Evenly allocation
-
-TEST(AllocationEvenly, AllClasses) {
-    const TLibAllocYear y = TLibAllocYear::GetEvenlyAllocation();
-    for (int c = 0; c < 6; ++c) {
-        EXPECT_DOUBLE_EQ(y.GetClsShare(c), 1.0 / 6);
-        for (int s = 0; s < 7; ++s) {
-            EXPECT_DOUBLE_EQ(y.GetSubClsShare(c, s), 1.0 / 7);
-            for (int e = 0; e < y.GetSubCls2Count(c, s); ++e)
-                EXPECT_DOUBLE_EQ(y.GetSubCls2Share(c, s, e), 1.0 / 7 / y.GetSubCls2Count(c, s));
-        }
-    }
-    EXPECT_DOUBLE_EQ(y.GetSubCls2Share(4, 0, 3), 1.0 / 35);
-    EXPECT_TRUE(y.SharesOK());
-    TLibAllocYear copy = y;
-    EXPECT_TRUE(copy.FixShares());
-}
-
-TEST(AllocationEvenly, ChosenClasses) {
-    const int chosen[] = {3, 2, 3};
-    TLibAllocYear y = TLibAllocYear::GetEvenlyAllocation(chosen);
-    EXPECT_EQ(y.GetClsShare(2), 0.5);
-    EXPECT_EQ(y.GetClsShare(3), 0.5);
-    EXPECT_EQ(y.GetClsShare(0), 0);
-    EXPECT_EQ(y.GetSubClsShare(0, 0), 0);
-    EXPECT_EQ(y.GetSubCls2Share(0, 1, 0), 0);
-    EXPECT_DOUBLE_EQ(y.GetSubCls2Share(3, 5, 0), 1.0 / 28);
-    EXPECT_TRUE(y.SharesOK());
-    const int bad[] = {6};
-    EXPECT_THROW(TLibAllocYear::GetEvenlyAllocation(bad), kv::EListError);
-}
-
-// ---------------------------------------------------------------------------
-// Library models and fees
-
-TEST(AllocationLibModels, EveryModelIsAValidClassMix) {
-    std::set<std::int32_t> ids;
-    for (const auto& m : kv::LibModels()) {
+// A class-0 share equal to a version number must not read as that version.
+TEST(AllocYearText, FirstShareNeverPassesForAVersion) {
+    for (double v : {200507.0, 201404.0, 201001.0}) {
         TLibAllocYear y;
-        for (int c = 0; c < 6; ++c) y.SetClsShare(c, m.ClsShares[std::size_t(c)]);
-        EXPECT_TRUE(y.SharesOK()) << m.Name;
-        EXPECT_EQ(kv::FindLibModel(m.ID), &m);
-        ids.insert(m.ID);
+        y.SetClsShare(0, v);
+        y.SetClsShare(1, 0.5);
+        TLibAllocYear back;
+        EXPECT_TRUE(back.Decode(y.Encode())) << y.Encode().substr(0, 12);
+        EXPECT_EQ(back.GetClsShare(0), v);
+        EXPECT_EQ(back.GetClsShare(1), 0.5);
     }
-    EXPECT_EQ(ids.size(), kv::LibModels().size());
-    EXPECT_EQ(kv::FindLibModel(0), nullptr);
 }
 
-TEST(AllocationFees, AnnualFeeByClass) {
-    kv::TFeesAssetClassesPr f(1);
-    f.FeeRates = {0, 0.5, 0, 1.0, 2, 0};
+TEST(AllocYearText, CsvRows) {
+    const std::string csv =
+        "Class,Sub,Entry,Percent\r\n"
+        "2,,,40\r\n"
+        "\"3\", , ,60\r\n"
+        "2,3,,100\n"
+        "3,0,0,50\n"
+        "3,0,2,25\n"
+        "3,1,,25\n"
+        "3,0,,99\n"        // a sub-class with entry rows takes their total
+        "6,,,10\n"         // no class 6
+        "3,0,3,10\n"       // three entries only
+        "2,,0,10\n"        // an entry needs its sub-class
+        "2,0,,10,extra\n"
+        "2,0,,abc\n"
+        "2,1,,5";
     TLibAllocYear y;
-    y.SetClsShare(1, 0.5);
-    y.SetClsShare(3, 0.5);
-    y.SetClsShare(4, -0.2);   // counts as nothing
-    EXPECT_DOUBLE_EQ(f.AnnualFee(y, 100000), 250 + 500);
+    y.SetClsShare(0, 1);
+    EXPECT_EQ(y.DecodeCSV(csv), 8);
+    EXPECT_EQ(y.GetClsShare(0), 0);
+    EXPECT_EQ(y.GetClsShare(3), 0.6);
+    EXPECT_EQ(y.GetSubClsShare(2, 1), 0.05);
+    EXPECT_EQ(y.GetSubClsShare(2, 0), 0);
+    EXPECT_EQ(y.GetSubClsShare(3, 0), 0.75);
+    EXPECT_EQ(y.GetSubCls2Share(3, 0, 2), 0.25);
 }
 
 } // namespace
