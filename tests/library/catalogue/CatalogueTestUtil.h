@@ -1,5 +1,5 @@
-// Helpers of the catalogue tests: temporary folders, raw file bytes, the
-// configured key, and a digest of a whole folder tree.
+// Helpers of the catalogue tests: the configured key and a digest of a whole
+// folder tree.
 #pragma once
 
 #include <cstdint>
@@ -15,32 +15,16 @@
 #include <unistd.h>
 
 #include "KvSettings.h"
+#include "TestFiles.h"
 
 namespace cattest {
 
 namespace fs = std::filesystem;
 
-class TempDir {
-public:
-    TempDir() {
-        std::string tmpl = (fs::temp_directory_path() / "kvcat-XXXXXX").string();
-        if (!::mkdtemp(tmpl.data())) throw std::runtime_error("mkdtemp failed");
-        path_ = tmpl;
-    }
-    ~TempDir() {
-        std::error_code ec;
-        fs::permissions(path_, fs::perms::owner_all, fs::perm_options::add, ec);
-        fs::remove_all(path_, ec);
-    }
-    TempDir(const TempDir&) = delete;
-    TempDir& operator=(const TempDir&) = delete;
-    // With a trailing "/".
-    std::string Dir() const { return path_.string() + "/"; }
-    fs::path Path() const { return path_; }
-
-private:
-    fs::path path_;
-};
+using kvtest::ReadBytes;
+using kvtest::TempDir;
+using kvtest::WriteBytes;
+using Bytes = kvtest::ByteWriter;
 
 // Sets the configured client-file key (and the other settings the catalogue
 // reads) for one test and restores them afterwards.
@@ -53,36 +37,6 @@ public:
 
 private:
     kv::TProgramSettings saved_;
-};
-
-inline std::vector<std::uint8_t> ReadBytes(const fs::path& p) {
-    std::ifstream in(p, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
-inline void WriteBytes(const fs::path& p, const std::vector<std::uint8_t>& bytes) {
-    std::ofstream out(p, std::ios::binary | std::ios::trunc);
-    out.write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
-}
-
-// Little-endian bytes built by hand, independent of the library's writer.
-class Bytes {
-public:
-    Bytes& Int(std::int32_t v) {
-        for (int i = 0; i < 4; ++i) b.push_back(std::uint8_t(std::uint32_t(v) >> (8 * i)));
-        return *this;
-    }
-    Bytes& Byte(std::uint8_t v) {
-        b.push_back(v);
-        return *this;
-    }
-    Bytes& Raw(std::string_view s) {
-        b.insert(b.end(), s.begin(), s.end());
-        return *this;
-    }
-    Bytes& Short(std::string_view s) { return Byte(std::uint8_t(s.size())).Raw(s); }
-    Bytes& Str(std::string_view s) { return Int(std::int32_t(s.size())).Raw(s); }
-    std::vector<std::uint8_t> b;
 };
 
 inline std::string Sha256(const std::vector<std::uint8_t>& data) {

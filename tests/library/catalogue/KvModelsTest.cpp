@@ -51,7 +51,7 @@ struct RawRecord {
 
 std::vector<std::uint8_t> ListBytes(std::int32_t selected, const std::vector<RawRecord>& records) {
     Bytes b;
-    b.Int(selected).Int(std::int32_t(records.size()));
+    b.I32(selected).I32(std::int32_t(records.size()));
     for (const auto& r : records) {
         const auto bytes = r.Bytes();
         b.b.insert(b.b.end(), bytes.begin(), bytes.end());
@@ -163,10 +163,10 @@ TEST(CatalogueModels, CountMinusOneIsFollowedByTheStoredNumber) {
     RawRecord r;
     r.tokens = "Only\x01!";
     Bytes b;
-    b.Int(-4).Int(-1).Int(77).Int(1);
+    b.I32(-4).I32(-1).I32(77).I32(1);
     const auto rec = r.Bytes();
     b.b.insert(b.b.end(), rec.begin(), rec.end());
-    b.Int(9);  // what follows the list stays unread
+    b.I32(9);  // what follows the list stays unread
     kv::TBufReadFile reader = kv::TBufReadFile::FromBytes(b.b, "list.dat");
     kv::TModels m("/b", "Main", "f");
     m.ReadData(reader, 0);
@@ -196,7 +196,7 @@ TEST(CatalogueModels, CountsAreCheckedAgainstTheBytesLeft) {
     };
     for (const auto& c : cases) {
         Bytes b;
-        for (auto v : c.ints) b.Int(v);
+        for (auto v : c.ints) b.I32(v);
         b.b.resize(b.b.size() + c.recordBytes, 0);
         kv::TBufReadFile reader = kv::TBufReadFile::FromBytes(b.b, "list.dat");
         kv::TModels m("/b", "Main", "f");
@@ -299,11 +299,11 @@ TEST(CatalogueModels, SelectedIndexBelowZeroIsWrittenAsZero) {
     kv::TModels m("/d", "Main", "f");
     m.SelectedIndex = -1;
     m.HasStoredNumber = false;
-    EXPECT_EQ(SaveList(m, 0), (Bytes().Int(0).Int(0).b));
+    EXPECT_EQ(SaveList(m, 0), (Bytes().I32(0).I32(0).b));
     m.SelectedIndex = 7;
     m.HasStoredNumber = true;
     m.StoredNumber = -9;
-    EXPECT_EQ(SaveList(m, 0), (Bytes().Int(7).Int(-1).Int(-9).Int(0).b));
+    EXPECT_EQ(SaveList(m, 0), (Bytes().I32(7).I32(-1).I32(-9).I32(0).b));
 }
 
 TEST(CatalogueModels, ShortEncipheredTextsAlwaysFitTheirSlots) {

@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 std::string WriteHeader(const cattest::TempDir& dir, const std::string& record1, const std::string& record2) {
     fs::create_directories(dir.Path() / "md_db1");
     Bytes b;
-    b.Short(record1).Str(record2).Int(0).Int(0).Int(0).Int(0);
+    b.Short(record1).Str(record2).I32(0).I32(0).I32(0).I32(0);
     cattest::WriteBytes(dir.Path() / "md_db1" / "Models.dat", b.b);
     return dir.Dir();
 }
@@ -295,7 +295,7 @@ TEST(CatalogueProjHdr, LoadHeaderReadsOnlyTheTwoRecords) {
     cattest::TempDir dir;
     fs::create_directories(dir.Path() / "md_db1");
     Bytes b;
-    b.Short("Only header\x01!").Str("").Int(0).Int(0x7FFFFFFF);
+    b.Short("Only header\x01!").Str("").I32(0).I32(0x7FFFFFFF);
     cattest::WriteBytes(dir.Path() / "md_db1" / "Models.dat", b.b);
     kv::TProjHdr h(0, "Models.dat", "md_db1", dir.Dir());
     EXPECT_NO_THROW(h.LoadHeader());

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstring>
 #include <sstream>
 #include <string>
 #include <tuple>
@@ -21,35 +20,7 @@ using namespace kvtest;
 
 namespace {
 
-// Little-endian bytes laid by hand, independent of the writer.
-struct Lay {
-    Bytes b;
-    Lay& Int(std::int32_t v) {
-        const auto u = static_cast<std::uint32_t>(v);
-        for (int i = 0; i < 4; ++i) b.push_back(std::uint8_t(u >> (8 * i)));
-        return *this;
-    }
-    Lay& Dbl(double v) {
-        std::uint64_t u;
-        std::memcpy(&u, &v, 8);
-        for (int i = 0; i < 8; ++i) b.push_back(std::uint8_t(u >> (8 * i)));
-        return *this;
-    }
-    Lay& Short(const std::string& s) {
-        b.push_back(std::uint8_t(s.size()));
-        b.insert(b.end(), s.begin(), s.end());
-        return *this;
-    }
-    Lay& Str(const std::string& s) {
-        Int(std::int32_t(s.size()));
-        b.insert(b.end(), s.begin(), s.end());
-        return *this;
-    }
-    Lay& Zeros(int ints) {
-        for (int i = 0; i < ints; ++i) Int(0);
-        return *this;
-    }
-};
+using Lay = ByteWriter;
 
 std::unique_ptr<kv::TModelData> ModelWithParties() {
     auto m = std::make_unique<kv::TModelData>(0, nullptr, nullptr, nullptr, nullptr, "/nonexistent/FinItems.dat",
@@ -74,21 +45,21 @@ std::string Printed(const kv::TBalance& b) {
 // A file laid out by hand, field by field as in docs/formats/balance.md.
 Lay HandFile() {
     Lay f;
-    f.Dbl(45123.25).Int(2025);
-    f.Int(2).Short("Anne Roy").Int(1).Short("Ghost").Int(99);   // list 0
+    f.F64(45123.25).I32(2025);
+    f.I32(2).Short("Anne Roy").I32(1).Short("Ghost").I32(99);   // list 0
     f.Zeros(3);                                                 // lists 1-3
-    f.Int(2).Int(501).Int(-7);                                  // list 4: items
-    f.Int(0);                                                   // list 5
-    f.Int(1).Int(600);                                          // list 6: items
+    f.I32(2).I32(501).I32(-7);                                  // list 4: items
+    f.I32(0);                                                   // list 5
+    f.I32(1).I32(600);                                          // list 6: items
     f.Zeros(11 + 15);                                           // lists 7-32
-    f.Int(1).Short("Marc Roy").Int(2);                          // list 33
-    f.Int(2);                                                   // accounts
+    f.I32(1).Short("Marc Roy").I32(2);                          // list 33
+    f.I32(2);                                                   // accounts
     f.Short("Cash").Str("Bank accounts");
-    f.Int(2);
-    f.Int(2023).Int(2).Int(10).Dbl(100.5).Int(11).Dbl(-0.5).Int(1).Int(900).Dbl(40).Int(3);
-    f.Int(2024).Int(0).Int(0);
+    f.I32(2);
+    f.I32(2023).I32(2).I32(10).F64(100.5).I32(11).F64(-0.5).I32(1).I32(900).F64(40).I32(3);
+    f.I32(2024).I32(0).I32(0);
     f.Short("RRSP").Str("");
-    f.Int(0);
+    f.I32(0);
     return f;
 }
 
@@ -197,10 +168,10 @@ TEST(BalanceFile, NegativeCountIsStructureAndATailIsLeftForNewerWriters) {
     kv::TBalance b;
     b.Add("Keep").FindOrAdd(45000).Add(5, 5);
     const std::string before = Printed(b);
-    auto neg = kv::TBufReadFile::FromBytes(Lay().Dbl(0).Int(0).Zeros(34).Int(-5).b, "neg.bal");
+    auto neg = kv::TBufReadFile::FromBytes(Lay().F64(0).I32(0).Zeros(34).I32(-5).b, "neg.bal");
     EXPECT_THROW(b.Load(neg), kv::EFileStructure);
     EXPECT_EQ(Printed(b), before) << "a failed load changes nothing";
-    auto tail = kv::TBufReadFile::FromBytes(Lay().Dbl(1).Int(2).Zeros(35).Int(77).b, "tail.bal");
+    auto tail = kv::TBufReadFile::FromBytes(Lay().F64(1).I32(2).Zeros(35).I32(77).b, "tail.bal");
     EXPECT_NO_THROW(b.Load(tail));
     EXPECT_EQ(b.FirstYear, 2);
 }

@@ -44,28 +44,10 @@ const Name kDigits{"0123456789ABCDEF", "zvf8E6OBgJNv+iY1SJCId43YzweXi/FdfGArobWT
 
 constexpr std::int32_t kValueEntry = 5555;   // a value child's entry (kind code -1)
 
-// Little-endian primitives of the record files, written from the format.
-struct Out {
-    std::vector<std::uint8_t> b;
-    bool enciphered = false;   // names and texts stored enciphered
+// Names and texts stored plainly or enciphered.
+struct Out : ByteWriter {
+    bool enciphered = false;
 
-    void U8(std::uint8_t v) { b.push_back(v); }
-    void I32(std::int32_t v) { Raw(&v, 4); }
-    void I64(std::int64_t v) { Raw(&v, 8); }
-    void F64(double v) { Raw(&v, 8); }
-    void U16(std::uint16_t v) { Raw(&v, 2); }
-    void Raw(const void* p, std::size_t n) {   // the test host is little-endian, as the format
-        const auto* c = static_cast<const std::uint8_t*>(p);
-        b.insert(b.end(), c, c + n);
-    }
-    void Bytes(const std::string& s) { b.insert(b.end(), s.begin(), s.end()); }
-    void Short(const std::string& s) { U8(std::uint8_t(s.size())); Bytes(s); }
-    void Str(const std::string& s) { I32(std::int32_t(s.size())); Bytes(s); }
-    void NumX(std::uint32_t v) {
-        if (v < 255) return U8(std::uint8_t(v));
-        U8(255); U8(std::uint8_t(v)); U8(std::uint8_t(v >> 8)); U8(std::uint8_t(v >> 16));
-    }
-    void StrX(const std::string& s) { NumX(std::uint32_t(s.size())); Bytes(s); }
     void Name(const ::Name& n) { enciphered ? Str(n.cipher) : Short(n.ansi); }
     // Unpadded enciphered texts: the cipher itself is covered by its vectors.
     void Text(const std::string& s) {
