@@ -11,9 +11,7 @@
 #include <cctype>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <memory>
 #include <random>
 #include <string>
@@ -23,6 +21,7 @@
 #include "AllocLimit.h"
 #include "KvErrors.h"
 #include "KvSettings.h"
+#include "TestFiles.h"
 #include "catalogue/KvFnModels.h"
 #include "catalogue/KvFnProjHdr.h"
 #include "demo/DemoData.h"
@@ -55,17 +54,9 @@ std::uint64_t BytesUnder(const fs::path& dir) {
 
 std::uint64_t PeakBound(std::uint64_t fileBytes) { return kPeakFactor * fileBytes + kPeakSlack; }
 
-using Bytes = std::vector<char>;
-
-Bytes ReadBytes(const fs::path& p) {
-    std::ifstream f(p, std::ios::binary);
-    return {std::istreambuf_iterator<char>(f), {}};
-}
-
-void WriteBytes(const fs::path& p, const Bytes& b) {
-    std::ofstream f(p, std::ios::binary | std::ios::trunc);
-    f.write(b.data(), static_cast<std::streamsize>(b.size()));
-}
+using kvtest::Bytes;
+using kvtest::ReadBytes;
+using kvtest::WriteBytes;
 
 fs::path MakeTempDir(const char* stem) {
     std::string tmpl = (fs::temp_directory_path() / (std::string(stem) + "-XXXXXX")).string();
@@ -358,7 +349,7 @@ TEST_P(HostileFiles, RandomBytesFlipped) {
         std::string what = "flipped";
         for (int k = howMany(rng); k > 0; --k) {
             const std::size_t at = where(rng);
-            bad[at] = static_cast<char>(value(rng));
+            bad[at] = static_cast<std::uint8_t>(value(rng));
             what += " " + std::to_string(at);
         }
         run.Run(bad, what);

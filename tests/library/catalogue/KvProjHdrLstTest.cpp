@@ -169,16 +169,6 @@ TEST(CatalogueScan, ListingOrderIgnoresAsciiCase) {
               (std::vector<std::string>{"md_db1_one/", "Md_db__/", "MD_DBa_alpha/", "md_dbB_beta/", "md_dbZ_zed/"}));
 }
 
-TEST(CatalogueScan, NamesThatCannotBeFolderNamesAreSanitised) {
-    TempDir dir;
-    Client(dir, "md_db1", "A/B Holdings");
-    Client(dir, "md_db2_old_name", "New");
-    kv::TProjHdrLst l(dir.Dir(), "", 0);
-    l.Load(true);
-    EXPECT_EQ(cattest::TopLevel(dir.Path()), (std::vector<std::string>{"md_db1_A_B Holdings", "md_db2_New"}));
-    EXPECT_EQ(Names(l), (std::vector<std::string>{"A/B Holdings", "New"}));
-}
-
 TEST(CatalogueScan, AHeaderThatCannotBeReadFailsTheLoadNamingTheFile) {
     struct Case {
         std::string what;
