@@ -140,7 +140,9 @@ TEST(PortAllocation, HoldingsNeverOutnumberTheirFields) {
         std::size_t n;
     };
     const std::string head = "00000001;H;;0;0;0;0;0;";
+    // A holding takes five fields; a sixth to ninth field starts none.
     for (const C c : {C{"2;A;1;0;-1;5;B;2;0;-1;7", 2}, C{"5;A;1;0;-1;5;B;2;0;-1;7", 2}, C{"-1;A;1;0;-1;5", 0},
+                      C{"3;A;1;0;-1;5;B;2;0;-1;7;C;1", 2},
                       C{"1;A;1;0", 0}, C{"2147483647;A;1;0;-1;5", 1}, C{"x;A;1;0;-1;5", 0}}) {
         kv::TCHPortAllocation h(0);
         h.SetAsString(head + c.text);
