@@ -1,5 +1,5 @@
 // The plain lists: no caller of the product uses them yet, so only what a
-// future caller would trip over: positions, minima and the sort's order.
+// future caller would trip over: minima and the sort's order.
 #include "decl/KvFnDecl.h"
 
 #include "KvErrors.h"
@@ -38,36 +38,6 @@ TEST(decl_IntrList, SearchesMinimumAndPositions)
         EXPECT_EQ(L.IndexOf(C.Wanted), C.IndexOf);
         EXPECT_EQ(L.IndexOfMin(), C.IndexOfMin);
     }
-    TIntrList L;
-    EXPECT_EQ(L.AddIfUnique(30), 0);
-    EXPECT_EQ(L.AddIfUnique(10), 1);
-    EXPECT_EQ(L.AddIfUnique(30), 0);
-    L.Delete(0);
-    EXPECT_EQ(L.Get(0), 10);
-    EXPECT_THROW(L.Get(1), EListError);
-    EXPECT_THROW(L.Get(-1), EListError);
-    EXPECT_THROW(L.Put(1, 0), EListError);
-}
-
-TEST(decl_DoubleList, ExactSearchAndObjects)
-{
-    int A = 0, B = 0;
-    TDoubleList L;
-    L.AddObject(0.1 + 0.2, &A);
-    L.Add(kNaN);
-    L.AddObject(0.3, &B);
-    EXPECT_EQ(L.IndexOf(0.3), 2);   // not the sum that prints alike
-    EXPECT_EQ(L.IndexOf(kNaN), -1);
-    EXPECT_EQ(L.IndexOfObject(&B), 2);
-    L.Delete(0);
-    EXPECT_EQ(L.GetObject(1), &B);
-    EXPECT_THROW(L.GetObject(2), EListError);
-
-    TDoubleList Copy;
-    Copy.Assign(&L);
-    Copy.Put(1, 7);
-    EXPECT_EQ(L.Get(1), 0.3);
-    EXPECT_EQ(Copy.GetObject(1), &B);
 }
 
 TEST(decl_DoubleList, SortIsDescendingStableWithNaNsLast)

@@ -67,28 +67,6 @@ TEST(decl_IndDblList, PutValKeepsIndexesSortedAndUnique)
     }
 }
 
-TEST(decl_IndDblList, FindOrAddReturnsStableEntries)
-{
-    TIndDblList L;
-    TIndDbl& A = L.FindOrAdd(2025);
-    EXPECT_EQ(A.Ind, 2025);
-    EXPECT_EQ(A.Val, 0);
-    EXPECT_EQ(A.Obj, nullptr);
-    A.Val = 1;
-    TIndDbl& B = L.FindOrAdd(2030); // append
-    B.Val = 3;
-    TIndDbl& C = L.FindOrAdd(2027); // before the last
-    C.Val = 2;
-    TIndDbl& D = L.FindOrAdd(2020); // at the front
-    D.Val = 0.5;
-    EXPECT_EQ(&L.FindOrAdd(2030), &B) << "the last entry itself";
-    EXPECT_EQ(&L.FindOrAdd(2025), &A) << "found below the last";
-    EXPECT_EQ(&L.FindOrAdd(2020), &D);
-    EXPECT_EQ(A.Val, 1) << "references survive insertions";
-    EXPECT_EQ(Entries(L), (DblPairs{{2020, 0.5}, {2025, 1}, {2027, 2}, {2030, 3}}));
-    EXPECT_EQ(L.Find(2027), &C);
-}
-
 TEST(decl_IndDblList, SearchGivesInsertionPosition)
 {
     const TIndDblList L = Make({{2025, 1}, {2027, 2}, {2030, 3}});
@@ -118,21 +96,6 @@ TEST(decl_IndDblList, SearchGivesInsertionPosition)
         EXPECT_EQ(L.ValueExists(C.Ind), C.Found);
         EXPECT_EQ(L.IndOfNearest(C.Ind), C.Nearest);
     }
-}
-
-TEST(decl_IndDblList, ObjectsOfMissingIndexesRaiseListError)
-{
-    int X = 0;
-    TIndDblList L = Make({{2025, 1}, {2027, 2}, {2030, 3}});
-    EXPECT_THROW(L.GetObject(2026), EListError);
-    EXPECT_THROW(L.PutObject(2031, &X), EListError);
-    EXPECT_THROW(L.PutObject(2024, &X), EListError);
-    EXPECT_EQ(L.Count(), 3) << "nothing added by the failed calls";
-
-    EXPECT_EQ(L.GetObject(2027), nullptr);
-    L.PutObject(2027, &X);
-    L.PutVal(2027, 5);
-    EXPECT_EQ(L.GetObject(2027), &X) << "PutVal keeps the object";
 }
 
 TEST(decl_IndDblList, HasNonZiroValuesToleratesOneUnit)
@@ -293,18 +256,6 @@ TEST(decl_IndDblList, LongDescendingTextReads)
     EXPECT_EQ(L.FirstInd(), 1);
     EXPECT_EQ(L.LastInd(), N);
     EXPECT_EQ(L.Total(), N);
-}
-
-TEST(decl_IndStrList, AbsentTextIsEmpty)
-{
-    // The index rules are shared with TIndDblList; only the text defaults differ.
-    TIndStrList L;
-    EXPECT_EQ(L.GetVal(2024), "");
-    L.PutVal(2030, "c");
-    L.PutVal(2025, "a");
-    L.PutVal(2025, "A");
-    EXPECT_EQ(L.FindOrAdd(2027).Val, "");
-    EXPECT_EQ(Entries(L), (StrPairs{{2025, "A"}, {2027, ""}, {2030, "c"}}));
 }
 
 TEST(decl_IndStrList, TextForm)
