@@ -55,6 +55,34 @@ inline void WriteBytes(const std::filesystem::path& p, const Bytes& b) {
     out.write(reinterpret_cast<const char*>(b.data()), std::streamsize(b.size()));
 }
 
+// Every entry below root: relative path -> "dir" or the file's bytes.
+inline std::map<std::string, std::string> TreeDigest(const std::filesystem::path& root) {
+    std::map<std::string, std::string> m;
+    for (const auto& e : std::filesystem::recursive_directory_iterator(root)) {
+        const std::string rel = std::filesystem::relative(e.path(), root).string();
+        if (e.is_directory()) {
+            m[rel] = "dir";
+        } else {
+            const Bytes b = ReadBytes(e.path());
+            m[rel].assign(b.begin(), b.end());
+        }
+    }
+    return m;
+}
+
+inline std::map<std::string, std::string> Renamed(const std::map<std::string, std::string>& digest,
+                                                 const std::map<std::string, std::string>& renames) {
+    std::map<std::string, std::string> m;
+    for (const auto& [rel, value] : digest) {
+        const std::size_t slash = rel.find('/');
+        const std::string top = rel.substr(0, slash);
+        const auto it = renames.find(top);
+        const std::string rest = slash == std::string::npos ? "" : rel.substr(slash);
+        m[(it == renames.end() ? top : it->second) + rest] = value;
+    }
+    return m;
+}
+
 // Little-endian primitives of the record files; Mark remembers where a named
 // field starts.
 struct ByteWriter {
