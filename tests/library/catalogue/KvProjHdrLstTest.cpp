@@ -142,20 +142,6 @@ TEST(CatalogueScan, AFailedRenameIsIgnored) {
     EXPECT_EQ(cattest::TreeDigest(dir.Path()), cattest::Renamed(before, {{"md_db2", "md_db2_Short"}}));
 }
 
-TEST(CatalogueScan, ReadOnlyDataDirectoryIsListedAsItIs) {
-    if (::geteuid() == 0) GTEST_SKIP() << "permissions do not stop root; AFailedRenameIsIgnored covers the failure";
-    TempDir dir;
-    Client(dir, "db3", "Legacy");
-    Client(dir, "md_db1", "Named");
-    const auto before = cattest::TreeDigest(dir.Path());
-    fs::permissions(dir.Path(), fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write,
-                    fs::perm_options::remove);
-    kv::TProjHdrLst l(dir.Dir(), "", 0);
-    EXPECT_NO_THROW(l.Load(true));
-    EXPECT_EQ(Names(l), (std::vector<std::string>{"Named"}));
-    EXPECT_EQ(cattest::TreeDigest(dir.Path()), before);
-}
-
 TEST(CatalogueScan, ListingOrderIgnoresAsciiCase) {
     TempDir dir;
     const std::vector<std::pair<std::string, std::string>> folders = {

@@ -27,11 +27,11 @@ protected:
             write(w);
             w.Close();
         }
-        return ReadAll(Path(name));
+        return ReadBytes(Path(name));
     }
     int files_ = 0;
     TBufReadFile ReaderOver(const Bytes& bytes, const std::string& name = "in.dat") {
-        WriteAllBytes(Path(name), bytes);
+        WriteBytes(Path(name), bytes);
         return TBufReadFile(Path(name), true);
     }
 };
@@ -356,13 +356,13 @@ TEST_F(files_BufFile, DestructorSwallowsAFailedFlush) {
 }
 
 TEST_F(files_BufFile, WriterTruncatesAnExistingFile) {
-    WriteAllBytes(Path("old.dat"), Bytes(1000, 1));
+    WriteBytes(Path("old.dat"), Bytes(1000, 1));
     const Bytes b = Written([](TBufWriteFile& w) { w.WriteByte(2); }, "old.dat");
     EXPECT_EQ(ToHex(b), "02");
 }
 
 TEST_F(files_BufFile, ReaderOpensAReadOnlyFileEvenWhenNotAskedToBeReadOnly) {
-    WriteAllBytes(Path("ro.dat"), {1, 0, 0, 0});
+    WriteBytes(Path("ro.dat"), {1, 0, 0, 0});
     std::filesystem::permissions(Path("ro.dat"), std::filesystem::perms::owner_read);
     TBufReadFile r(Path("ro.dat"), false);
     EXPECT_EQ(r.ReadInt(), 1);
