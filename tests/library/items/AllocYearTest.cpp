@@ -327,31 +327,4 @@ TEST(AllocYearText, FirstShareNeverPassesForAVersion) {
     }
 }
 
-TEST(AllocYearText, CsvRows) {
-    const std::string csv =
-        "Class,Sub,Entry,Percent\r\n"
-        "2,,,40\r\n"
-        "\"3\", , ,60\r\n"
-        "2,3,,100\n"
-        "3,0,0,50\n"
-        "3,0,2,25\n"
-        "3,1,,25\n"
-        "3,0,,99\n"        // a sub-class with entry rows takes their total
-        "6,,,10\n"         // no class 6
-        "3,0,3,10\n"       // three entries only
-        "2,,0,10\n"        // an entry needs its sub-class
-        "2,0,,10,extra\n"
-        "2,0,,abc\n"
-        "2,1,,5";
-    TLibAllocYear y;
-    y.SetClsShare(0, 1);
-    EXPECT_EQ(y.DecodeCSV(csv), 8);
-    EXPECT_EQ(y.GetClsShare(0), 0);
-    EXPECT_EQ(y.GetClsShare(3), 0.6);
-    EXPECT_EQ(y.GetSubClsShare(2, 1), 0.05);
-    EXPECT_EQ(y.GetSubClsShare(2, 0), 0);
-    EXPECT_EQ(y.GetSubClsShare(3, 0), 0.75);
-    EXPECT_EQ(y.GetSubCls2Share(3, 0, 2), 0.25);
-}
-
 } // namespace

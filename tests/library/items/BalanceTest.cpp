@@ -1,5 +1,5 @@
 // Balances on disk: hand-laid bytes, round trips, party resolution, a
-// failed load leaving the balance alone, and the year queries. Damaged
+// failed load leaving the balance alone, and the dates. Damaged
 // files as such are the hostile-file suite's.
 #include <gtest/gtest.h>
 
@@ -204,82 +204,6 @@ TEST(BalanceDates, FindOrAddKeepsDateOrder) {
     EXPECT_EQ(a.FindLastOfYear(2023), &a.GetAccountDate(1));
     EXPECT_EQ(a.FindYear(2030), nullptr);
     EXPECT_EQ(a.Years(), (std::vector<std::int32_t>{2023, 2024}));
-}
-
-TEST(BalanceCapitalGains, LossesCarryForward) {
-    kv::TBalance b;
-    kv::TCGManager& g = b.GetCGManager(1);
-    g.Add(2020, 100);
-    g.Add(2021, -300);
-    g.Add(2022, 100);
-    g.Add(2023, 500);
-    g.Add(2023, -20);
-    struct C {
-        std::int32_t year;
-        double net, carried, taxable;
-    };
-    for (const C c : {C{2019, 0, 0, 0}, C{2020, 100, 0, 100}, C{2021, -300, 0, 0}, C{2022, 100, 300, 0},
-                      C{2023, 480, 200, 280}, C{2024, 0, 0, 0}}) {
-        EXPECT_EQ(g.NetGain(c.year), c.net) << c.year;
-        EXPECT_EQ(g.LossCarriedInto(c.year), c.carried) << c.year;
-        EXPECT_EQ(g.TaxableGain(c.year), c.taxable) << c.year;
-    }
-    // Not part of the file: a load forgets them.
-    TempDir dir;
-    b.Save(dir.File("g.bal"));
-    b.Load(dir.File("g.bal"));
-    EXPECT_EQ(b.CGManagerCount(), 0);
-}
-
-// ---------------------------------------------------------------------------
-// Year queries and listings
-
-// Cash: 2023 two dated entries (100, then 150), 2024 -50, 2026 30.
-// Debt: 2024 -20, 2025 -10. Zero: only zero values. Items: only an item value.
-kv::TBalance& QueryBalance(kv::TBalance& b) {
-    auto& cash = b.Add("Cash");
-    auto& c1 = cash.FindOrAdd(45000);
-    c1.Add(10, 60);
-    c1.Add(11, 40);
-    c1.AddFinItem(900, 60);
-    auto& c2 = cash.FindOrAdd(45200);
-    c2.Add(10, 150);
-    c2.AddFinItem(901, 1);
-    c2.AddFinItem(900, 2);
-    cash.FindOrAdd(45400).Add(10, -50);   // 2024
-    cash.FindOrAdd(46100).Add(12, 30);    // 2026
-    auto& debt = b.Add("Debt");
-    debt.FindOrAdd(45400).Add(20, -20);
-    debt.FindOrAdd(45700).Add(20, -10);   // 2025
-    b.Add("Zero").FindOrAdd(45000).Add(10, 0);
-    b.Add("Items").FindOrAdd(45000).AddFinItem(905, -3);
-    b.Add("Empty");
-    return b;
-}
-
-TEST(BalanceQueries, ValuesOfAYear) {
-    kv::TBalance b;
-    QueryBalance(b);
-    struct C {
-        const char* key;
-        std::int32_t year, entry;
-        double val, summ, x;
-    };
-    const C cases[] = {
-        {"Cash", 2023, 10, 150, 150, 150},   // the later dated entry of 2023
-        {"Cash", 2023, 11, 0, 150, 0},       // only in the earlier one
-        {"Cash", 2024, 10, -50, -50, -50},
-        {"Cash", 2025, 10, 0, 0, -50},       // no 2025: X carries 2024 forward
-        {"Cash", 2030, 12, 0, 0, 30},
-        {"Cash", 2022, 10, 0, 0, 0},         // nothing earlier
-        {"Debt", 2025, 20, -10, -10, -10},
-        {"None", 2023, 10, 0, 0, 0},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(b.FindVal(c.key, c.year, c.entry), c.val) << c.key << c.year;
-        EXPECT_EQ(b.FindValSumm(c.key, c.year), c.summ) << c.key << c.year;
-        EXPECT_EQ(b.FindValX(c.key, c.year, c.entry), c.x) << c.key << c.year;
-    }
 }
 
 } // namespace

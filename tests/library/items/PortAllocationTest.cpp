@@ -151,19 +151,4 @@ TEST(PortAllocation, HoldingsNeverOutnumberTheirFields) {
     EXPECT_EQ(static_cast<kv::TCHPortAllocation&>(*Holdings()).ClsValue(2), 1510.5);
 }
 
-TEST(PortAllocation, LibrarySubClassRecord) {
-    kv::TLibAssetSubClass lib(3, 5, "Sector Funds");
-    lib.SubCls2 = 2;
-    lib.Share = 0.1;
-    lib.NAV = 12.5;
-    lib.Returns.PutVal(2024, -0.02);
-    lib.Returns.PutVal(2023, 0.05);
-    const std::string text = "3;5;Sector Funds;2;0.1;12.5;2023:0.05,2024:-0.02";
-    EXPECT_EQ(lib.GetAsString(), text);
-    kv::TLibAssetSubClass back;
-    back.SetAsString(text);
-    EXPECT_EQ(back.GetAsString(), text);
-    EXPECT_DOUBLE_EQ(back.CompoundReturn(2023, 2024), 1.05 * 0.98 - 1);
-}
-
 } // namespace
