@@ -217,27 +217,4 @@ TEST(CatalogueScan, AlternateDirectoryCopyIsReadUnlessForbidden) {
     EXPECT_EQ(Names(l), (std::vector<std::string>{"Carl"}));
 }
 
-TEST(CatalogueScan, FindByNameNewDirNameAndSaveOne) {
-    TempDir dir;
-    Client(dir, "qr_db1_Trust", "Trust", 2);
-    Client(dir, "qr_db3", "Three", 2);
-    cattest::WriteBytes(dir.Path() / "QR_DB2", {1});  // a file still takes its number
-    kv::TProjHdrLst l(dir.Dir(), "", 2);
-    l.Load(true);
-    ASSERT_NE(l.FindByName("Three"), nullptr);
-    EXPECT_EQ(l.FindByName("Three")->Folder, "qr_db3_Three/");
-    EXPECT_EQ(l.FindByName("three"), nullptr);
-    EXPECT_EQ(l.NewDirName(), "qr_db4");
-
-    kv::TProjHdr h(2, kv::ModelsFileName, l.NewDirName(), l.DataDir());
-    h.Name = "Fresh";
-    h.ID = 5;
-    kv::TModels main(h.BaseDir, "Main", h.Folder), needs(h.BaseDir, "Needs", h.Folder);
-    main.Add().Name = "Only";
-    l.SaveOne(h, main, needs);
-    l.Load(true);
-    EXPECT_EQ(Names(l), (std::vector<std::string>{"Trust", "Three", "Fresh"}));
-    EXPECT_EQ(l.NewDirName(), "qr_db5");
-}
-
 } // namespace

@@ -155,12 +155,7 @@ TEST_F(EntriesFile, LookupsGiveTheFirstMatchInFileOrder) {
     TEntries t(1, WriteRaw(c, false));
     t.Load(false);
     EXPECT_EQ(t.GetEntryByID(7), t.EntriesByID()[0].get());
-    EXPECT_EQ(t.GetEntryByFIClassNo(50), t.EntriesByID()[0].get());
-    EXPECT_EQ(t.GetEntryByFIClassNo(60), t.EntriesByID()[2].get());
     EXPECT_EQ(t.GetEntryByID(9), nullptr);
-    EXPECT_EQ(t.GetEntryByFIClassNo(0), nullptr);
-    EXPECT_EQ(t.GetEntryName(7, "none"), "first 7");
-    EXPECT_EQ(t.GetEntryName(9, "none"), "none");
 }
 
 TEST_F(EntriesFile, RootEntryNeedsMinusOneInTheOtherKeysAndATopLevelNode) {
@@ -232,29 +227,6 @@ TEST_F(EntriesFile, GroupsFollowTheEntriesGroupIdentifiers) {
     EXPECT_EQ(t.GroupOf(*t.GetEntryByID(3)), t.FindGroup(3));
     t.Load(false);
     EXPECT_EQ(t.Groups().size(), 3u) << "a second load starts afresh";
-}
-
-// ---------------------------------------------------------------- accounts
-
-TEST(EntriesAccounts, LevelsTopAccountsAndColours) {
-    TEntries t(0, "");
-    auto texts = [](const char* code, const char* color) {
-        std::array<std::string, 11> a;
-        a[0] = code;
-        a[1] = std::string("name ") + code;
-        a[10] = color;
-        return a;
-    };
-    t.AddAcc(texts("1", "255"));
-    t.AddAcc(texts("1.10.5.2", ""));   // no 1.10.5 nor 1.10: hangs under 1
-    t.AddAcc(texts("2", "16777216"));  // out of range
-    t.LinkAccounts();
-    const auto& a = t.AccGroups();
-    EXPECT_EQ(a[1]->AccLevel(), 1);
-    EXPECT_EQ(a[1]->TopAcc(), a[0].get());
-    EXPECT_EQ(a[1]->GetColor(), 255u);   // the top account's
-    EXPECT_EQ(a[2]->GetColor(), kv::TAcc::DefColor(0));
-    EXPECT_EQ(t.AccGroupNames(), (std::vector<std::string>{"name 1", "name 2"}));
 }
 
 // ---------------------------------------------------------------- version

@@ -119,7 +119,6 @@ TEST_P(RoundTrip, LoadsWhatWasSaved) {
     EXPECT_EQ(loaded->Version(), kv::kCurrentFileVersion);
     EXPECT_EQ(loaded->HighestItemID(), 106);
     EXPECT_EQ(loaded->GetParticipantByID(1)->BenefKey, 1);
-    EXPECT_EQ(loaded->SettingFloats("PortGrowCoefs"), (std::vector<double>{1, 2.5, 0}));
     const kv::TFinItem* nested = loaded->Get(1)->Children[0]->Children[0].get();
     EXPECT_EQ(nested->Parent, loaded->Get(1)->Children[0].get());
     EXPECT_EQ(loaded->Get(0)->Shares->Items[0].Party, loaded->GetParticipantByID(1));
