@@ -1,5 +1,5 @@
 // The shares of one year: the rounding rule, positions in the class table,
-// the check and its repairs, amounts, and the text forms of every version.
+// the check and its repairs, and the text forms of every version.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -164,21 +164,6 @@ TEST(AllocYear, CheckAndRepair) {
             EXPECT_TRUE(y.FixShares()) << "a second pass finds nothing";
         }
     }
-}
-
-TEST(AllocYear, AmountsFollowTheShares) {
-    TLibAllocYear y;
-    y.SetClsShare(2, 0.6);
-    y.SetSubClsShare(2, 3, 1);
-    y.SetClsShare(3, 0.4);
-    y.SetSubClsShare(3, 0, 0.25);
-    y.SetSubCls2Share(3, 0, 0, 0.25);
-    y.SetSubClsShare(3, 1, 0.75);
-    y.CalcAlloc(1000);
-    EXPECT_DOUBLE_EQ(y.GetSubClsVal(2, 3), 600);
-    EXPECT_DOUBLE_EQ(y.GetSubCls2Val(3, 0, 0), 100);
-    EXPECT_DOUBLE_EQ(y.GetSubClsVal(3, 1), 300);
-    EXPECT_DOUBLE_EQ(y.GetTotalVal(), 1000);
 }
 
 std::string J(std::initializer_list<const char*> parts) {
