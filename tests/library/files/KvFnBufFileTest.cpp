@@ -62,10 +62,6 @@ TEST_F(files_BufFile, EveryPrimitiveHasItsExactBytesAndReadsBack) {
         {"Date int32 edges", [](auto& w) { w.WriteDate(2147483647.9); w.WriteDate(-2147483648.9); },
          "ffffff7f00000080",
          [](auto& r) { EXPECT_EQ(r.ReadDate(), 2147483647.0); EXPECT_EQ(r.ReadDate(), -2147483648.0); }},
-        {"Char ascii and euro, read as one 16-bit unit", [](auto& w) { w.WriteChar(u'A'); w.WriteChar(u'\u20AC'); },
-         "4180", [](auto& r) { EXPECT_EQ(r.ReadChar(), char16_t(0x8041)); }},
-        {"Char missing from the code page", [](auto& w) { w.WriteChar(u'\u4E2D'); w.WriteChar(u'x'); }, "3f78",
-         [](auto& r) { EXPECT_EQ(r.ReadChar(), char16_t(0x783F)); }},
         {"Data", [](auto& w) { w.WriteData("\x01\x02\x03", 3); w.WriteData("zz", 0); w.WriteData("zz", -4); },
          "010203",
          [](auto& r) { std::uint8_t b[3]; r.ReadData(b, 3); EXPECT_EQ(ToHex(Bytes(b, b + 3)), "010203"); }},
@@ -117,12 +113,6 @@ TEST_F(files_BufFile, StoredFormsReadAsTheFormatSays) {
          [](auto& r) { EXPECT_FALSE(r.ReadBoolean()); EXPECT_TRUE(r.ReadBoolean()); EXPECT_TRUE(r.ReadBoolean()); }, 3},
         {"undefined code page bytes", "05000000 81 8d 8f 90 9d",
          [](auto& r) { EXPECT_EQ(r.ReadStr(), "\xC2\x81\xC2\x8D\xC2\x8F\xC2\x90\xC2\x9D"); }, 9},
-        {"PChar keeps raw bytes including zeros", "03000000 80 00 41",
-         [](auto& r) {
-             std::unique_ptr<char[]> p;
-             r.ReadPChar(p);
-             EXPECT_EQ(ToHex(std::string(p.get(), 4)), "80004100");
-         }, 7},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
@@ -263,7 +253,6 @@ TEST_F(files_BufFile, BogusCountsFailBeforeAllocating) {
         {"StrX", "ffffffff 41", [](auto& r) { r.ReadStrX(); }},
         {"StringsX count", "ffffffff 00 00", [](auto& r) { r.ReadStringsX(); }},
         {"StringsX count just too large", "03 00 00", [](auto& r) { r.ReadStringsX(); }},
-        {"PChar", "ffffff7f", [](auto& r) { std::unique_ptr<char[]> p; r.ReadPChar(p); EXPECT_EQ(p, nullptr); }},
         {"EncryptStr", "ffffff7f", [](auto& r) { r.ReadEncryptStr("k", false); }},
         {"Data", "0102", [](auto& r) { char b[3]; r.ReadData(b, 3); }},
         {"NumX tail", "ff 01", [](auto& r) { r.ReadNumX(); }},
