@@ -8,7 +8,6 @@
 // timeout.
 #include <gtest/gtest.h>
 
-#include <cctype>
 #include <cstring>
 #include <filesystem>
 #include <functional>
@@ -357,45 +356,18 @@ TEST_P(HostileFiles, RandomBytesFlipped) {
     EXPECT_TRUE(run.Failures().empty()) << Joined(run.Failures());
 }
 
-// Inputs the fuzz targets found, kept as real files: each must give exactly
-// this outcome ("" = loads), and no sanitizer finding on the way.
-struct Finding {
-    const char* File;     // under tests/data/hostile
-    std::uint8_t Kind;
-    const char* Error;    // the start of the message
-};
-
-void PrintTo(const Finding& f, std::ostream* os) { *os << f.File; }
-
-class Findings : public ::testing::TestWithParam<Finding> {};
-
-TEST_P(Findings, FinItemsGivesItsOutcome) {
-    const Finding& f = GetParam();
-    const std::string path = std::string(TESSARY_TEST_DATA) + "/hostile/" + f.File;
-    auto chart = kv::MakeDemoChart(f.Kind, "/nonexistent/Entries.dat");
-    kv::TModelData m(f.Kind, nullptr, nullptr, nullptr, nullptr, path, chart.get());
-    std::string error;
-    try {
-        m.Load();
-    } catch (const kv::EKvError& e) {
-        error = e.what();
-    }
-    if (*f.Error == 0)
-        EXPECT_EQ(error, "");
-    else
-        EXPECT_EQ(error.rfind(f.Error, 0), 0u) << error;
-}
-
-INSTANTIATE_TEST_SUITE_P(Regressions, Findings, ::testing::Values(
+// Inputs the fuzz targets found, kept as real files under tests/data/hostile:
+// each must load, with no sanitizer finding on the way.
+TEST(Findings, LoadWithoutError) {
     // A section length near 2^63 overflowed the end of section sum; it now
     // counts as no length, and the solution loads.
-    Finding{"finitems-qr-section-length-overflow.dat", 2, ""}),
-    [](const auto& info) {
-        std::string name = info.param.File;
-        for (char& c : name)
-            if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
-        return name;
-    });
+    for (const auto& [file, kind] : {std::pair{"finitems-qr-section-length-overflow.dat", std::uint8_t(2)}}) {
+        auto chart = kv::MakeDemoChart(kind, "/nonexistent/Entries.dat");
+        kv::TModelData m(kind, nullptr, nullptr, nullptr, nullptr,
+                         std::string(TESSARY_TEST_DATA) + "/hostile/" + file, chart.get());
+        EXPECT_NO_THROW(m.Load()) << file;
+    }
+}
 
 INSTANTIATE_TEST_SUITE_P(Readers, HostileFiles, ::testing::ValuesIn(kReaderNames),
                          [](const auto& info) { return std::string(info.param); });
