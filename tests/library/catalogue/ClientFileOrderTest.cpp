@@ -55,10 +55,10 @@ TEST(ClientFileOrder, NewestTextFirstNotNewestDay) {
         {"md_db3_C", "January", DayNumber(2023, 1, 15, 9, 0)},
     };
     for (const auto& f : files) {
-        kv::TClientFileSpec spec;
-        spec.Name = f.name;
-        spec.Date = f.date;
-        kv::WriteClientFolder(dir.Dir(), f.folder, 0, spec);
+        kv::TClientFileSpec clientFile;
+        clientFile.Name = f.name;
+        clientFile.Date = f.date;
+        kv::WriteClientFolder(dir.Dir(), f.folder, 0, clientFile);
     }
     ASSERT_TRUE(tessary::RenderHeaderDate(files[1].date).startsWith(QStringLiteral("9/5/24")))
         << "the test runs under en_US: " << tessary::RenderHeaderDate(files[1].date).toStdString();
