@@ -29,6 +29,7 @@
 #include "items/KvFnClassRegistry.h"
 #include "items/KvPTTools.h"
 #include "items/KvfnBalance.h"
+#include "ModelTestUtil.h"
 #include "model/KvFnModelData.h"
 
 namespace fs = std::filesystem;
@@ -240,65 +241,19 @@ void WriteSeed(const fs::path& out, const std::string& name, std::uint8_t settin
     o.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 
-kv::TFinItem* AddItem(kv::TModelData& m, kv::TFinItem* parent, const kv::TEntries& chart, std::int32_t entryID,
-                      std::int32_t id, const char* name, double value) {
-    const kv::TEntry* entry = chart.GetEntryByID(entryID);
-    if (!entry) return nullptr;   // the product's chart lacks it
-    auto item = kv::ItemClassByNumber(entry->ItemClassNo).Create(entry, &m, id);
-    item->Name = name;
-    item->Value = value;
-    return parent ? parent->AddChild(std::move(item)) : m.Add(std::move(item));
-}
-
+// Every record the model tests write, and the share records the import's
+// lookups follow.
 void Fill(kv::TModelData& m, const kv::TEntries& chart) {
-    m.Header.Values[0] = 1.5;
-    m.Header.Title = "Plan";
-    m.Header.Text = "first\x01second";
-    m.Header.Date = 45123;
-    struct P { std::int32_t id; std::uint8_t role, type; const char* first; const char* last; };
-    for (P p : {P{1, 1, 0, "Anne", "Roy"}, P{2, 1, 0, "Marc", "Roy"}, P{10, 0, 150, "", "Roy Inc."},
-                P{11, 0, 170, "", "Roy Trust"}, P{13, 40, 0, "Paul", "Côté"}}) {
-        auto party = kv::CreateParty(m.Kind(), p.id, p.role, p.type);
-        party->FirstName = p.first;
-        party->LastName = p.last;
-        party->BirthDate = 20000 + p.id;
-        party->Texts15[1] = "note";
-        m.AddParticipant(std::move(party));
-    }
-    m.GetParticipantByID(2)->BenefKey = 77;
-
-    auto set = [](kv::TFinItem* item, const char* name, const char* value) {
-        if (item) item->SpecProps.Set(name, value);
+    kvtest::FillEveryRecord(m, chart);
+    auto set = [&](std::int32_t entryID, std::int32_t id, const char* name, const char* value) {
+        if (const kv::TEntry* e = chart.GetEntryByID(entryID)) kvtest::AddItem(m, nullptr, e, id, "", 0)->SpecProps.Set(name, value);
     };
-    auto* nonReg = AddItem(m, nullptr, chart, D::NonReg, 101, "Joint", 1000.4);
-    nonReg->Shares = std::make_unique<kv::TSharesList>();
-    nonReg->Shares->AddShare(m.GetParticipantByID(1), 1, 2);
-    nonReg->Shares->AddShare(m.GetParticipantByID(2), 2, 6);
-    nonReg->SpecProps.Set("OwnerID", "1");
-    kv::TPay pay(3);
-    pay.Value = 250;
-    pay.Text = "monthly";
-    pay.Payers.push_back({m.GetParticipantByID(1), 1, 0.6});
-    nonReg->AddPay(pay);
-    auto* rrsp = AddItem(m, nullptr, chart, D::RRSP, 102, "RRSP", 50000);
-    set(rrsp, "RRSPTYPE", "1");
-    set(rrsp, "lstRRSPUnusedLimit", "2024:1500,2025:250.5");
-    set(AddItem(m, rrsp, chart, D::RRSPContrib, 103, "Contributions", 0), "isExclude", "1");
-    set(AddItem(m, nullptr, chart, D::TFSA, -105, "TFSA", 20000), "OwnerID", "2");
-    set(AddItem(m, nullptr, chart, D::CorpShares, 106, "Class A", 0), "ShareCount", "100");
-    set(AddItem(m, nullptr, chart, D::SharesHeld, 107, "Held", 0), "ShareClassID", "106");
-    set(AddItem(m, nullptr, chart, D::CapitalBenef, 108, "Capital", 0), "BenefKey", "77");
+    set(D::CorpShares, 107, "ShareCount", "100");
+    set(D::SharesHeld, 108, "ShareClassID", "107");
+    set(D::CapitalBenef, 109, "BenefKey", "77");
     for (const auto& item : m.Items()) item->DecodeSpecProps();
-
-    m.ToDo.push_back({1, 2, "Call", "Clients", "Ask | again", 45123.25, true});
-    m.Texts = {"CGRate=0.5", "PortGrowCoefs=1;2.5;x"};
-    m.Strategy().Values = {"WDORDER=1,2"};
-    m.TypedRecords.push_back({7, "kept"});
     m.SmallLists = {{{1, {2, 3}}, {200, {0, 0}}}, {}};
-    m.Residences.push_back({1, "Home", 650000});
-    m.SettingsBlock[0] = 7;
 }
-
 
 void Write(const char* const* argv) {
     const fs::path out = argv[0];
