@@ -29,6 +29,7 @@
 #include "items/KvFnClassRegistry.h"
 #include "items/KvPTTools.h"
 #include "items/KvfnBalance.h"
+#include "BalanceFixture.h"
 #include "ModelTestUtil.h"
 #include "model/KvFnModelData.h"
 
@@ -203,21 +204,7 @@ void Write(const char* const* argv) {
     empty.Save(dir + "/empty");
 
     kv::TBalance b;
-    b.Date = 45290.75;
-    b.FirstYear = 2024;
-    b.AddPartyID(0, 1, "Anne Roy");
-    b.AddPartyID(17, 2, "Marc Roy");
-    b.AddPartyID(33, 99, "Unknown");
-    b.Items(4).push_back({7001});
-    b.Items(6).push_back({7002});
-    auto& cash = b.Add("Cash", "Bank accounts");
-    auto& d1 = cash.FindOrAdd(45000);
-    d1.Add(10, 100);
-    d1.Add(11, -40);
-    d1.AddFinItem(7001, 60, 1);
-    cash.FindOrAdd(45200).Add(10, 150);
-    cash.FindOrAdd(45400).Add(10, -50);
-    b.Add("Debt").FindOrAdd(45400).Add(20, -20);
+    kvtest::FillBalance(b);
     b.Save(dir + "/accounts");
 }
 

@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "AllocLimit.h"
+#include "BalanceFixture.h"
 #include "KvErrors.h"
 #include "KvSettings.h"
 #include "TestFiles.h"
@@ -72,18 +73,7 @@ struct Corpus {
     Corpus() {
         tessary::WriteDemoData(Demo.string());
         kv::TBalance b;
-        b.Date = 45290.75;
-        b.FirstYear = 2024;
-        b.AddPartyID(0, 1, "Marie Tremblay");
-        b.AddPartyID(17, 2, "Luc Tremblay");
-        b.Items(4).push_back({101});
-        auto& cash = b.Add("Cash", "Bank accounts");
-        auto& d = cash.FindOrAdd(45000);
-        d.Add(10, 100);
-        d.Add(11, -40);
-        d.AddFinItem(101, 60, 1);
-        cash.FindOrAdd(45200).Add(10, 150);
-        b.Add("Debt").FindOrAdd(45400).Add(20, -20);
+        kvtest::FillBalance(b);
         b.Save(Balance.string());
     }
     ~Corpus() {
