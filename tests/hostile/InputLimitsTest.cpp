@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <string>
 #include <vector>
@@ -15,6 +14,7 @@
 
 #include "KvErrors.h"
 #include "KvSettings.h"
+#include "TestFiles.h"
 #include "catalogue/KvCatalogueFixture.h"
 #include "catalogue/KvFnModels.h"
 #include "catalogue/KvFnProjHdr.h"
@@ -29,18 +29,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-struct TempDir {
-    fs::path Path;
-    TempDir() {
-        std::string tmpl = (fs::temp_directory_path() / "tessary-limits-XXXXXX").string();
-        if (!::mkdtemp(tmpl.data())) throw std::runtime_error("mkdtemp failed");
-        Path = tmpl;
-    }
-    ~TempDir() {
-        std::error_code ec;
-        fs::remove_all(Path, ec);
-    }
-};
+using kvtest::TempDir;
 
 // The message of the library error f throws, or "" when it throws none.
 std::string ErrorOf(const std::function<void()>& f) {
@@ -50,16 +39,6 @@ std::string ErrorOf(const std::function<void()>& f) {
         return e.what();
     }
     return "";
-}
-
-std::vector<char> ReadAll(const fs::path& p) {
-    std::ifstream f(p, std::ios::binary);
-    return {std::istreambuf_iterator<char>(f), {}};
-}
-
-void WriteAll(const fs::path& p, const std::vector<char>& b) {
-    std::ofstream f(p, std::ios::binary | std::ios::trunc);
-    f.write(b.data(), static_cast<std::streamsize>(b.size()));
 }
 
 // ------------------------------------------------------------ special files
@@ -81,11 +60,11 @@ class SpecialFiles : public ::testing::TestWithParam<SpecialCase> {};
 TEST_P(SpecialFiles, AreRefusedByName) {
     const SpecialCase& c = GetParam();
     TempDir root;
-    tessary::WriteDemoData(root.Path.string());
+    tessary::WriteDemoData(root.Path().string());
     kv::ProgramSettings().ClientFileKey = tessary::kDemoClientKey;   // the listing reads the protected one too
-    const fs::path data = root.Path / "Meridel" / "Data";
-    const fs::path core = root.Path / "Meridel" / "Core";
-    const fs::path target = root.Path / c.Target;
+    const fs::path data = root.Path() / "Meridel" / "Data";
+    const fs::path core = root.Path() / "Meridel" / "Core";
+    const fs::path target = root.Path() / c.Target;
     fs::remove(target);
     if (target.filename() == "~FinItems.dat") fs::remove(target.parent_path() / "FinItems.dat");
     switch (c.Kind) {
@@ -137,7 +116,7 @@ fs::path ClientWithSeed(const fs::path& base, std::size_t n) {
     clientFile.KeySeed = std::string(std::min(n, kv::MaxKeySeedBytes), 'k');
     const fs::path header = kv::WriteClientFolder(base.string(), "md_db1", 0, clientFile);
     if (n > kv::MaxKeySeedBytes) {
-        std::vector<char> b = ReadAll(header);
+        kvtest::Bytes b = kvtest::ReadBytes(header);
         const std::size_t record2 = 1 + std::size_t(static_cast<unsigned char>(b[0]));   // after record 1 (ShortStr)
         const auto at = std::search(b.begin(), b.end(), clientFile.KeySeed.begin(), clientFile.KeySeed.end());
         b.insert(at, n - kv::MaxKeySeedBytes, 'k');
@@ -145,7 +124,7 @@ fs::path ClientWithSeed(const fs::path& base, std::size_t n) {
         std::memcpy(&length, b.data() + record2, 4);
         length += std::int32_t(n - kv::MaxKeySeedBytes);
         std::memcpy(b.data() + record2, &length, 4);
-        WriteAll(header, b);
+        kvtest::WriteBytes(header, b);
     }
     return header;
 }
@@ -155,8 +134,8 @@ TEST(KeySeeds, UpToTheLimitLoadBeyondItAreRefused) {
     for (std::size_t n : {std::size_t(0), std::size_t(40), kv::MaxKeySeedBytes, kv::MaxKeySeedBytes + 1,
                           std::size_t(100) << 10}) {
         TempDir dir;
-        const fs::path header = ClientWithSeed(dir.Path, n);
-        kv::TProjHdr hdr(0, kv::ModelsFileName, "md_db1", dir.Path.string());
+        const fs::path header = ClientWithSeed(dir.Path(), n);
+        kv::TProjHdr hdr(0, kv::ModelsFileName, "md_db1", dir.Path().string());
         std::string error;
         kv::TModelLists lists;
         error = ErrorOf([&] { lists = hdr.Load(true); });
@@ -207,13 +186,13 @@ TEST(ClientFolderNames, HoldNothingThatSomePlatformRefuses) {
         TempDir dir;
         kv::TClientFileSpec clientFile;
         clientFile.Name = c.name;
-        kv::WriteClientFolder(dir.Path.string(), "md_db1", 0, clientFile);
-        kv::TProjHdrLst list(dir.Path.string(), "", 0);
+        kv::WriteClientFolder(dir.Path().string(), "md_db1", 0, clientFile);
+        kv::TProjHdrLst list(dir.Path().string(), "", 0);
         list.Load(false);
         ASSERT_EQ(list.Count(), 1);
         EXPECT_EQ(list.Get(0).Name, c.name);
         EXPECT_EQ(list.Get(0).Folder, std::string(c.folder) + "/");
-        EXPECT_TRUE(fs::is_directory(dir.Path / c.folder)) << c.folder;
+        EXPECT_TRUE(fs::is_directory(dir.Path() / c.folder)) << c.folder;
     }
 }
 

@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "KvSettings.h"
+#include "TestFiles.h"
 #include "catalogue/KvFnModels.h"
 #include "demo/DemoData.h"
 #include "import/ImportSession.h"
@@ -28,23 +29,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Relative path -> a file's bytes, or "dir" for a folder. The demo data is
-// small enough to keep whole.
 using Snapshot = std::map<std::string, std::string>;
-
-Snapshot Take(const fs::path& root) {
-    Snapshot s;
-    for (const auto& e : fs::recursive_directory_iterator(root)) {
-        const std::string rel = fs::relative(e.path(), root).string();
-        if (e.is_directory()) {
-            s[rel] = "dir";
-        } else {
-            std::ifstream f(e.path(), std::ios::binary);
-            s[rel].assign(std::istreambuf_iterator<char>(f), {});
-        }
-    }
-    return s;
-}
+constexpr auto Take = kvtest::TreeDigest;
 
 // Every file and folder read-only (true) or writable again (false).
 void SetWritable(const fs::path& root, bool writable) {

@@ -46,16 +46,6 @@ TEST(CatalogueScan, EmptyOrMissingDataDirectoryGivesNoClientFiles) {
     EXPECT_TRUE(cattest::TopLevel(dir.Path()).empty());
 }
 
-TEST(CatalogueScan, PrefixFollowsTheProductKind) {
-    const std::vector<std::pair<int, std::string>> cases = {{0, "md_"}, {1, "bs_"}, {2, "qr_"}, {3, "md_"}, {4, "md_"}, {255, "md_"}};
-    for (const auto& [kind, prefix] : cases) {
-        EXPECT_EQ(kv::KindPrefix(std::uint8_t(kind)), prefix);
-        kv::TProjHdrLst l("/x", "", std::uint8_t(kind));
-        EXPECT_EQ(l.Prefix(), prefix);
-        EXPECT_EQ(l.DataDir(), "/x/");
-    }
-}
-
 TEST(CatalogueScan, LegacyFolderTakesFirstFreeNumberThenTheClientName) {
     TempDir dir;
     Client(dir, "md_db1", "First");
@@ -65,7 +55,6 @@ TEST(CatalogueScan, LegacyFolderTakesFirstFreeNumberThenTheClientName) {
     l.Load(false);
     EXPECT_EQ(cattest::TopLevel(dir.Path()), (std::vector<std::string>{"md_db1_First", "md_db2_Seventh"}));
     EXPECT_EQ(Names(l), (std::vector<std::string>{"First", "Seventh"}));
-    EXPECT_EQ(Folders(l), (std::vector<std::string>{"md_db1_First/", "md_db2_Seventh/"}));
     EXPECT_EQ(l.Get(1).HeaderPath, dir.Dir() + "md_db2_Seventh/Models.dat");
     // Nothing but the two renames changed: every file and folder is there, byte for byte.
     EXPECT_EQ(cattest::TreeDigest(dir.Path()),
@@ -153,20 +142,6 @@ TEST(CatalogueScan, AFailedRenameIsIgnored) {
     EXPECT_EQ(cattest::TreeDigest(dir.Path()), cattest::Renamed(before, {{"md_db2", "md_db2_Short"}}));
 }
 
-TEST(CatalogueScan, ReadOnlyDataDirectoryIsListedAsItIs) {
-    if (::geteuid() == 0) GTEST_SKIP() << "permissions do not stop root; AFailedRenameIsIgnored covers the failure";
-    TempDir dir;
-    Client(dir, "db3", "Legacy");
-    Client(dir, "md_db1", "Named");
-    const auto before = cattest::TreeDigest(dir.Path());
-    fs::permissions(dir.Path(), fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write,
-                    fs::perm_options::remove);
-    kv::TProjHdrLst l(dir.Dir(), "", 0);
-    EXPECT_NO_THROW(l.Load(true));
-    EXPECT_EQ(Names(l), (std::vector<std::string>{"Named"}));
-    EXPECT_EQ(cattest::TreeDigest(dir.Path()), before);
-}
-
 TEST(CatalogueScan, ListingOrderIgnoresAsciiCase) {
     TempDir dir;
     const std::vector<std::pair<std::string, std::string>> folders = {
@@ -178,16 +153,6 @@ TEST(CatalogueScan, ListingOrderIgnoresAsciiCase) {
     // with letters lowered (as strcasecmp does), "_" comes before every letter.
     EXPECT_EQ(Folders(l),
               (std::vector<std::string>{"md_db1_one/", "Md_db__/", "MD_DBa_alpha/", "md_dbB_beta/", "md_dbZ_zed/"}));
-}
-
-TEST(CatalogueScan, NamesThatCannotBeFolderNamesAreSanitised) {
-    TempDir dir;
-    Client(dir, "md_db1", "A/B Holdings");
-    Client(dir, "md_db2_old_name", "New");
-    kv::TProjHdrLst l(dir.Dir(), "", 0);
-    l.Load(true);
-    EXPECT_EQ(cattest::TopLevel(dir.Path()), (std::vector<std::string>{"md_db1_A_B Holdings", "md_db2_New"}));
-    EXPECT_EQ(Names(l), (std::vector<std::string>{"A/B Holdings", "New"}));
 }
 
 TEST(CatalogueScan, AHeaderThatCannotBeReadFailsTheLoadNamingTheFile) {
@@ -270,56 +235,6 @@ TEST(CatalogueScan, AlternateDirectoryCopyIsReadUnlessForbidden) {
     EXPECT_EQ(Names(l), (std::vector<std::string>{"Underscore", "Carl"}));
     l.Load(false);
     EXPECT_EQ(Names(l), (std::vector<std::string>{"Carl"}));
-}
-
-TEST(CatalogueScan, FindByNameNewDirNameAndSaveOne) {
-    TempDir dir;
-    Client(dir, "qr_db1_Trust", "Trust", 2);
-    Client(dir, "qr_db3", "Three", 2);
-    cattest::WriteBytes(dir.Path() / "QR_DB2", {1});  // a file still takes its number
-    kv::TProjHdrLst l(dir.Dir(), "", 2);
-    l.Load(true);
-    ASSERT_NE(l.FindByName("Three"), nullptr);
-    EXPECT_EQ(l.FindByName("Three")->Folder, "qr_db3_Three/");
-    EXPECT_EQ(l.FindByName("three"), nullptr);
-    EXPECT_EQ(l.NewDirName(), "qr_db4");
-
-    kv::TProjHdr h(2, kv::ModelsFileName, l.NewDirName(), l.DataDir());
-    h.Name = "Fresh";
-    h.ID = 5;
-    kv::TModels main(h.BaseDir, "Main", h.Folder), needs(h.BaseDir, "Needs", h.Folder);
-    main.Add().Name = "Only";
-    l.SaveOne(h, main, needs);
-    l.Load(true);
-    EXPECT_EQ(Names(l), (std::vector<std::string>{"Trust", "Three", "Fresh"}));
-    EXPECT_EQ(l.NewDirName(), "qr_db5");
-    EXPECT_THROW(l.Get(3), kv::EListError);
-    l.Clear();
-    EXPECT_EQ(l.Count(), 0);
-}
-
-TEST(CatalogueScan, LoadedListsComeFromTheCatalogueHeader) {
-    cattest::SettingsGuard guard;
-    TempDir dir;
-    kv::TClientFileSpec clientFile;
-    clientFile.Name = "Hidden";
-    clientFile.HideNames = true;
-    clientFile.Solutions = 3;
-    clientFile.NeedsSolutions = 2;
-    kv::WriteClientFolder(dir.Dir(), "md_db1_Hidden", 0, clientFile);
-    kv::TProjHdrLst l(dir.Dir(), "", 0);
-    l.Load(true);
-    ASSERT_EQ(l.Count(), 1);
-    kv::TModelLists lists = l.Get(0).Load(true);
-    ASSERT_EQ(lists.Main->Count(), 3);
-    ASSERT_EQ(lists.Needs->Count(), 2);
-    EXPECT_EQ(lists.Main->DisplayName(2), "*Solution #3*");
-    EXPECT_EQ(lists.Main->Get(2).Name, "Solution 3");
-    EXPECT_EQ(lists.Main->Path(2), dir.Dir() + "md_db1_Hidden/Main2/");
-    EXPECT_EQ(lists.Needs->Path(1), dir.Dir() + "md_db1_Hidden/Needs1/");
-    for (std::int32_t i = 0; i < 3; ++i) EXPECT_TRUE(fs::is_directory(lists.Main->Path(i)));
-    kv::ProgramSettings().ShowHiddenNames = true;
-    EXPECT_EQ(lists.Main->DisplayName(2), "Solution 3");
 }
 
 } // namespace

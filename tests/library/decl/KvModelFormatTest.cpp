@@ -24,19 +24,8 @@ TEST(decl_ModelFormat, WritesFloats)
         const char* Text;
     };
     const Case Cases[] = {
-        {1500, "1500"},
-        {250.5, "250.5"},
-        {0.1, "0.1"},
-        {-2.25, "-2.25"},
-        {1e-05, "1e-05"},
-        {1e20, "1e+20"},
-        {123456, "123456"},
-        {0.0, "0"},
-        {-0.0, "-0"},
-        {kNaN, "nan"},
-        {-kNaN, "nan"},
-        {kInf, "inf"},
-        {-kInf, "-inf"},
+        {1500, "1500"}, {250.5, "250.5"}, {0.1, "0.1"}, {-2.25, "-2.25"}, {1e-05, "1e-05"}, {1e20, "1e+20"},
+        {123456, "123456"}, {0.0, "0"}, {-0.0, "-0"}, {kNaN, "nan"}, {-kNaN, "nan"}, {kInf, "inf"}, {-kInf, "-inf"},
     };
     for (const auto& C : Cases) {
         SCOPED_TRACE(C.Text);
@@ -50,9 +39,7 @@ TEST(decl_ModelFormat, FloatRoundTripKeepsEveryBit)
         0.1,
         0.1 + 0.2,
         1.0 / 3,
-        1e-05,
-        -0.0,
-        1e23,
+        1e-05, -0.0, 1e23,
         9007199254740993.0, // 2^53 + 1 rounds to 2^53
         std::numeric_limits<double>::denorm_min(),
         -std::numeric_limits<double>::denorm_min(),
@@ -60,8 +47,7 @@ TEST(decl_ModelFormat, FloatRoundTripKeepsEveryBit)
         std::nextafter(std::numeric_limits<double>::min(), 0.0), // largest denormal
         std::numeric_limits<double>::max(),
         std::numeric_limits<double>::lowest(),
-        kInf,
-        -kInf,
+        kInf, -kInf,
     };
     for (double V : Values) {
         std::string Text = FloatToModelText(V);
@@ -82,19 +68,8 @@ TEST(decl_ModelFormat, ReadsFloats)
         double Value;
     };
     const Case Cases[] = {
-        {"1500", 1500},
-        {"-2.5", -2.5},
-        {"1e-05", 1e-05},
-        {"1E20", 1e20},
-        {"1e+20", 1e20},
-        {"1.5E-3", 1.5e-3},
-        {".5", 0.5},
-        {"5.", 5},
-        {"007", 7},
-        {"inf", kInf},
-        {"-inf", -kInf},
-        {"INF", kInf},
-        {"Infinity", kInf},
+        {"1500", 1500}, {"-2.5", -2.5}, {"1e-05", 1e-05}, {"1E20", 1e20}, {"1e+20", 1e20}, {"1.5E-3", 1.5e-3},
+        {".5", 0.5}, {"5.", 5}, {"007", 7}, {"inf", kInf}, {"-inf", -kInf}, {"INF", kInf}, {"Infinity", kInf},
         {"4.94065645841247E-324", std::numeric_limits<double>::denorm_min()},
     };
     for (const auto& C : Cases) {
@@ -143,24 +118,10 @@ TEST(decl_ModelFormat, ReadsAndRejectsIntegers)
         int32_t Value;
     };
     const Case Cases[] = {
-        {"0", true, 0},
-        {"-0", true, 0},
-        {"2024", true, 2024},
-        {"-1", true, -1},
-        {"007", true, 7},
-        {"2147483647", true, 2147483647},
-        {"-2147483648", true, INT32_MIN},
-        {"", false, 0},
-        {"-", false, 0},
-        {"+1", false, 0},
-        {" 1", false, 0},
-        {"1 ", false, 0},
-        {"1.0", false, 0},
-        {"1e3", false, 0},
-        {"0x1", false, 0},
-        {"12a", false, 0},
-        {"2147483648", false, 0},
-        {"-2147483649", false, 0},
+        {"0", true, 0}, {"-0", true, 0}, {"2024", true, 2024}, {"-1", true, -1}, {"007", true, 7},
+        {"2147483647", true, 2147483647}, {"-2147483648", true, INT32_MIN}, {"", false, 0}, {"-", false, 0},
+        {"+1", false, 0}, {" 1", false, 0}, {"1 ", false, 0}, {"1.0", false, 0}, {"1e3", false, 0},
+        {"0x1", false, 0}, {"12a", false, 0}, {"2147483648", false, 0}, {"-2147483649", false, 0},
         {"99999999999999999999999", false, 0},
     };
     for (const auto& C : Cases) {

@@ -1,10 +1,8 @@
-// Helpers of the chart-of-accounts tests: a temp folder per test and a byte
-// writer that lays out "Entries.dat" by hand, independently of TEntries::Save,
-// so that a mistake shared by the library's reader and writer still shows.
+// Helpers of the chart-of-accounts tests: a temp folder per test and
+// "Entries.dat" laid out by hand, independently of TEntries::Save.
 #pragma once
 
 #include <cstdint>
-#include <cstring>
 #include <filesystem>
 #include <map>
 #include <optional>
@@ -23,38 +21,6 @@ protected:
     std::string Path(const std::string& name) const { return tmp_.File(name); }
     TempDir tmp_;
     const std::filesystem::path& dir_ = tmp_.Path();
-};
-
-// Little-endian bytes; Mark remembers where a named count starts.
-struct ByteWriter {
-    Bytes b;
-    std::map<std::string, std::size_t> marks;
-
-    void Mark(const std::string& name) { marks[name] = b.size(); }
-    void U8(std::uint8_t v) { b.push_back(v); }
-    void I32(std::int32_t v) {
-        for (int i = 0; i < 4; ++i) b.push_back(std::uint8_t(std::uint32_t(v) >> (8 * i)));
-    }
-    void F64(double v) {
-        std::uint64_t u;
-        std::memcpy(&u, &v, 8);
-        for (int i = 0; i < 8; ++i) b.push_back(std::uint8_t(u >> (8 * i)));
-    }
-    void Short(const std::string& s) {  // ASCII only
-        U8(std::uint8_t(s.size()));
-        b.insert(b.end(), s.begin(), s.end());
-    }
-    void Str(const std::string& s) {
-        I32(std::int32_t(s.size()));
-        b.insert(b.end(), s.begin(), s.end());
-    }
-    void StrX(const std::string& s) {  // below 255 bytes
-        U8(std::uint8_t(s.size()));
-        b.insert(b.end(), s.begin(), s.end());
-    }
-    void Patch(std::size_t at, std::int32_t v) {
-        for (int i = 0; i < 4; ++i) b[at + std::size_t(i)] = std::uint8_t(std::uint32_t(v) >> (8 * i));
-    }
 };
 
 struct RawEntry {

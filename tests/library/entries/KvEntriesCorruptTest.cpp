@@ -41,23 +41,6 @@ protected:
     }
 };
 
-TEST_F(EntriesCorrupt, TruncationAtEveryOffsetFails) {
-    for (const std::uint8_t kind : {0, 1}) {
-        SCOPED_TRACE(int(kind));
-        kv::MakeDemoChart(kind, "")->Save(Path("full.dat"));
-        const Bytes full = ReadBytes(Path("full.dat"));
-        ASSERT_GT(full.size(), 1000u);
-        for (std::size_t len = 0; len < full.size(); ++len) {
-            const std::string got = LoadKind(Bytes(full.begin(), full.begin() + std::ptrdiff_t(len)), kind);
-            // Cut right before the version: a complete older file.
-            if (len == full.size() - 4)
-                EXPECT_EQ(got, "") << len;
-            else
-                EXPECT_NE(got, "") << len;
-        }
-    }
-}
-
 TEST_F(EntriesCorrupt, BogusCountsFailBeforeAllocating) {
     RawChart c = Chart(2);
     c.tree1 = {{0, {}}};

@@ -2,10 +2,8 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -13,9 +11,9 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-namespace kvtest {
+#include "TestFiles.h"
 
-using Bytes = std::vector<std::uint8_t>;
+namespace kvtest {
 
 // Spaces are ignored, so tables can group bytes by field.
 inline Bytes FromHex(std::string hex) {
@@ -56,31 +54,12 @@ inline const nlohmann::json& Vectors(const std::string& section) {
     return s;
 }
 
-inline Bytes ReadAll(const std::filesystem::path& p) {
-    std::ifstream in(p, std::ios::binary);
-    return Bytes(std::istreambuf_iterator<char>(in), {});
-}
-
-inline void WriteAllBytes(const std::filesystem::path& p, const Bytes& b) {
-    std::ofstream out(p, std::ios::binary);
-    out.write(reinterpret_cast<const char*>(b.data()), std::streamsize(b.size()));
-}
-
 // A fresh directory per test, removed afterwards.
 class TempDirTest : public ::testing::Test {
 protected:
-    void SetUp() override {
-        std::string tmpl = (std::filesystem::temp_directory_path() / "tessary-files-XXXXXX").string();
-        if (!mkdtemp(tmpl.data())) FAIL() << "mkdtemp failed";
-        dir_ = tmpl;
-    }
-    void TearDown() override {
-        std::error_code ec;
-        std::filesystem::remove_all(dir_, ec);
-    }
-    std::string Path(const std::string& name) const { return (dir_ / name).string(); }
-
-    std::filesystem::path dir_;
+    std::string Path(const std::string& name) const { return tmp_.File(name); }
+    TempDir tmp_;
+    const std::filesystem::path& dir_ = tmp_.Path();
 };
 
 } // namespace kvtest

@@ -13,37 +13,10 @@ using namespace kvtest;
 
 namespace {
 
-// KDFx must not depend on Whirlpool; these run it over libcrypto's digests.
-class TEvpHash final : public THashFunction {
-public:
-    explicit TEvpHash(const std::string& name) : md_(EVP_MD_fetch(nullptr, name.c_str(), nullptr)) {
-        if (!md_) throw std::runtime_error("no digest " + name);
-    }
-    ~TEvpHash() override { EVP_MD_free(md_); }
-    std::size_t DigestSize() const override { return std::size_t(EVP_MD_get_size(md_)); }
-    void Hash(const std::uint8_t* data, std::size_t size, std::uint8_t* digest) const override {
-        unsigned int len = 0;
-        if (EVP_Digest(data, size, digest, &len, md_, nullptr) != 1) throw std::runtime_error("EVP_Digest");
-    }
-
-private:
-    EVP_MD* md_;
-};
-
 TEST(files_Kdfx, Whirlpool0Vectors) {
     for (const auto& v : Vectors("kdfx")) {
         SCOPED_TRACE(v.dump());
         const Bytes out = KDFx(FromHex(v.at("data_hex")), FromHex(v.at("seed_hex")), v.at("length"), v.at("index"));
-        EXPECT_EQ(ToHex(out), v.at("output_hex"));
-    }
-}
-
-TEST(files_Kdfx, OtherHashVectors) {
-    for (const auto& v : Vectors("kdfx_other_hashes")) {
-        SCOPED_TRACE(v.dump());
-        const TEvpHash hash(v.at("hash") == "sha1" ? "SHA1" : "SHA256");
-        const Bytes out =
-            KDFx(FromHex(v.at("data_hex")), FromHex(v.at("seed_hex")), v.at("length"), v.at("index"), hash);
         EXPECT_EQ(ToHex(out), v.at("output_hex"));
     }
 }

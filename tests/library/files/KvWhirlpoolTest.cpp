@@ -32,15 +32,6 @@ TEST(files_Whirlpool, Whirlpool0Vectors) {
     }
 }
 
-TEST(files_Whirlpool, OtherVariantsVectors) {
-    for (const auto& v : Vectors("whirlpool_variants")) {
-        const Bytes in = FromHex(v.at("input_hex"));
-        SCOPED_TRACE("input length " + std::to_string(in.size()));
-        EXPECT_EQ(Digest(EWhirlpoolVariant::WhirlpoolT, in), v.at("whirlpool_t_hex"));
-        EXPECT_EQ(Digest(EWhirlpoolVariant::Iso, in), v.at("whirlpool_iso_hex"));
-    }
-}
-
 TEST(files_Whirlpool, FinalResetsForTheNextMessage) {
     TWhirlpool h;
     h.Update("garbage", 7);

@@ -5,6 +5,7 @@
 
 #include <ostream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "KvSettings.h"
@@ -42,28 +43,10 @@ const Name kDigits{"0123456789ABCDEF", "zvf8E6OBgJNv+iY1SJCId43YzweXi/FdfGArobWT
 
 constexpr std::int32_t kValueEntry = 5555;   // a value child's entry (kind code -1)
 
-// Little-endian primitives of the record files, written from the format.
-struct Out {
-    std::vector<std::uint8_t> b;
-    bool enciphered = false;   // names and texts stored enciphered
+// Names and texts stored plainly or enciphered.
+struct Out : ByteWriter {
+    bool enciphered = false;
 
-    void U8(std::uint8_t v) { b.push_back(v); }
-    void I32(std::int32_t v) { Raw(&v, 4); }
-    void I64(std::int64_t v) { Raw(&v, 8); }
-    void F64(double v) { Raw(&v, 8); }
-    void U16(std::uint16_t v) { Raw(&v, 2); }
-    void Raw(const void* p, std::size_t n) {   // the test host is little-endian, as the format
-        const auto* c = static_cast<const std::uint8_t*>(p);
-        b.insert(b.end(), c, c + n);
-    }
-    void Bytes(const std::string& s) { b.insert(b.end(), s.begin(), s.end()); }
-    void Short(const std::string& s) { U8(std::uint8_t(s.size())); Bytes(s); }
-    void Str(const std::string& s) { I32(std::int32_t(s.size())); Bytes(s); }
-    void NumX(std::uint32_t v) {
-        if (v < 255) return U8(std::uint8_t(v));
-        U8(255); U8(std::uint8_t(v)); U8(std::uint8_t(v >> 8)); U8(std::uint8_t(v >> 16));
-    }
-    void StrX(const std::string& s) { NumX(std::uint32_t(s.size())); Bytes(s); }
     void Name(const ::Name& n) { enciphered ? Str(n.cipher) : Short(n.ansi); }
     // Unpadded enciphered texts: the cipher itself is covered by its vectors.
     void Text(const std::string& s) {
@@ -234,11 +217,8 @@ TEST_P(FinItemsGolden, ReadsEveryFieldAsLaidOut) {
 
     EXPECT_EQ(m->Layout(), c.sectioned ? kv::TFileLayout::Sectioned : kv::TFileLayout::Sequential);
     EXPECT_EQ(m->Version(), c.version);
-    EXPECT_EQ(m->Header.Values[0], 1.5);
-    EXPECT_EQ(m->Header.Values[2], -3);
-    EXPECT_EQ(m->Header.Title, "Retirement plan");
-    EXPECT_EQ(m->Header.Text, "Plan notes");
-    EXPECT_EQ(m->Header.Date, c.sectioned ? 45123 : 0);
+    EXPECT_EQ(std::tuple(m->Header.Values[0], m->Header.Values[2], m->Header.Title, m->Header.Text, m->Header.Date),
+              std::tuple(1.5, -3.0, "Retirement plan", "Plan notes", c.sectioned ? 45123.0 : 0.0));
     EXPECT_EQ(s.entries->FindGroup(2)->Value, 31560);
     EXPECT_EQ(s.entries->FindGroup(1)->Value, -42);
 
@@ -254,22 +234,16 @@ TEST_P(FinItemsGolden, ReadsEveryFieldAsLaidOut) {
     EXPECT_STREQ(p2.ClassName(), "TCorporation");
     EXPECT_EQ(p2.FullName(), "John Q. Public! M\xC3\xBCller & S\xC3\xB6hne \xE2\x80\x93 1 000 \xE2\x82\xAC");
     EXPECT_EQ(p2.BenefKey, 77);             // row 0, position 0
-    EXPECT_EQ(p2.ThirdName, "third");
-    EXPECT_EQ(p2.Date12, 43000);
+    EXPECT_EQ(std::tuple(p2.ThirdName, p2.Date12, p2.Code14, p2.Texts15[1]), std::tuple("third", 43000.0, 14, "s15b"));
     EXPECT_TRUE(p2.Flag11 && p2.Flags13[1] && !p2.Flags13[2]);
-    EXPECT_EQ(p2.Code14, 14);
-    EXPECT_EQ(p2.Texts15[1], "s15b");
 
     ASSERT_EQ(m->Count(), 1);
     const auto* rrsp = dynamic_cast<const kv::TRRSP*>(m->Get(0));
     ASSERT_NE(rrsp, nullptr);
     EXPECT_EQ(rrsp->ID, 17);
     EXPECT_EQ(rrsp->Name, c.enciphered ? "Smith" : "Smith|Jones & Partners");
-    EXPECT_EQ(rrsp->Date1, 45000);
-    EXPECT_EQ(rrsp->Date2, 46000);
-    EXPECT_EQ(rrsp->Value, 123456.78);
-    EXPECT_EQ(rrsp->Code, 7);
-    EXPECT_EQ(rrsp->Text, "statement");
+    EXPECT_EQ(std::tuple(rrsp->Date1, rrsp->Date2, rrsp->Value, rrsp->Code, rrsp->Text),
+              std::tuple(45000.0, 46000.0, 123456.78, 7, "statement"));
     ASSERT_TRUE(rrsp->Shares);
     ASSERT_EQ(rrsp->Shares->Count(), 3);
     EXPECT_EQ(rrsp->Shares->Items[0].Party, m->GetParticipantByID(1));
@@ -287,22 +261,14 @@ TEST_P(FinItemsGolden, ReadsEveryFieldAsLaidOut) {
     ASSERT_EQ(rrsp->Pays.size(), 2u);
     const kv::TPay& a = rrsp->Pays[0];
     const kv::TPay& b = rrsp->Pays[1];
-    EXPECT_EQ(a.Value, 1500.5);
-    EXPECT_EQ(a.Kind, 3);
-    EXPECT_EQ(a.Int1, 2026);
-    EXPECT_EQ(a.Value2, 0.25);
-    EXPECT_EQ(a.Code, 0x0102);
-    EXPECT_EQ(a.Text, "monthly");
+    EXPECT_EQ(std::tuple(a.Value, a.Kind, a.Int1, a.Value2, a.Code, a.Text),
+              std::tuple(1500.5, 3, 2026, 0.25, 0x0102, "monthly"));
     ASSERT_EQ(a.Payers.size(), 2u);
     EXPECT_EQ(a.Payers[0].Party, m->GetParticipantByID(1));
     EXPECT_EQ(a.Payers[0].Code, 0.6);
     EXPECT_EQ(a.Payers[1].PartyID, 2);
     EXPECT_EQ(a.Payers[1].Code, 0.4);
-    EXPECT_EQ(b.Value, 2000);
-    EXPECT_EQ(b.Kind, 4);
-    EXPECT_EQ(b.Int1, 2027);
-    EXPECT_EQ(b.Code, 0x00FF);
-    EXPECT_EQ(b.Text, "");
+    EXPECT_EQ(std::tuple(b.Value, b.Kind, b.Int1, b.Code, b.Text), std::tuple(2000.0, 4, 2027, 0x00FF, ""));
     ASSERT_EQ(b.Payers.size(), 1u);
     EXPECT_EQ(b.Payers[0].Party, &p2);
     EXPECT_EQ(b.Payers[0].Code, 1.0);
@@ -320,19 +286,14 @@ TEST_P(FinItemsGolden, ReadsEveryFieldAsLaidOut) {
     EXPECT_EQ(m->HighestItemID(), 205);
 
     ASSERT_EQ(m->ToDo.size(), 1u);
-    EXPECT_EQ(m->ToDo[0].ID, 5);
-    EXPECT_EQ(m->ToDo[0].Kind, 2);
-    EXPECT_EQ(m->ToDo[0].Title, "Call client");
-    EXPECT_EQ(m->ToDo[0].Category, "Review");
-    EXPECT_EQ(m->ToDo[0].Text, "Bring statements");
-    EXPECT_EQ(m->ToDo[0].Due, 45200.5);
-    EXPECT_TRUE(m->ToDo[0].Done);
+    const auto& t = m->ToDo[0];
+    EXPECT_EQ(std::tuple(t.ID, t.Kind, t.Title, t.Category, t.Text, t.Due, t.Done),
+              std::tuple(5, 2, "Call client", "Review", "Bring statements", 45200.5, true));
     EXPECT_EQ(m->Texts, (std::vector<std::string>{"CGRate=66.67", "Other=x"}));
     EXPECT_EQ(m->SettingFloat("CGRate", 0), 66.67);
     EXPECT_EQ(m->Strategy().Values, std::vector<std::string>{"Order=RRSP;TFSA"});
     ASSERT_EQ(m->TypedRecords.size(), 1u);
-    EXPECT_EQ(m->TypedRecords[0].ClassCode, 9);
-    EXPECT_EQ(m->TypedRecords[0].Data, "typed data");
+    EXPECT_EQ(std::tuple(m->TypedRecords[0].ClassCode, m->TypedRecords[0].Data), std::tuple(9, "typed data"));
     ASSERT_EQ(m->SmallLists.size(), 3u);
     ASSERT_EQ(m->SmallLists[0].size(), 1u);
     EXPECT_EQ(m->SmallLists[0][0].Code, 5);
@@ -341,9 +302,8 @@ TEST_P(FinItemsGolden, ReadsEveryFieldAsLaidOut) {
     EXPECT_EQ(m->SmallLists[1][0].Code, 150);
     EXPECT_TRUE(m->SmallLists[2].empty());
     ASSERT_EQ(m->Residences.size(), 1u);
-    EXPECT_EQ(m->Residences[0].ID, 3);
-    EXPECT_EQ(m->Residences[0].Name, "Home");
-    EXPECT_EQ(m->Residences[0].Value, 650000);
+    EXPECT_EQ(std::tuple(m->Residences[0].ID, m->Residences[0].Name, m->Residences[0].Value),
+              std::tuple(3, "Home", 650000.0));
     EXPECT_EQ(m->SettingsBlock[1], 7);
     EXPECT_EQ(m->SettingsBlock[1047], std::uint8_t(1047 * 7));
 }

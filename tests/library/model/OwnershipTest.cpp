@@ -135,14 +135,6 @@ TEST_F(Ownership, ImportSearchKeepsPreOrderAndSkipsExcludedItems) {
     EXPECT_EQ(Owned(2), (std::vector<std::int32_t>{13}));
     EXPECT_EQ(kv::FindByEntryIDOwned(*loaded, kv::kImportEntryIDs, 0, 2)->ID, 13);
     EXPECT_EQ(kv::FindByEntryIDOwned(*loaded, kv::kImportEntryIDs, 0, 77), nullptr);
-
-    kv::TItemRefs both;
-    const std::int32_t parties[] = {2, 1};
-    kv::FindByEntryIDOwnedX(*loaded, &both, kv::kImportEntryIDs, 0, parties);
-    EXPECT_EQ(both.size(), 4u);
-    const std::int32_t nobody[] = {42};
-    kv::FindByEntryIDOwnedX(*loaded, &both, kv::kImportEntryIDs, 0, nobody);
-    EXPECT_TRUE(both.empty());
 }
 
 TEST_F(Ownership, ListTestSwitches) {

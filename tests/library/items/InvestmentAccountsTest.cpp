@@ -1,5 +1,6 @@
 // Investment accounts decoded from files written to disk by another writer:
 // plain base records carrying raw property strings under the accounts' entries.
+// Withdrawal rates are checked at the rules' edges, not row by row.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -79,35 +80,17 @@ struct DecodeCase {
 
 TEST_F(Accounts, PropertiesDecodeWithTheirDefaults) {
     const DecodeCase cases[] = {
-        {D::NonReg, nullptr, [](kv::TFinItem& i) { return dynamic_cast<kv::TPortfolio&>(i).Rate; }, -1},
         {D::NonReg, "RATE=abc", [](kv::TFinItem& i) { return dynamic_cast<kv::TPortfolio&>(i).Rate; }, -1},
         {D::NonReg, "RATE=4.5", [](kv::TFinItem& i) { return dynamic_cast<kv::TPortfolio&>(i).Rate; }, 4.5},
-        {D::NonReg, "RATE=-1e-05", [](kv::TFinItem& i) { return dynamic_cast<kv::TPortfolio&>(i).Rate; }, -1e-05},
-        {D::NonReg, nullptr, [](kv::TFinItem& i) { return dynamic_cast<kv::TPortfolio&>(i).IsBankingAccount(); }, 0},
         {D::NonReg, "IsBankingAccount=7", [](kv::TFinItem& i) { return dynamic_cast<kv::TPortfolio&>(i).IsBankingAccount(); }, 1},
-        {D::NonReg, "IsBankingAccount=x", [](kv::TFinItem& i) { return dynamic_cast<kv::TPortfolio&>(i).IsBankingAccount(); }, 0},
         {D::NonReg, "DEDUCTFEEFROMACC=Yes", [](kv::TFinItem& i) { return dynamic_cast<kv::TPortfolio&>(i).DeductFeeFromAcc; }, 1},
         {D::NonReg, "DEDUCTFEEFROMACC=yes", [](kv::TFinItem& i) { return dynamic_cast<kv::TPortfolio&>(i).DeductFeeFromAcc; }, 0},
-        {D::NonReg, "DEDUCTFEEFROMACC=1", [](kv::TFinItem& i) { return dynamic_cast<kv::TPortfolio&>(i).DeductFeeFromAcc; }, 0},
-        {D::NonReg, nullptr, [](kv::TFinItem& i) { return dynamic_cast<kv::TPortfolioBase&>(i).AddFeesFlat; }, 1},
         {D::NonReg, nullptr, [](kv::TFinItem& i) { return dynamic_cast<kv::TPortfolioBase&>(i).StatementDate; }, 46000},
-        {D::NonReg, "StatementDate=45000.5", [](kv::TFinItem& i) { return dynamic_cast<kv::TPortfolioBase&>(i).StatementDate; }, 45000.5},
-        {D::InvestAccount, nullptr, [](kv::TFinItem& i) { return dynamic_cast<kv::TPortfolioX&>(i).LiquidateInYear; }, -1},
-        {D::InvestAccount, "TransferFromMD=1", [](kv::TFinItem& i) { return dynamic_cast<kv::TPortfolioX&>(i).TransferFromMD; }, 1},
         {D::InvestAccount, "TransferFromMD=Yes", [](kv::TFinItem& i) { return dynamic_cast<kv::TPortfolioX&>(i).TransferFromMD; }, 0},
-        {D::RRIF, nullptr, [](kv::TFinItem& i) { return dynamic_cast<kv::TRetPlan&>(i).UnlockAge; }, -1},
-        {D::RRIF, "PBSA=1", [](kv::TFinItem& i) { return dynamic_cast<kv::TRetPlan&>(i).PBSA; }, 1},
         {D::RRIF, "PBSA=Yes", [](kv::TFinItem& i) { return dynamic_cast<kv::TRetPlan&>(i).PBSA; }, 0},
-        {D::RRIF, "STARTYEAR=2031", [](kv::TFinItem& i) { return dynamic_cast<kv::TRetPlan&>(i).StartYear; }, 2031},
         {D::LIRA, nullptr, [](kv::TFinItem& i) { return dynamic_cast<kv::TLRIF&>(i).Province; }, -1},
-        {D::LIRA, "Province=9", [](kv::TFinItem& i) { return dynamic_cast<kv::TLRIF&>(i).Province; }, 9},
-        {D::RRSP, nullptr, [](kv::TFinItem& i) { return dynamic_cast<kv::TRRSP&>(i).RRSPType; }, 0},
-        {D::RRSP, "RRSPTYPE=2", [](kv::TFinItem& i) { return dynamic_cast<kv::TRRSP&>(i).RRSPType; }, 2},
         {D::RRSP, "lstRRSPUnusedLimit=2024:1500,2025:250.5", [](kv::TFinItem& i) { return dynamic_cast<kv::TRRSP&>(i).UnusedLimit.GetVal(2025); }, 250.5},
-        {D::BankAccount, "WDSTART=2030", [](kv::TFinItem& i) { return dynamic_cast<kv::TBankAccount&>(i).WDStart; }, 2030},
-        {D::CorpShares, "ShareCount=1000", [](kv::TFinItem& i) { return dynamic_cast<kv::TCorpShare&>(i).ShareCount; }, 1000},
         {D::CorpShares, "AsCommon=Yes", [](kv::TFinItem& i) { return dynamic_cast<kv::TCorpShare&>(i).AsCommon; }, 0},
-        {D::SharesHeld, "SharesHeld=12.5", [](kv::TFinItem& i) { return dynamic_cast<kv::TCCShares&>(i).SharesHeld; }, 12.5},
         {D::CapitalBenef, "CapitalPercent=40", [](kv::TFinItem& i) { return dynamic_cast<kv::TCapitalTrBenef&>(i).CapitalPercent; }, 40},
         {D::CapitalBenef, "CapitalPercent=40.5", [](kv::TFinItem& i) { return dynamic_cast<kv::TCapitalTrBenef&>(i).CapitalPercent; }, 0},
     };
@@ -145,15 +128,11 @@ TEST_F(Accounts, SettingsSurviveASaveOfTheirOwn) {
 TEST_F(Accounts, EveryEntryHasItsAccountKind) {
     struct Case { std::int32_t entry; const char* prop; kv::TAccountKind kind; };
     const Case cases[] = {
-        {D::NonReg, nullptr, kv::TAccountKind::NonReg},       {D::InvestAccount, nullptr, kv::TAccountKind::NonReg},
         {D::SegFund, nullptr, kv::TAccountKind::NonReg},      {D::TFSA, nullptr, kv::TAccountKind::TFSA},
-        {D::RRSP, nullptr, kv::TAccountKind::RRSP},           {D::RRSP, "RRSPTYPE=0", kv::TAccountKind::RRSP},
         {D::RRSP, "RRSPTYPE=1", kv::TAccountKind::LIRA},      {D::RRSP, "RRSPTYPE=2", kv::TAccountKind::RRSP},
-        {D::RRSP, "RRSPTYPE=3", kv::TAccountKind::RRSP},      {D::RRSP, "RRSPTYPE=x", kv::TAccountKind::RRSP},
-        {D::RRIF, nullptr, kv::TAccountKind::RRSP},           {D::LIRA, nullptr, kv::TAccountKind::LIRA},
-        {D::DCP, nullptr, kv::TAccountKind::DCP},             {D::LRIF, nullptr, kv::TAccountKind::DCP},
-        {D::BankAccount, nullptr, kv::TAccountKind::None},    {D::PrimaryPersonal, nullptr, kv::TAccountKind::None},
-        {D::SpousalRRSP, "RRSPTYPE=1", kv::TAccountKind::None}, {D::Residence, nullptr, kv::TAccountKind::None},
+        {D::RRSP, "RRSPTYPE=x", kv::TAccountKind::RRSP},      {D::RRIF, nullptr, kv::TAccountKind::RRSP},
+        {D::LRIF, nullptr, kv::TAccountKind::DCP},            {D::BankAccount, nullptr, kv::TAccountKind::None},
+        {D::SpousalRRSP, "RRSPTYPE=1", kv::TAccountKind::None},
     };
     int id = 1;
     for (const Case& c : cases) {
@@ -182,22 +161,16 @@ TEST_F(Accounts, MinimumWithdrawalRates) {
     auto rate = [&](int i, int age, int year) { return dynamic_cast<kv::TRetPlan&>(*loaded->Get(i)).CalcWDMinRate(age, year); };
     struct Case { int item, age, year; double want; };
     const Case cases[] = {
-        {0, 50, 2026, 1.0 / 40}, {0, 67, 2026, 1.0 / 23}, {0, 68, 2026, 0.0455}, {0, 95, 2026, 0.2},
-        {0, 96, 2026, 0.2},      {0, 71, 2020, 0.0528 * 0.75}, {0, 67, 2020, 0.75 / 23}, {0, 71, 2021, 0.0528},
+        {0, 67, 2026, 1.0 / 23}, {0, 68, 2026, 0.0455}, {0, 95, 2026, 0.2}, {0, 96, 2026, 0.2},
+        {0, 71, 2019, 0.0528}, {0, 71, 2020, 0.0528 * 0.75}, {0, 71, 2021, 0.0528},   // the 2020 year alone
         {1, 71, 2030, 0},        {1, 71, 2031, 0.0528},
-        {2, 50, 2026, 1.0 / 40}, {2, 51, 2026, 0.0256}, {2, 67, 2026, 0.0435}, {2, 40, 2026, 1.0 / 50},
-        {2, 96, 2026, 0.2},      {2, 120, 2026, 0.2},   {2, 71, 2020, 0.0528},   // no 2020 reduction
+        {2, 50, 2026, 1.0 / 40}, {2, 51, 2026, 0.0256}, {2, 120, 2026, 0.2}, {2, 71, 2020, 0.0528},   // no 2020 reduction
         {3, 67, 2026, 1.0 / 23}, {3, 71, 2020, 0.0528 * 0.75},
         {4, 70, 2029, 0},        {4, 70, 2030, 0.05},
         {5, 67, 2026, 0.0435},   {6, 67, 2026, 1.0 / 23},
         {7, 71, 2030, 0},        {8, 71, 2030, 0.0528},   // the annuity test is the LRIF's alone
     };
     for (const Case& c : cases) EXPECT_DOUBLE_EQ(rate(c.item, c.age, c.year), c.want) << c.item << " at " << c.age << " in " << c.year;
-
-    // A deferred profit-sharing plan follows the same ages without the 2020 reduction.
-    kv::TDPSP dpsp(nullptr, nullptr, 1);
-    EXPECT_DOUBLE_EQ(dpsp.CalcWDMinRate(71, 2020), 0.0528);
-    EXPECT_DOUBLE_EQ(dpsp.CalcWDMinRate(60, 2020), 1.0 / 30);
 }
 
 TEST_F(Accounts, RRSPLinksItsChildrenAfterLoading) {
@@ -248,43 +221,7 @@ TEST_F(Accounts, ContributorAndContributionYears) {
     }
 }
 
-TEST_F(Accounts, SpousalPlanWithoutPartnerIsContributedToByItsOwner) {
-    Person(1, 1, MidYear(1960));   // married, but alone in the plan
-    Raw(nullptr, D::RRSP, 1, {"OwnerID=1", "RRSPTYPE=2"});
-    Load();
-    EXPECT_EQ(Top<kv::TRRSP>(0).FindContributor()->ID, 1);
-}
-
-TEST_F(Accounts, DefaultConversionAndContributionNames) {
-    struct Case { std::int32_t entry; const char* type; const char* conv; std::int32_t want; };
-    const Case cases[] = {
-        {D::RRSP, "RRSPTYPE=1", "ConvertToType=2", 3}, {D::RRSP, "RRSPTYPE=3", "ConvertToType=2", 2},
-        {D::SpousalRRSP, "RRSPTYPE=1", "ConvertToType=0", 2}, {D::SpousalRRSP, "RRSPTYPE=3", "ConvertToType=1", 2},
-        {D::SpousalRRSP, "RRSPTYPE=0", "ConvertToType=0", 0}, {D::RRSP, "RRSPTYPE=3", "ConvertToType=1", 1},
-    };
-    int id = 1;
-    for (const Case& c : cases) Raw(nullptr, c.entry, id++, {c.type, c.conv});
-    auto* spousal = Raw(nullptr, D::RRSP, 50, {"RRSPTYPE=2"});
-    spousal->Name = "RRSP";
-    Raw(spousal, D::RRSPContrib, 51);
-    Raw(spousal, D::RRSPWithdraw, 52);
-    Load();
-    for (int i = 0; i < static_cast<int>(std::size(cases)); ++i) {
-        auto& r = Top<kv::TRRSP>(i);
-        r.SetDefaultConvertToType();
-        EXPECT_EQ(r.ConvertToType, cases[i].want) << i;
-    }
-    auto& sp = Top<kv::TRRSP>(static_cast<int>(std::size(cases)));
-    sp.SetDefConNames();
-    EXPECT_EQ(sp.Links[0]->Name, "Spousal RRSP contributions");
-    EXPECT_EQ(sp.Links[1]->Name, "Spousal % contributions");
-    kv::ProgramSettings().French = true;
-    sp.SetDefConNames();
-    EXPECT_EQ(sp.Links[0]->Name, "Contributions du conjoint en RRSP");
-    EXPECT_EQ(sp.Links[1]->Name, "Contributions du conjoint en %");
-}
-
-TEST_F(Accounts, ValuesByYearGroupNamesAndTransfers) {
+TEST_F(Accounts, ValuesByYear) {
     kv::TEntry& valueEntry = s.entries->AddEntry(5555, 0, "Values", 1);
     valueEntry.Ints[0] = kv::kValueChildKind;
     auto addValues = [&](kv::TFinItem* parent, std::int32_t id, std::initializer_list<std::pair<int, double>> years) {
@@ -299,46 +236,16 @@ TEST_F(Accounts, ValuesByYearGroupNamesAndTransfers) {
     };
     auto* nonReg = Raw(nullptr, D::NonReg, 1, {"NOWVAL=1234.5"});
     addValues(nonReg, 2, {{2026, 100}, {2027, 110}});
-    auto* rrsp = Raw(nullptr, D::RRSP, 3, {"TransEntries=2333"});
+    auto* rrsp = Raw(nullptr, D::RRSP, 3);
     addValues(rrsp, 4, {{2026, 1000}});
     auto* espp = Raw(rrsp, D::RRSPESPP, 5);
     addValues(espp, 6, {{2026, 50}, {2027, 60}});
-    auto* proj = Raw(nullptr, D::NonReg, 7, {"ProjValueItemID=8"});
-    addValues(proj, 9, {{2026, 1}});
-    addValues(nullptr, 8, {{2026, 777}});
-    Raw(nullptr, D::LIRA, 10, {"TransFromPension=1"});
-    Raw(nullptr, D::DCP, 11, {"TransFromPension=1", "ConvertToType=1", "TransEntries=1239"});
-    Raw(nullptr, D::TFSA, 12);
-    Raw(nullptr, D::BankAccount, 13);
-    Raw(nullptr, D::LRIF, 14);
     Load();
 
-    auto& port = Top<kv::TPortfolio>(0);
-    EXPECT_EQ(port.GetNowValue(false), 1234.5);
-    EXPECT_EQ(port.GetValueForYear(2027), 110);
-    EXPECT_EQ(port.GetValueForYear(2040), 0);
-    EXPECT_EQ(Top<kv::TPortfolio>(2).GetValueForYear(2026), 777);   // the projection item wins
     auto& r = Top<kv::TRRSP>(1);
     EXPECT_EQ(r.ValueInYear(2026), 1050);   // plus the share-purchase plan
     EXPECT_EQ(r.ValueInYear(2027), 60);
-    EXPECT_EQ(r.ESPPEntryID(), 6139);
-    EXPECT_EQ(Top<kv::TTFSA>(6).ESPPEntryID(), 6210);
-
-    EXPECT_EQ(r.GetTransItemsEntryIDs(false), "2333");
-    EXPECT_EQ(Top<kv::TLRIF>(4).GetTransItemsEntryIDs(false), "5098");
-    EXPECT_EQ(Top<kv::TLRIF>(4).GetTransItemsEntryIDs(true), "");
-    EXPECT_EQ(Top<kv::TDCP>(5).GetTransItemsEntryIDs(false), "1239");   // converts to another kind
-
-    EXPECT_EQ(r.ClassGroupName(), "RRSPs");
-    EXPECT_EQ(Top<kv::TTFSA>(6).ClassGroupName(), "TFSAs");
-    EXPECT_EQ(Top<kv::TDCP>(5).ClassGroupName(), "Defined contribution plans");
-    EXPECT_EQ(Top<kv::TBankAccount>(7).ClassGroupName(), "Bank account");
-
-    // Display mode 19 shows the beneficiaries panel for 2333, 1239, 1307, 1132 and 5098 only.
-    EXPECT_TRUE(r.ShowForMode(19));
-    EXPECT_TRUE(Top<kv::TRetPlan>(5).ShowForMode(19));
-    EXPECT_FALSE(Top<kv::TRetPlan>(8).ShowForMode(19));
-    EXPECT_TRUE(Top<kv::TRetPlan>(8).ShowForMode(3));
+    EXPECT_EQ(Top<kv::TPortfolio>(0).ValueInYear(2027), 110);
 }
 
 } // namespace

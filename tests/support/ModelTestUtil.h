@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -11,7 +12,9 @@
 #include "catalogue/KvFnModels.h"
 #include "demo/DemoChart.h"
 #include "entries/KvFnEntries.h"
+#include "items/KvFnClassRegistry.h"
 #include "model/KvFnModelData.h"
+#include "parties/KvFnParty.h"
 
 namespace kvtest {
 
@@ -33,6 +36,84 @@ struct Surroundings {
     }
     kv::TEntry* Entry(std::int32_t id) { return entries->GetEntryByID(id); }
 };
+
+inline kv::TFinItem* AddItem(kv::TModelData& m, kv::TFinItem* parent, const kv::TEntry* entry, std::int32_t id,
+                      const std::string& name, double value) {
+    auto item = kv::ItemClassByNumber(entry->ItemClassNo).Create(entry, &m, id);
+    item->Name = name;
+    item->Value = value;
+    if (parent) return parent->AddChild(std::move(item));
+    return m.Add(std::move(item));
+}
+
+// A solution with every kind of party and item record the reader knows.
+inline void FillEveryRecord(kv::TModelData& m, const kv::TEntries& chart) {
+    namespace D = kv::DemoEntry;
+    auto entry = [&](std::int32_t id) { return chart.GetEntryByID(id); };
+    m.Header.Values[0] = 1.5;
+    m.Header.Values[2] = -3;
+    m.Header.Title = "Retirement plan";
+    m.Header.Text = "first\x01second";
+    struct P { std::int32_t id; std::uint8_t role, type; const char* first; const char* last; };
+    for (P p : {P{1, 1, 0, "Anne", "Roy"}, P{2, 1, 0, "Marc", "Roy"}, P{3, 2, 0, "Léa", ""},
+                P{10, 0, 150, "", "Roy Holdings Inc."}, P{11, 0, 170, "", "Roy Family Trust"},
+                P{12, 0, 161, "", "Venture"}, P{13, 40, 0, "Paul", "Côté"}}) {
+        auto party = kv::CreateParty(m.Kind(), p.id, p.role, p.type);
+        party->FirstName = p.first;
+        party->LastName = p.last;
+        party->BirthDate = 20000 + p.id;
+        party->TaxStatus = 3;
+        party->Texts15[1] = "note";
+        party->Flags13[2] = true;
+        m.AddParticipant(std::move(party));
+    }
+    m.GetParticipantByID(2)->BenefKey = 77;
+
+    auto* nonReg = AddItem(m, nullptr, entry(D::NonReg), 101, "Joint account", 1000.4);
+    nonReg->Shares = std::make_unique<kv::TSharesList>();
+    nonReg->Shares->AddShare(m.GetParticipantByID(1), 1, 2);
+    nonReg->Shares->AddShare(m.GetParticipantByID(2), 2, 6);
+    nonReg->Shares->AddShare(nullptr, 999, 1);   // a party the file does not have
+    nonReg->SpecProps.Set("OwnerID", "1");
+    nonReg->SpecProps.Set("RATE", "5.5");
+    nonReg->Date1 = 45000;
+    nonReg->Text = "statement";
+    kv::TPay pay(3);
+    pay.Value = 250;
+    pay.Int1 = 2026;
+    pay.Value2 = 0.5;
+    pay.Code = 0x0102;
+    pay.Text = "monthly";
+    pay.Payers.push_back({m.GetParticipantByID(1), 1, 0.6});
+    pay.Payers.push_back({m.GetParticipantByID(2), 2, 0.4});
+    nonReg->PaysHeader = 7;
+    nonReg->AddPay(pay);
+    nonReg->AddPay(kv::TPay(4));
+
+    auto* rrsp = AddItem(m, nullptr, entry(D::RRSP), 102, "RRSP", 50000);
+    rrsp->SpecProps.Set("RRSPTYPE", "1");
+    auto* contrib = AddItem(m, rrsp, entry(D::RRSPContrib), 103, "Contributions", 0);
+    contrib->SpecProps.Set("Freq", "12");
+    AddItem(m, contrib, entry(D::RRSPWithdraw), 104, "Nested", 1);
+    AddItem(m, nullptr, entry(D::TFSA), -105, "TFSA", 20000);
+    auto* bank = AddItem(m, nullptr, entry(D::BankAccount), 106, "Chequing", 300);
+    bank->Shares = std::make_unique<kv::TSharesList>();   // present but empty
+
+    // The items' settings come from the properties just set.
+    std::function<void(kv::TFinItem&)> decode = [&](kv::TFinItem& item) {
+        item.DecodeSpecProps();
+        for (auto& c : item.Children) decode(*c);
+    };
+    for (const auto& item : m.Items()) decode(*item);
+
+    m.ToDo.push_back({1, 2, "Call", "Clients", "Ask about | the cottage", 45123.25, true});
+    m.Texts = {"CGRate=0.5", "PortGrowCoefs=1;2.5;x", "Other=1"};
+    m.Strategy().Values = {"WDORDER=1,2", "MELTDOWN=0"};
+    m.TypedRecords.push_back({7, "kept as read"});
+    m.Residences.push_back({1, "Home", 650000});
+    m.SettingsBlock[0] = 7;
+    m.SettingsBlock[kv::kSettingsBlockSize - 1] = 9;
+}
 
 inline std::string Dump(const kv::TFinItem& item, int depth = 0) {
     std::ostringstream o;
