@@ -5,6 +5,8 @@
 #include <QComboBox>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QLineEdit>
+#include <QToolTip>
 #include <QPalette>
 
 namespace tessary {
@@ -82,15 +84,14 @@ bool TGridModel::setData(const QModelIndex& index, const QVariant& value, int ro
         if (onComboChange) onComboChange(r, i);
     } else if (role == Qt::EditRole) {
         const QString text = value.toString().trimmed();
-        bool ok = false;
-        double number = locale_.toDouble(text, &ok);
-        if (!ok) {
-            ok = ParseNumber(text.toStdString(), number);
-        }
-        if (c > 0 && ok)
+        double number = 0;
+        if (c > 0 && !text.isEmpty()) {
+            // Text that only looks like a number would silently count as 0.
+            if (!ReadTyped(text, number)) return false;
             grid_.SetFloat(c, r, number);
-        else
+        } else {
             grid_.SetText(c, r, text.toStdString());
+        }
     } else {
         return false;
     }
@@ -98,6 +99,10 @@ bool TGridModel::setData(const QModelIndex& index, const QVariant& value, int ro
     // Totals may have changed anywhere in the grid.
     emit dataChanged(this->index(0, 0), this->index(rowCount() - 1, columnCount() - 1));
     return true;
+}
+
+bool TGridModel::ReadTyped(const QString& text, double& number) const {
+    return ParseTypedNumber(text, locale_, kind_ == GridKind::Classes ? QChar(u'%') : QChar(u'$'), number);
 }
 
 void TGridModel::ClearCell(const QModelIndex& index) {
@@ -122,7 +127,27 @@ void TGridModel::Refresh() {
 QWidget* TComboDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& option,
                                       const QModelIndex& index) const {
     const QStringList items = index.data(kComboIndexRole).toStringList();
-    if (index.column() != 0 || items.isEmpty()) return QStyledItemDelegate::createEditor(parent, option, index);
+    if (index.column() > 0) {
+        const auto* model = qobject_cast<const TGridModel*>(index.model());
+        auto* edit = new QLineEdit(parent);
+        edit->setObjectName(QStringLiteral("edtNumber"));
+        if (model) edit->setValidator(new TTypedNumberValidator(*model, edit));
+        // Enter does not take a refused text; the frame and the tip say why.
+        connect(edit, &QLineEdit::textChanged, edit, [edit] {
+            const bool refused = !edit->hasAcceptableInput();
+            edit->setProperty("refused", refused);
+            edit->setStyleSheet(refused ? QStringLiteral("QLineEdit { border: 2px solid #C62828; }") : QString());
+            edit->setToolTip(refused ? TComboDelegate::tr("Not a number: type an amount such as 250000, "
+                                                          "$250,000 or 250 000 $")
+                                     : QString());
+            if (refused)
+                QToolTip::showText(edit->mapToGlobal(QPoint(0, edit->height())), edit->toolTip(), edit);
+            else
+                QToolTip::hideText();
+        });
+        return edit;
+    }
+    if (items.isEmpty()) return QStyledItemDelegate::createEditor(parent, option, index);
     auto* combo = new QComboBox(parent);
     combo->setEditable(false);
     combo->clear();
@@ -143,11 +168,19 @@ void TComboDelegate::setEditorData(QWidget* editor, const QModelIndex& index) co
 }
 
 void TComboDelegate::setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const {
+    // Leaving a refused text (focus elsewhere) keeps the cell as it was.
+    if (auto* edit = qobject_cast<QLineEdit*>(editor); edit && !edit->hasAcceptableInput()) return;
     if (auto* combo = qobject_cast<QComboBox*>(editor)) {
         if (combo->currentIndex() >= 0) model->setData(index, combo->currentIndex(), kComboIndexRole);
         return;
     }
     QStyledItemDelegate::setModelData(editor, model, index);
+}
+
+QValidator::State TTypedNumberValidator::validate(QString& input, int&) const {
+    double ignored = 0;
+    if (input.trimmed().isEmpty() || model_.ReadTyped(input, ignored)) return Acceptable;
+    return Intermediate;
 }
 
 TGridView::TGridView(TGrid& grid, GridKind kind, QWidget* parent)

@@ -5,6 +5,7 @@
 #include <QAbstractTableModel>
 #include <QStyledItemDelegate>
 #include <QTableView>
+#include <QValidator>
 #include <functional>
 #include <string_view>
 #include <vector>
@@ -24,6 +25,8 @@ public:
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+    // A typed number of a value cell; false when the text is not one.
+    bool ReadTyped(const QString& text, double& number) const;
     // Empties a cell (value and row object), as Delete does.
     void ClearCell(const QModelIndex& index);
     Qt::ItemFlags flags(const QModelIndex& index) const override;
@@ -52,7 +55,20 @@ private:
     QLocale locale_;
 };
 
-// Column 0 edits with a drop-down list (no free text).
+// Accepts what ReadTyped reads (and an empty text); anything else is
+// Intermediate, so that Enter and Tab do not take it.
+class TTypedNumberValidator : public QValidator {
+    Q_OBJECT
+public:
+    TTypedNumberValidator(const TGridModel& model, QObject* parent) : QValidator(parent), model_(model) {}
+    State validate(QString& input, int& pos) const override;
+
+private:
+    const TGridModel& model_;
+};
+
+// Column 0 edits with a drop-down list (no free text); value cells with a
+// line that refuses what is not a number.
 class TComboDelegate : public QStyledItemDelegate {
     Q_OBJECT
 public:
