@@ -239,6 +239,30 @@ TCellRange TGridView::SelectedRange() const {
     return r;
 }
 
+void TGridView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
+    const QModelIndex cur = currentIndex();
+    const bool last = cur.row() == model_->rowCount() - 1 && cur.column() == model_->columnCount() - 1;
+    const bool first = cur.row() <= model_->Grid().FixedRows() && cur.column() == 0;
+    if ((hint == QAbstractItemDelegate::EditNextItem && last) || (hint == QAbstractItemDelegate::EditPreviousItem && first)) {
+        // Tab leaves the grid after its last cell instead of wrapping round.
+        QTableView::closeEditor(editor, QAbstractItemDelegate::NoHint);
+        QWidget::focusNextPrevChild(hint == QAbstractItemDelegate::EditNextItem);
+        return;
+    }
+    QTableView::closeEditor(editor, hint);
+    // Enter takes the value and moves down, so that a column is typed row after row.
+    if (hint == QAbstractItemDelegate::SubmitModelCache && cur.isValid() && cur.row() + 1 < model_->rowCount())
+        setCurrentIndex(model_->index(cur.row() + 1, cur.column()));
+}
+
+bool TGridView::focusNextPrevChild(bool next) {
+    const QModelIndex cur = currentIndex();
+    const bool last = cur.row() == model_->rowCount() - 1 && cur.column() == model_->columnCount() - 1;
+    const bool first = !cur.isValid() || (cur.row() <= model_->Grid().FixedRows() && cur.column() == 0);
+    if (state() != EditingState && (next ? last : first)) return QWidget::focusNextPrevChild(next);
+    return QTableView::focusNextPrevChild(next);
+}
+
 void TGridView::keyPressEvent(QKeyEvent* event) {
     // Tab-separated text pastes into a spreadsheet cell by cell.
     if (event->matches(QKeySequence::Copy) && state() != EditingState) {

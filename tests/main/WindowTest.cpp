@@ -266,12 +266,41 @@ TEST_F(Window, KeyboardReachesEverythingAndIconButtonsHaveNames) {
         if (at < order.size() && name == order[at]) ++at;
     EXPECT_EQ(at, order.size()) << chain.join(' ').toStdString();
 
-    // Enter in a grid moves down, in the same column.
+    // Typing a column: Enter takes each value and moves down.
+    auto* accounts = Named<TGridView>(form.get(), "grdAccounts");
     form->Inputs().btnAddAccClick();
-    Named<TGridView>(form.get(), "grdAccounts")->setFocus();
-    Named<TGridView>(form.get(), "grdAccounts")->setCurrentIndex(Named<TGridView>(form.get(), "grdAccounts")->model()->index(1, 2));
-    QTest::keyClick(Named<TGridView>(form.get(), "grdAccounts"), Qt::Key_Return);
-    EXPECT_EQ(Named<TGridView>(form.get(), "grdAccounts")->currentIndex(), Named<TGridView>(form.get(), "grdAccounts")->model()->index(2, 2));
+    form->Inputs().btnAddAccClick();
+    form->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
+    accounts->setFocus();
+    accounts->setCurrentIndex(accounts->model()->index(1, 2));
+    for (const char* keys : {"20", "30", "50"}) {
+        for (const char* k = keys; *k; ++k) QTest::keyClick(QApplication::focusWidget(), *k);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        QApplication::processEvents();   // the delegate commits in a queued call
+    }
+    const double typed[] = {20, 30, 50};
+    for (int r = 1; r <= 3; ++r) EXPECT_EQ(form->Accounts().Float(2, r), typed[r - 1]) << r;
+    EXPECT_EQ(accounts->currentIndex(), accounts->model()->index(3, 2));
+
+    // Tab and Shift+Tab leave a grid after its last and before its first cell,
+    // also from an editor.
+    accounts->setCurrentIndex(accounts->model()->index(3, 4));
+    QTest::keyClick(accounts, Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget(), Named<QWidget>(form.get(), "btnAddAcc"));
+    auto* classes = Named<TGridView>(form.get(), "grdClasses");
+    classes->setFocus();
+    classes->setCurrentIndex(classes->model()->index(1, 0));
+    QTest::keyClick(classes, Qt::Key_Backtab, Qt::ShiftModifier);
+    EXPECT_EQ(QApplication::focusWidget(), Named<QWidget>(form.get(), "btnImp"));
+    classes->setFocus();
+    classes->setCurrentIndex(classes->model()->index(1, 1));
+    QTest::keyClick(classes, '4');
+    QTest::keyClick(QApplication::focusWidget(), '0');
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QApplication::processEvents();
+    EXPECT_EQ(form->Classes().Float(1, 1), 40);
+    EXPECT_EQ(QApplication::focusWidget(), Named<QWidget>(form.get(), "AdvRepeatButton2"));
 
     // Ctrl+I opens the import dialog from anywhere in the window.
     bool opened = false;
