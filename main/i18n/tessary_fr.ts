@@ -4,7 +4,7 @@
 <context>
     <name>tessary::Export</name>
     <message>
-        <location filename="../report/Export.cpp" line="82"/>
+        <location filename="../format/Export.cpp" line="82"/>
         <source>Cannot write &quot;%1&quot;: %2</source>
         <translation>Impossible d’écrire « %1 » : %2</translation>
     </message>
@@ -112,6 +112,23 @@
     </message>
 </context>
 <context>
+    <name>tessary::TAllocationChart</name>
+    <message>
+        <location filename="../window/AllocationChart.cpp" line="26"/>
+        <location filename="../window/AllocationChart.cpp" line="36"/>
+        <source>Calculate to see the allocation</source>
+        <translation>Calculez pour voir la répartition</translation>
+    </message>
+</context>
+<context>
+    <name>tessary::TComboDelegate</name>
+    <message>
+        <location filename="../window/GridView.cpp" line="140"/>
+        <source>Not a number: type an amount such as 250000, $250,000 or 250 000 $</source>
+        <translation>Ce n’est pas un nombre : tapez un montant comme 250000, 250 000 $ ou 250 000,50 $</translation>
+    </message>
+</context>
+<context>
     <name>tessary::TDocumentController</name>
     <message>
         <location filename="../window/DocumentController.cpp" line="27"/>
@@ -169,54 +186,54 @@
         <translation>&amp;Imprimer...</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="99"/>
-        <location filename="../window/DocumentController.cpp" line="143"/>
-        <location filename="../window/DocumentController.cpp" line="218"/>
+        <location filename="../window/DocumentController.cpp" line="100"/>
+        <location filename="../window/DocumentController.cpp" line="145"/>
+        <location filename="../window/DocumentController.cpp" line="220"/>
         <source>Untitled</source>
         <translation>Sans titre</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="144"/>
+        <location filename="../window/DocumentController.cpp" line="146"/>
         <source>Unsaved changes</source>
         <translation>Modifications non enregistrées</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="145"/>
+        <location filename="../window/DocumentController.cpp" line="147"/>
         <source>The worksheet &quot;%1&quot; has changes that are not saved. Save them?</source>
         <translation>La feuille de travail « %1 » a des modifications non enregistrées. Les enregistrer ?</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="194"/>
+        <location filename="../window/DocumentController.cpp" line="196"/>
         <source>Open Worksheet</source>
         <translation>Ouvrir une feuille de travail</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="220"/>
+        <location filename="../window/DocumentController.cpp" line="222"/>
         <source>Save Worksheet</source>
         <translation>Enregistrer la feuille de travail</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="231"/>
+        <location filename="../window/DocumentController.cpp" line="233"/>
         <source>Export to CSV</source>
         <translation>Exporter en CSV</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="231"/>
+        <location filename="../window/DocumentController.cpp" line="233"/>
         <source>CSV files (*.csv)</source>
         <translation>Fichiers CSV (*.csv)</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="242"/>
+        <location filename="../window/DocumentController.cpp" line="244"/>
         <source>Export to PDF</source>
         <translation>Exporter en PDF</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="242"/>
+        <location filename="../window/DocumentController.cpp" line="244"/>
         <source>PDF files (*.pdf)</source>
         <translation>Fichiers PDF (*.pdf)</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="254"/>
+        <location filename="../window/DocumentController.cpp" line="256"/>
         <source>Portfolio Allocation</source>
         <translation>Répartition du portefeuille</translation>
     </message>
@@ -224,61 +241,66 @@
 <context>
     <name>tessary::TForm1</name>
     <message>
-        <location filename="../window/MainWindow.cpp" line="136"/>
+        <location filename="../window/MainWindow.cpp" line="135"/>
         <source>Portfolio allocation</source>
         <translation>Répartition du portefeuille</translation>
     </message>
     <message>
+        <location filename="../window/MainWindow.cpp" line="136"/>
         <location filename="../window/MainWindow.cpp" line="137"/>
-        <location filename="../window/MainWindow.cpp" line="138"/>
         <source>Calculate</source>
         <translation>Calculer</translation>
     </message>
     <message>
+        <location filename="../window/MainWindow.cpp" line="139"/>
         <location filename="../window/MainWindow.cpp" line="140"/>
-        <location filename="../window/MainWindow.cpp" line="141"/>
-        <location filename="../window/MainWindow.cpp" line="346"/>
+        <location filename="../window/MainWindow.cpp" line="345"/>
         <source>Help</source>
         <translation>Aide</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="139"/>
+        <location filename="../window/MainWindow.cpp" line="138"/>
         <source>Calculate (Ctrl+Enter)</source>
         <translation>Calculer (Ctrl+Entrée)</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="142"/>
+        <location filename="../window/MainWindow.cpp" line="141"/>
         <source>Portfolio Allocation</source>
         <translation>Répartition du portefeuille</translation>
     </message>
     <message>
+        <location filename="../window/MainWindow.cpp" line="142"/>
         <location filename="../window/MainWindow.cpp" line="143"/>
-        <location filename="../window/MainWindow.cpp" line="144"/>
         <source>File</source>
         <translation>Fichier</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="145"/>
+        <location filename="../window/MainWindow.cpp" line="144"/>
         <source>Worksheets, export, print and language</source>
         <translation>Feuilles de travail, exportation, impression et langue</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="146"/>
+        <location filename="../window/MainWindow.cpp" line="145"/>
         <source>Allocation chart</source>
         <translation>Graphique de répartition</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="346"/>
+        <location filename="../window/MainWindow.cpp" line="327"/>
+        <source>Portfolio Risk Tolerance</source>
+        <translation>Tolérance au risque du portefeuille</translation>
+    </message>
+    <message>
+        <location filename="../window/MainWindow.cpp" line="345"/>
         <source>The help page could not be opened: %1</source>
         <translation>La page d’aide n’a pu être ouverte : %1</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="148"/>
+        <location filename="../window/MainWindow.cpp" line="147"/>
         <source>&amp;Language</source>
         <translation>&amp;Langue</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="149"/>
+        <location filename="../window/MainWindow.cpp" line="148"/>
         <source>&amp;Quit</source>
         <translation>&amp;Quitter</translation>
     </message>
@@ -579,160 +601,160 @@
 <context>
     <name>tessary::Worksheet</name>
     <message>
-        <location filename="../report/Worksheet.cpp" line="78"/>
+        <location filename="../report/Worksheet.cpp" line="84"/>
         <source>The worksheet &quot;%1&quot; is damaged: %2.</source>
         <translation>La feuille de travail « %1 » est endommagée : %2.</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="83"/>
+        <location filename="../report/Worksheet.cpp" line="89"/>
         <source>%1 has no &quot;%2&quot; object</source>
         <translation>%1 n’a pas d’objet « %2 »</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="88"/>
+        <location filename="../report/Worksheet.cpp" line="94"/>
         <source>%1 is missing or not a list</source>
         <translation>%1 manque ou n’est pas une liste</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="95"/>
+        <location filename="../report/Worksheet.cpp" line="101"/>
         <source>%1 is not a whole number from %2 to %3</source>
         <translation>%1 n’est pas un nombre entier de %2 à %3</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="118"/>
+        <location filename="../report/Worksheet.cpp" line="124"/>
         <source>cell %1 of %2 is neither empty, a text nor a number</source>
         <translation>la cellule %1 de %2 n’est ni vide, ni un texte, ni un nombre</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="123"/>
+        <location filename="../report/Worksheet.cpp" line="129"/>
         <source>%1 is not an object</source>
         <translation>%1 n’est pas un objet</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="125"/>
+        <location filename="../report/Worksheet.cpp" line="131"/>
         <source>the cell list of %1</source>
         <translation>la liste des cellules de %1</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="127"/>
+        <location filename="../report/Worksheet.cpp" line="133"/>
         <source>%1 has %2 cells, not %3</source>
         <translation>%1 a %2 cellules, et non %3</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="131"/>
+        <location filename="../report/Worksheet.cpp" line="137"/>
         <source>the object of %1</source>
         <translation>l’objet de %1</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="137"/>
-        <location filename="../report/Worksheet.cpp" line="145"/>
+        <location filename="../report/Worksheet.cpp" line="143"/>
+        <location filename="../report/Worksheet.cpp" line="151"/>
         <source>the document</source>
         <translation>le document</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="138"/>
+        <location filename="../report/Worksheet.cpp" line="144"/>
         <source>the row list of the %1</source>
         <translation>la liste des lignes des %1</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="141"/>
+        <location filename="../report/Worksheet.cpp" line="147"/>
         <source>%1 row %2</source>
         <translation>la ligne %2 des %1</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="146"/>
+        <location filename="../report/Worksheet.cpp" line="152"/>
         <source>the row list of the result</source>
         <translation>la liste des lignes du résultat</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="147"/>
+        <location filename="../report/Worksheet.cpp" line="153"/>
         <source>the result has fewer than its %1 header rows</source>
         <translation>le résultat a moins que ses %1 lignes d’en-tête</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="149"/>
+        <location filename="../report/Worksheet.cpp" line="155"/>
         <source>the result&apos;s column count</source>
         <translation>le nombre de colonnes du résultat</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="153"/>
+        <location filename="../report/Worksheet.cpp" line="159"/>
         <source>result row %1 does not have %2 cells</source>
         <translation>la ligne %1 du résultat n’a pas %2 cellules</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="157"/>
+        <location filename="../report/Worksheet.cpp" line="163"/>
         <source>result row %1</source>
         <translation>la ligne %1 du résultat</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="159"/>
+        <location filename="../report/Worksheet.cpp" line="165"/>
         <source>the merge list of the result</source>
         <translation>la liste des fusions du résultat</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="161"/>
+        <location filename="../report/Worksheet.cpp" line="167"/>
         <source>merged cell %1 of the result</source>
         <translation>la cellule fusionnée %1 du résultat</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="163"/>
+        <location filename="../report/Worksheet.cpp" line="169"/>
         <source>%1 does not have 4 numbers</source>
         <translation>%1 n’a pas 4 nombres</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="207"/>
+        <location filename="../report/Worksheet.cpp" line="213"/>
         <source>the file is empty</source>
         <translation>le fichier est vide</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="213"/>
-        <location filename="../report/Worksheet.cpp" line="218"/>
-        <location filename="../report/Worksheet.cpp" line="256"/>
+        <location filename="../report/Worksheet.cpp" line="219"/>
+        <location filename="../report/Worksheet.cpp" line="224"/>
+        <location filename="../report/Worksheet.cpp" line="274"/>
         <source>&quot;%1&quot; is not a Tessary worksheet.</source>
         <translation>« %1 » n’est pas une feuille de travail Tessary.</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="214"/>
+        <location filename="../report/Worksheet.cpp" line="220"/>
         <source>%1 at byte %2</source>
         <translation>%1 à l’octet %2</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="221"/>
+        <location filename="../report/Worksheet.cpp" line="227"/>
         <source>the version</source>
         <translation>la version</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="224"/>
+        <location filename="../report/Worksheet.cpp" line="230"/>
         <source>&quot;%1&quot; was saved by a newer Tessary (worksheet version %2; this one reads version %3).</source>
         <translation>« %1 » a été enregistrée par un Tessary plus récent (feuille de travail de version %2 ; celui-ci lit la version %3).</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="230"/>
+        <location filename="../report/Worksheet.cpp" line="236"/>
         <source>accounts</source>
         <translation>comptes</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="231"/>
+        <location filename="../report/Worksheet.cpp" line="237"/>
         <source>classes</source>
         <translation>catégories</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="241"/>
+        <location filename="../report/Worksheet.cpp" line="247"/>
         <source>Cannot save the worksheet &quot;%1&quot;: %2</source>
         <translation>Impossible d’enregistrer la feuille de travail « %1 » : %2</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="251"/>
+        <location filename="../report/Worksheet.cpp" line="257"/>
         <source>Cannot open the worksheet &quot;%1&quot;: %2</source>
         <translation>Impossible d’ouvrir la feuille de travail « %1 » : %2</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="253"/>
+        <location filename="../report/Worksheet.cpp" line="266"/>
         <source>it is a folder</source>
         <translation>c’est un dossier</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="266"/>
+        <location filename="../report/Worksheet.cpp" line="267"/>
         <source>it is not a regular file</source>
         <translation>ce n’est pas un fichier ordinaire</translation>
     </message>

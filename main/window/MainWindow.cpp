@@ -44,7 +44,6 @@ double FitZoom(double wanted, int availableHeight, double pixelsPerInch, int win
 
 TForm1::TForm1(QWidget* parent) : TFramelessWindow(parent), result_(MakeResultGrid()) {
     setObjectName(QStringLiteral("form"));
-    setWindowTitle(QStringLiteral("Tessary"));
     setWindowIcon(QIcon(AppIcon(64)));
     setAttribute(Qt::WA_StyledBackground);
     captionLabel->setText(QStringLiteral("Tessary"));
@@ -323,9 +322,9 @@ void TForm1::ShowDocument() {
 }
 
 void TForm1::UpdateDocumentState() {
-    const QString caption = document_->UpdateState();
-    captionLabel->setText(caption);
-    setWindowTitle(caption);
+    captionLabel->setText(document_->UpdateState());
+    // The taskbar shows the form's own caption; the drawn bar the product.
+    setWindowTitle(document_->Caption(tr("Portfolio Risk Tolerance")));
 }
 
 void TForm1::closeEvent(QCloseEvent* event) {

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QInputDialog>
+#include <QLegend>
 #include <QLineEdit>
 #include <QMenu>
 #include <QTemporaryDir>
@@ -65,6 +66,10 @@ TEST_F(Window, StartsWithOneEmptyBodyRowAndZeroTotals) {
     EXPECT_EQ(form->Result().ColCount(), 2);
     EXPECT_EQ(Named<QLabel>(form.get(), "Label2")->text(), "0%");
     EXPECT_EQ(Named<QLabel>(form.get(), "Label3")->text(), "$0");
+    EXPECT_TRUE(Named<QLabel>(form.get(), "lblChartEmpty")->isVisible());
+    EXPECT_FALSE(form->chart->chart()->legend()->isVisible());
+    EXPECT_EQ(form->windowTitle(), "Portfolio Risk Tolerance");
+    EXPECT_EQ(Named<QLabel>(form.get(), "lblCaptionBar")->text(), "Tessary");
     EXPECT_TRUE(form->windowFlags() & Qt::FramelessWindowHint);
     EXPECT_LE(form->Cnf().Zoom, kDefaultZoom);
     // Calculate ends flush with the classes grid.
@@ -158,6 +163,8 @@ TEST_F(Window, CalculateFillsTheResultGrid) {
     EXPECT_EQ(form->Result().ColWidth(2), static_cast<int>(RoundHalfEven(Named<QPushButton>(form.get(), "btnAddAcc")->width() * 2.0)));
     EXPECT_EQ(Named<TGridView>(form.get(), "grdResult")->model()->data(Named<TGridView>(form.get(), "grdResult")->model()->index(2, 1)).toString(), "67");
     EXPECT_EQ(Named<TGridView>(form.get(), "grdResult")->columnSpan(0, 3), 2);
+    EXPECT_FALSE(Named<QLabel>(form.get(), "lblChartEmpty")->isVisible());
+    EXPECT_TRUE(form->chart->chart()->legend()->isVisible());
 }
 
 TEST_F(Window, HitTestGivesTheFrameBehaviour) {

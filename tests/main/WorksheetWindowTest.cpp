@@ -78,6 +78,7 @@ TEST_F(WorksheetWindow, SaveNewOpenRoundTripAndTheUnsavedMark) {
     FillAndCalculate();
     EXPECT_TRUE(form->Document().IsModified());
     EXPECT_EQ(Named<QLabel>(form.get(), "lblCaptionBar")->text(), "Untitled* - Tessary");
+    EXPECT_EQ(form->windowTitle(), "Untitled* - Portfolio Risk Tolerance");
     const QByteArray before = WorksheetToJson(form->Accounts(), form->Classes(), form->Result());
 
     // Save on an untitled worksheet asks where; the suffix is added.
@@ -87,6 +88,7 @@ TEST_F(WorksheetWindow, SaveNewOpenRoundTripAndTheUnsavedMark) {
     EXPECT_EQ(form->Document().CurrentFile(), Path("client.tessary"));
     EXPECT_FALSE(form->Document().IsModified());
     EXPECT_EQ(Named<QLabel>(form.get(), "lblCaptionBar")->text(), "client.tessary - Tessary");
+    EXPECT_EQ(form->windowTitle(), "client.tessary - Portfolio Risk Tolerance");
     EXPECT_EQ(WorksheetToJson(ReadWorksheet(Path("client.tessary")).accounts, form->Classes(), form->Result()),
               before);
 
