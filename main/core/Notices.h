@@ -19,7 +19,18 @@ enum class NoticeId {
     ClassRowDropped,        // row, label
     DuplicateAccountType,   // label: the account type; value: how many records
     ResultNamesShifted,     // row: first result row whose name is not its class
+    NegativeAmount,         // row, col, label; value: the amount
+    NegativeTarget,         // row, label; value: the target
+    ImplausibleAmount,      // row, col, label; value: beyond kPlausibleAmount or not finite
+    NotANumber,             // grid, row, col; label: the cell's text, which counts as 0
+    UnknownAccountType,     // row, label; value: the row object no account kind has
+    UnknownAssetClass,      // row, label; value: the row object no asset class has
 };
+
+// More money than any client plausibly holds: a typing slip or a unit mix-up.
+inline constexpr double kPlausibleAmount = 1e12;
+
+enum class NoticeGrid { None, Accounts, Classes };
 
 struct TNotice {
     NoticeId id;
@@ -27,6 +38,8 @@ struct TNotice {
     int row = 0;            // grid row, where the notice is about one
     std::string label;
     double value = 0;
+    int col = 0;            // grid column, where the notice is about one cell
+    NoticeGrid grid = NoticeGrid::None;
 };
 
 // Stable key of an id, for translations and logs ("targets-total", ...).

@@ -47,6 +47,11 @@ QString FormatPlain(double value, const QLocale& locale) {
 QString AccountsTotalLabel(double total, const QLocale& locale) {
     QLocale grouped = locale;
     grouped.setNumberOptions(grouped.numberOptions() & ~QLocale::OmitGroupSeparator);
+    // Hundreds of digits would run over the buttons beside the label.
+    if (!std::isfinite(total) || std::abs(total) >= 1e15) {
+        const QString number = locale.toString(total, 'g', 3);
+        return locale.language() == QLocale::French ? number + QStringLiteral(" $") : QStringLiteral("$") + number;
+    }
     // French puts the sign after the amount, as the grid does ("1 234 $").
     if (locale.language() == QLocale::French) return FormatMoney(total, grouped);
     return QStringLiteral("$") + grouped.toString(total, 'f', 0);

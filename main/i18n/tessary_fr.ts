@@ -12,49 +12,99 @@
 <context>
     <name>tessary::Notices</name>
     <message>
-        <location filename="../window/NoticeText.cpp" line="29"/>
+        <location filename="../window/NoticeText.cpp" line="33"/>
+        <source>Accounts row %1</source>
+        <translation>La ligne %1 des comptes</translation>
+    </message>
+    <message>
+        <location filename="../window/NoticeText.cpp" line="34"/>
+        <source>Classes row %1</source>
+        <translation>La ligne %1 des catégories</translation>
+    </message>
+    <message>
+        <location filename="../window/NoticeText.cpp" line="36"/>
+        <source>Accounts row %1 (&quot;%2&quot;)</source>
+        <translation>La ligne %1 des comptes (« %2 »)</translation>
+    </message>
+    <message>
+        <location filename="../window/NoticeText.cpp" line="37"/>
+        <source>Classes row %1 (&quot;%2&quot;)</source>
+        <translation>La ligne %1 des catégories (« %2 »)</translation>
+    </message>
+    <message>
+        <location filename="../window/NoticeText.cpp" line="46"/>
         <source>The class targets total %1%, not 100%.</source>
         <translation>Les cibles des catégories totalisent %1 %, et non 100 %.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="32"/>
+        <location filename="../window/NoticeText.cpp" line="49"/>
         <source>The equity classes total 100%: the other classes divide by zero.</source>
         <translation>Les catégories d’actions totalisent 100 % : les autres catégories divisent par zéro.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="35"/>
+        <location filename="../window/NoticeText.cpp" line="52"/>
         <source>%1 meant for equities could not be placed in any account: the result holds less equity than the targets ask.</source>
         <translation>%1 destinés aux actions n’ont pu être placés dans aucun compte : le résultat contient moins d’actions que les cibles ne le demandent.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="41"/>
+        <location filename="../window/NoticeText.cpp" line="58"/>
         <source>Accounts row %1 has no account type; Calculate drops it.</source>
         <translation>La ligne %1 des comptes n’a pas de type de compte ; Calculer la supprime.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="44"/>
+        <location filename="../window/NoticeText.cpp" line="61"/>
         <source>Accounts row %1 (&quot;%2&quot;) has no account type; Calculate drops it.</source>
         <translation>La ligne %1 des comptes (« %2 ») n’a pas de type de compte ; Calculer la supprime.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="50"/>
+        <location filename="../window/NoticeText.cpp" line="67"/>
         <source>Classes row %1 has no asset class; Calculate drops it.</source>
         <translation>La ligne %1 des catégories n’a pas de catégorie d’actif ; Calculer la supprime.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="53"/>
+        <location filename="../window/NoticeText.cpp" line="70"/>
         <source>Classes row %1 (&quot;%2&quot;) has no asset class; Calculate drops it.</source>
         <translation>La ligne %1 des catégories (« %2 ») n’a pas de catégorie d’actif ; Calculer la supprime.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="58"/>
+        <location filename="../window/NoticeText.cpp" line="75"/>
         <source>%1 accounts are of type &quot;%2&quot;: the result shows only one of them.</source>
         <translation>%1 comptes sont du type « %2 » : le résultat n’en montre qu’un.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="63"/>
+        <location filename="../window/NoticeText.cpp" line="80"/>
         <source>From result row %1 on, the class names do not belong to their values: a class row without a class was removed.</source>
         <translation>À partir de la ligne %1 du résultat, les noms des catégories ne correspondent pas à leurs valeurs : une ligne sans catégorie a été supprimée.</translation>
+    </message>
+    <message>
+        <location filename="../window/NoticeText.cpp" line="85"/>
+        <source>%1 holds a negative amount, %2.</source>
+        <translation>%1 contient un montant négatif, %2.</translation>
+    </message>
+    <message>
+        <location filename="../window/NoticeText.cpp" line="88"/>
+        <source>%1 holds %2, more than a portfolio plausibly holds.</source>
+        <translation>%1 contient %2, plus qu’un portefeuille ne contient vraisemblablement.</translation>
+    </message>
+    <message>
+        <location filename="../window/NoticeText.cpp" line="91"/>
+        <source>%1 has a negative target, %2%.</source>
+        <translation>%1 a une cible négative, %2 %.</translation>
+    </message>
+    <message>
+        <location filename="../window/NoticeText.cpp" line="100"/>
+        <source>%1, column %2: &quot;%3&quot; is not a number; it counts as 0.</source>
+        <translation>%1, colonne %2 : « %3 » n’est pas un nombre ; il compte pour 0.</translation>
+    </message>
+    <message>
+        <location filename="../window/NoticeText.cpp" line="104"/>
+        <source>%1 has an unknown account type (%2); Calculate drops it.</source>
+        <translation>%1 a un type de compte inconnu (%2) ; Calculer la supprime.</translation>
+    </message>
+    <message>
+        <location filename="../window/NoticeText.cpp" line="109"/>
+        <source>%1 has an unknown asset class (%2); Calculate drops it.</source>
+        <translation>%1 a une catégorie d’actif inconnue (%2) ; Calculer la supprime.</translation>
     </message>
 </context>
 <context>
@@ -241,66 +291,66 @@
 <context>
     <name>tessary::TForm1</name>
     <message>
-        <location filename="../window/MainWindow.cpp" line="135"/>
+        <location filename="../window/MainWindow.cpp" line="136"/>
         <source>Portfolio allocation</source>
         <translation>Répartition du portefeuille</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="136"/>
         <location filename="../window/MainWindow.cpp" line="137"/>
+        <location filename="../window/MainWindow.cpp" line="138"/>
         <source>Calculate</source>
         <translation>Calculer</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="139"/>
         <location filename="../window/MainWindow.cpp" line="140"/>
-        <location filename="../window/MainWindow.cpp" line="345"/>
+        <location filename="../window/MainWindow.cpp" line="141"/>
+        <location filename="../window/MainWindow.cpp" line="353"/>
         <source>Help</source>
         <translation>Aide</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="138"/>
+        <location filename="../window/MainWindow.cpp" line="139"/>
         <source>Calculate (Ctrl+Enter)</source>
         <translation>Calculer (Ctrl+Entrée)</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="141"/>
+        <location filename="../window/MainWindow.cpp" line="142"/>
         <source>Portfolio Allocation</source>
         <translation>Répartition du portefeuille</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="142"/>
         <location filename="../window/MainWindow.cpp" line="143"/>
+        <location filename="../window/MainWindow.cpp" line="144"/>
         <source>File</source>
         <translation>Fichier</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="144"/>
+        <location filename="../window/MainWindow.cpp" line="145"/>
         <source>Worksheets, export, print and language</source>
         <translation>Feuilles de travail, exportation, impression et langue</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="145"/>
+        <location filename="../window/MainWindow.cpp" line="146"/>
         <source>Allocation chart</source>
         <translation>Graphique de répartition</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="327"/>
+        <location filename="../window/MainWindow.cpp" line="335"/>
         <source>Portfolio Risk Tolerance</source>
         <translation>Tolérance au risque du portefeuille</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="345"/>
+        <location filename="../window/MainWindow.cpp" line="353"/>
         <source>The help page could not be opened: %1</source>
         <translation>La page d’aide n’a pu être ouverte : %1</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="147"/>
+        <location filename="../window/MainWindow.cpp" line="148"/>
         <source>&amp;Language</source>
         <translation>&amp;Langue</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="148"/>
+        <location filename="../window/MainWindow.cpp" line="149"/>
         <source>&amp;Quit</source>
         <translation>&amp;Quitter</translation>
     </message>
@@ -406,13 +456,13 @@
 <context>
     <name>tessary::TNoticeLine</name>
     <message>
-        <location filename="../window/NoticeLine.cpp" line="12"/>
-        <location filename="../window/NoticeLine.cpp" line="42"/>
+        <location filename="../window/NoticeLine.cpp" line="14"/>
+        <location filename="../window/NoticeLine.cpp" line="38"/>
         <source>Notices</source>
         <translation>Avis</translation>
     </message>
     <message numerus="yes">
-        <location filename="../window/NoticeLine.cpp" line="29"/>
+        <location filename="../window/NoticeLine.cpp" line="31"/>
         <source>(%n more)</source>
         <translation>
             <numerusform>(%n autre)</numerusform>

@@ -17,6 +17,7 @@
 
 #include "core/Allocation.h"
 #include "core/ImportMerge.h"
+#include "core/Totals.h"
 #include "core/Vocabulary.h"
 #include "window/ImportDialog.h"
 #include "window/Language.h"
@@ -254,12 +255,15 @@ void TForm1::LayoutControls() {
     resultHeadingLabel->setGeometry(RoundInt(kResultHeading.x() * z), RoundInt(kResultHeading.y() * z), headingWidth,
                                     RoundInt(kResultHeading.height() * z));
     const int noticesLeft = resultHeadingLabel->geometry().right() + RoundInt(kNoticesGap * z);
-    noticeLine->setGeometry(noticesLeft, RoundInt(kResultHeading.y() * z),
-                            std::max(0, calculateButton->x() - RoundInt(kNoticesEndGap * z) - noticesLeft),
-                            RoundInt(kResultHeading.height() * z));
+    // The notices wrap: what does not fit beside the heading pushes the result grid down.
+    const int noticesWidth = std::max(0, calculateButton->x() - RoundInt(kNoticesEndGap * z) - noticesLeft);
+    const int lineHeight = RoundInt(kResultHeading.height() * z);
+    const int noticesHeight = std::max(lineHeight, noticeLine->text().isEmpty() ? 0 : noticeLine->heightForWidth(noticesWidth));
+    noticeLine->setGeometry(noticesLeft, RoundInt(kResultHeading.y() * z), noticesWidth, noticesHeight);
 
     const double dyGrid = dy * kResultHeightShare;
     place(resultGrid, kResultGrid.adjusted(0, 0, dx, dyGrid));
+    resultGrid->setGeometry(resultGrid->geometry().adjusted(0, noticesHeight - lineHeight, 0, 0));
     place(chart, kChart.translated(0, dyGrid).adjusted(0, 0, dx, dy - dyGrid));
     place(helpButton, kHelp.translated(0, dy));
     place(cornerGrip, kCornerGrip.translated(dx, dy));
@@ -295,9 +299,12 @@ void TForm1::btnImpClick() {
 void TForm1::btnCalculateClick() {
     // Before: the calculation drops the rows some of them name.
     std::vector<TNotice> notices = InputNotices(Accounts(), Classes());
+    // A worksheet's unknown row object would make a column without a name.
+    ForgetUnknownRowObjects(Accounts(), Classes());
     CalculateAllocation(Accounts(), Classes(), result_, inputs_->addAccountRowButton->width());
     for (TNotice& n : ResultNotices(Classes(), result_)) notices.push_back(std::move(n));
     noticeLine->ShowNotices(notices);
+    LayoutControls();
     inputs_->Refresh();
     resultGrid->Refresh();
     UpdateChart();
@@ -307,6 +314,7 @@ void TForm1::UpdateNotices() {
     std::vector<TNotice> notices = InputNotices(Accounts(), Classes());
     for (TNotice& n : ResultNotices(Classes(), result_)) notices.push_back(std::move(n));
     noticeLine->ShowNotices(notices);
+    LayoutControls();
 }
 
 void TForm1::UpdateChart() { chart->Update(baseFontSize_ * cnf_.Zoom * 0.62); }

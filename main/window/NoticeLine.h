@@ -1,5 +1,5 @@
-// The one-line strip of notices beside the result heading: the first notice,
-// elided, with a count of the others; all of them in its tooltip.
+// The strip of notices beside the result heading: the first notice, whole
+// (wrapped), with a count of the others; all of them in its tooltip.
 #pragma once
 
 #include <QLabel>
@@ -20,11 +20,10 @@ public:
     QStringList Notices() const { return texts_; }
 
 protected:
-    void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
 
 private:
-    void Elide();
+    void ShowFirst();
 
     std::vector<TNotice> notices_;
     QStringList texts_;

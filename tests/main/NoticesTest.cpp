@@ -45,9 +45,13 @@ const NoticeCase kCases[] = {
     {"EquityAboveAll", kAccounts, "h\nEquities Canada,120\nShort-Term Fixed,0\n",
      {N::TargetsNotHundred, N::EquityNotPlaced}},
     // A negative taxable part is no record but lowers the total: nothing is left over.
-    {"NegativeTaxablePart", "h\nNon-Reg.,1000,-200\n", "h\nEquities Canada,50\nShort-Term Fixed,50\n", {}},
+    {"NegativeTaxablePart", "h\nNon-Reg.,1000,-200\n", "h\nEquities Canada,50\nShort-Term Fixed,50\n", {N::NegativeAmount}},
     // Sorted first, a negative TFSA record hands equity money back to the later RRSP.
-    {"NegativeRecordFirst", "h\nTFSAs,-50\nRRSPs/RRIFs,100\n", "h\nEquities Canada,100\n", {}},
+    {"NegativeRecordFirst", "h\nTFSAs,-50\nRRSPs/RRIFs,100\n", "h\nEquities Canada,100\n", {N::NegativeAmount}},
+    {"NegativeTarget", kAccounts, "h\nShort-Term Fixed,-10\nEquities Canada,110\n", {N::NegativeTarget, N::EquityNotPlaced}},
+    // One notice a row; beyond 10^12 or not finite is implausible.
+    {"Implausible", "h\nNon-Reg.,1e300,-5\nTFSAs,1000000000001\nRRSPs/RRIFs,1e12\n", kBalanced,
+     {N::ImplausibleAmount, N::ImplausibleAmount}},
     // The calculation sums the targets from the last row up; only that order decides "exactly 100".
     {"EquitiesJustBelowAll", kAccounts, "h\nEquities Canada,0.1\nEquities U.S.,33.3\nEquities Global,66.6\nShort-Term Fixed,0\n",
      {}},
@@ -135,6 +139,50 @@ TEST_P(Notices, NameWhatTheCalculationWillDo) {
 
 INSTANTIATE_TEST_SUITE_P(Grids, Notices, ::testing::ValuesIn(kCases),
                          [](const auto& info) { return std::string(info.param.name); });
+
+// What only a worksheet brings: text in a value cell, row objects no label has.
+TEST(NoticesWorksheet, TextCellsAndUnknownObjectsAreNamedAndMakeNoNamelessColumn) {
+    const struct {
+        const char* name;
+        void (*edit)(TGrid& accounts, TGrid& classes);
+        std::vector<NoticeId> want;
+        int row, col;
+    } cases[] = {
+        {"text amount", [](TGrid& a, TGrid&) { a.SetText(2, 1, "abc"); }, {N::NotANumber}, 1, 2},
+        {"numeric text", [](TGrid& a, TGrid&) { a.SetText(1, 2, "7.25"); }, {}, 0, 0},
+        {"text target", [](TGrid&, TGrid& c) { c.SetText(1, 3, "ten"); }, {N::NotANumber, N::TargetsNotHundred}, 3, 1},
+        {"account kind 9", [](TGrid& a, TGrid&) { a.SetObject(0, 2, 9); }, {N::UnknownAccountType}, 2, 0},
+        {"account kind -1", [](TGrid& a, TGrid&) { a.SetObject(0, 3, -1); }, {N::UnknownAccountType}, 3, 0},
+        // Its low byte is an equity's code: still no asset class.
+        {"class code 259", [](TGrid&, TGrid& c) { c.SetObject(0, 6, 259); },
+         {N::UnknownAssetClass, N::TargetsNotHundred}, 6, 0},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        TGrid accounts = MakeAccountsGrid(), classes = MakeClassesGrid(), result = MakeResultGrid();
+        LoadAccountsCsv(kAccounts, accounts);
+        LoadClassesCsv(kBalanced, classes);
+        c.edit(accounts, classes);
+        RecomputeAccountTotals(accounts);
+        std::vector<NoticeId> got;
+        for (const TNotice& n : InputNotices(accounts, classes)) {
+            got.push_back(n.id);
+            if (n.id == c.want.front()) {
+                EXPECT_EQ(n.row, c.row);
+                EXPECT_EQ(n.col, c.col);
+            }
+        }
+        std::sort(got.begin(), got.end());
+        std::vector<NoticeId> want = c.want;
+        std::sort(want.begin(), want.end());
+        EXPECT_EQ(got, want);
+
+        ForgetUnknownRowObjects(accounts, classes);
+        CalculateAllocation(accounts, classes, result, kDesignAddAccWidth);
+        for (int col = 1; col < result.ColCount(); col += 2) EXPECT_NE(result.Text(col, 0), "") << col;
+        for (int row = 2; row < result.RowCount(); ++row) EXPECT_NE(result.Text(0, row), "") << row;
+    }
+}
 
 TEST(NoticesResult, NamesShiftedBelowARemovedClassRow) {
     const struct {
