@@ -2,6 +2,7 @@
 
 #include <QAbstractAxis>
 #include <QAbstractSeries>
+#include <QBarCategoryAxis>
 #include <QChart>
 #include <QEvent>
 #include <QLegend>
@@ -44,6 +45,15 @@ void TAllocationChart::Update(double labelSize) {
     small.setPointSizeF(labelSize);
     c->legend()->setFont(small);
     for (QAbstractAxis* axis : c->axes()) axis->setLabelsFont(small);
+    // Account types break onto two lines rather than being cut under narrow bars.
+    if (auto* categories = c->axes(Qt::Horizontal).isEmpty() ? nullptr : qobject_cast<QBarCategoryAxis*>(c->axes(Qt::Horizontal).first())) {
+        QStringList lines = categories->categories();
+        for (QString& t : lines) {
+            t.replace(QLatin1Char(' '), QStringLiteral("<br>"));
+            t.replace(QLatin1Char('/'), QStringLiteral("/<br>"));
+        }
+        categories->setCategories(lines);
+    }
     // Axes from 0 to 1 and the grey square of a nameless class say nothing.
     const bool empty = AllocationSeries(result_).accountTypes.isEmpty();
     for (QAbstractAxis* axis : c->axes()) axis->setVisible(!empty);

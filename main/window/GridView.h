@@ -7,6 +7,7 @@
 #include <QTableView>
 #include <QValidator>
 #include <functional>
+#include <map>
 #include <string_view>
 #include <vector>
 
@@ -95,7 +96,18 @@ public:
     // Column 0 takes the width the other columns leave.
     bool stretchFirstColumn = false;
 
+    // The fixed rows and column 0, drawn over the scrolled cells so that they stay.
+    QTableView* FrozenRows() const { return frozenRows_; }
+    QTableView* FrozenColumn() const { return frozenCol_; }
+    // At least as wide as the widest realistic text of the column
+    // ($99,999,999, the longest class name) in the current language.
+    int FittingWidth(int col) const;
+
 protected:
+    void scrollContentsBy(int dx, int dy) override;
+    void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void changeEvent(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
@@ -103,7 +115,18 @@ protected:
 
 private:
     void ApplyWidths();
+    QTableView* MakeFrozenView(const char* name);
+    // Places the frozen views and gives them the main view's widths, heights and offsets.
+    void SyncFrozen();
+    int FixedHeight() const;
     TGridModel* model_;
+    QTableView* frozenCol_ = nullptr;
+    QTableView* frozenRows_ = nullptr;
+    QTableView* frozenCorner_ = nullptr;
+    // Widths the user dragged, by column; they win over the grid's.
+    std::map<int, int> userWidths_;
+    int dragColumn_ = -1;
+    int dragStartX_ = 0, dragStartWidth_ = 0;
 };
 
 } // namespace tessary

@@ -7,6 +7,7 @@
 #include <QInputDialog>
 #include <QLegend>
 #include <QLineEdit>
+#include <QScrollBar>
 #include <QMenu>
 #include <QTemporaryDir>
 #include <QTest>
@@ -167,6 +168,57 @@ TEST_F(Window, CalculateFillsTheResultGrid) {
     EXPECT_TRUE(form->chart->chart()->legend()->isVisible());
 }
 
+TEST_F(Window, HeadersStayColumnsFitAndCanBeWidened) {
+    QByteArray accounts = "h\nNon-Reg.,99999999,12345678,45000\n";
+    for (int i = 0; i < 14; ++i) accounts += "TFSAs,1549910\n";
+    form->LoadInputs(accounts, "h\nEquities Emerging Markets,50\nMid/Long-Term Fixed,50\n");
+    form->btnCalculateClick();
+    auto* result = Named<TGridView>(form.get(), "grdResult");
+    for (TLanguage language : {TLanguage::English, TLanguage::French}) {
+        ApplyLanguage(language);
+        QApplication::processEvents();
+        const QString money = FormatMoney(99999999, AppLocale());
+        for (const char* name : {"grdAccounts", "grdClasses", "grdResult"}) {
+            SCOPED_TRACE(name);
+            auto* view = Named<TGridView>(form.get(), name);
+            const QFontMetrics fm(view->font());
+            for (int c = 1; c < view->model()->columnCount(); ++c)
+                if (std::string(name) != "grdClasses" && (view == result ? c % 2 == 0 : true))
+                    EXPECT_GT(view->columnWidth(c), fm.horizontalAdvance(money)) << c;
+            for (int r = 1; r < view->model()->rowCount(); ++r)
+                EXPECT_GT(view->columnWidth(0), fm.horizontalAdvance(view->model()->index(r, 0).data().toString())) << r;
+
+            // Scrolled to the far corner, the header rows and column 0 still show.
+            view->verticalScrollBar()->setValue(view->verticalScrollBar()->maximum());
+            view->horizontalScrollBar()->setValue(view->horizontalScrollBar()->maximum());
+            QApplication::processEvents();
+            QTableView* rows = view->FrozenRows();
+            QTableView* col = view->FrozenColumn();
+            ASSERT_TRUE(rows->isVisible() && col->isVisible());
+            EXPECT_EQ(rows->rowAt(1), 0);
+            EXPECT_EQ(col->columnAt(1), 0);
+            EXPECT_EQ(rows->columnAt(rows->width() - 2), view->columnAt(view->viewport()->width() - 2));
+            EXPECT_EQ(col->rowAt(col->height() - 2), view->rowAt(view->viewport()->height() - 2));
+        }
+    }
+    auto* accountsView = Named<TGridView>(form.get(), "grdAccounts");
+    EXPECT_GT(accountsView->rowAt(accountsView->FrozenRows()->height() + 2), 1);   // it did scroll
+    EXPECT_GT(result->columnAt(result->FrozenColumn()->width() + 2), 1);
+    ApplyLanguage(TLanguage::English);
+
+    // The header row's column borders can be dragged; the width outlives a refresh.
+    QTableView* header = result->FrozenRows();
+    result->horizontalScrollBar()->setValue(0);
+    const int before = result->columnWidth(1);
+    const QPoint border(header->columnViewportPosition(1) + before, 5);
+    QTest::mousePress(header->viewport(), Qt::LeftButton, {}, border);
+    QTest::mouseMove(header->viewport(), border + QPoint(30, 0));
+    QTest::mouseRelease(header->viewport(), Qt::LeftButton, {}, border + QPoint(30, 0));
+    EXPECT_EQ(result->columnWidth(1), before + 30);
+    result->Refresh();
+    EXPECT_EQ(result->columnWidth(1), before + 30);
+}
+
 TEST_F(Window, HitTestGivesTheFrameBehaviour) {
     const QRect cap = form->CaptionRegion(), btn = form->ButtonsRegion(), corner = form->CornerRegion();
     const QPoint inCaption(cap.left() + 200, cap.center().y());
@@ -261,7 +313,7 @@ TEST_F(Window, KeyboardReachesEverythingAndIconButtonsHaveNames) {
     // Tab walks the grids and buttons in reading order.
     QStringList chain;
     QWidget* w = Named<TGridView>(form.get(), "grdAccounts");
-    for (int i = 0; i < 200 && (chain.isEmpty() || w != Named<TGridView>(form.get(), "grdAccounts")); ++i) {
+    for (int i = 0; i < 2000 && (chain.isEmpty() || w != Named<TGridView>(form.get(), "grdAccounts")); ++i) {
         if (w->isVisible() && (w->focusPolicy() & Qt::TabFocus) && w->isEnabled()) chain << w->objectName();
         w = w->nextInFocusChain();
     }
