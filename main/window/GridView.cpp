@@ -206,6 +206,7 @@ TGridView::TGridView(TGrid& grid, GridKind kind, QWidget* parent)
     frozenRows_ = MakeFrozenView("frozenRows");
     frozenCorner_ = MakeFrozenView("frozenCorner");
     connect(horizontalHeader(), &QHeaderView::sectionResized, this, &TGridView::SyncFrozen);
+    connect(selectionModel(), &QItemSelectionModel::currentChanged, this, &TGridView::SyncFrozen);
     connect(verticalHeader(), &QHeaderView::sectionResized, this, &TGridView::SyncFrozen);
     Refresh();
 }
@@ -225,6 +226,8 @@ QTableView* TGridView::MakeFrozenView(const char* name) {
     v->setHorizontalScrollMode(horizontalScrollMode());
     v->setVerticalScrollMode(verticalScrollMode());
     v->setFocusPolicy(Qt::NoFocus);
+    // The shared current cell must not scroll them to itself.
+    v->setAutoScroll(false);
     v->setEditTriggers(QAbstractItemView::NoEditTriggers);
     v->setWordWrap(false);
     v->setMouseTracking(true);
@@ -451,8 +454,9 @@ void TGridView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint 
     }
     QTableView::closeEditor(editor, hint);
     // Enter takes the value and moves down, so that a column is typed row after row.
-    if (hint == QAbstractItemDelegate::SubmitModelCache && cur.isValid() && cur.row() + 1 < model_->rowCount())
-        setCurrentIndex(model_->index(cur.row() + 1, cur.column()));
+    if (hint != QAbstractItemDelegate::SubmitModelCache || !cur.isValid()) return;
+    if (cur.row() + 1 == model_->rowCount() && onAppendRow) onAppendRow();
+    if (cur.row() + 1 < model_->rowCount()) setCurrentIndex(model_->index(cur.row() + 1, cur.column()));
 }
 
 bool TGridView::focusNextPrevChild(bool next) {

@@ -93,6 +93,9 @@ public:
     // The smallest rectangle around the selected cells; the whole grid when none is selected.
     TCellRange SelectedRange() const;
 
+    // Enter after an edit in the last row asks for a new row here (input grids).
+    std::function<void()> onAppendRow;
+
     // Column 0 takes the width the other columns leave.
     bool stretchFirstColumn = false;
 

@@ -141,7 +141,7 @@ TEST_F(Window, TotalColumnAndHeaderAreReadOnly) {
 TEST_F(Window, DeleteAndClearLeaveTheTotalsLabels) {
     Type(Named<TGridView>(form.get(), "grdAccounts"), 1, 1, "700");
     ASSERT_EQ(Named<QLabel>(form.get(), "Label3")->text(), "$700");
-    form->Inputs().btnAddAccClick();
+    ASSERT_EQ(form->Accounts().RowCount(), 3);   // Enter in the last row added one
     Named<TGridView>(form.get(), "grdAccounts")->setCurrentIndex(Named<TGridView>(form.get(), "grdAccounts")->model()->index(1, 1));
     form->Inputs().btnDelAccClick();
     EXPECT_EQ(form->Accounts().RowCount(), 2);
@@ -189,6 +189,7 @@ TEST_F(Window, HeadersStayColumnsFitAndCanBeWidened) {
                 EXPECT_GT(view->columnWidth(0), fm.horizontalAdvance(view->model()->index(r, 0).data().toString())) << r;
 
             // Scrolled to the far corner, the header rows and column 0 still show.
+            view->setCurrentIndex(view->model()->index(view->model()->rowCount() - 1, view->model()->columnCount() - 1));
             view->verticalScrollBar()->setValue(view->verticalScrollBar()->maximum());
             view->horizontalScrollBar()->setValue(view->horizontalScrollBar()->maximum());
             QApplication::processEvents();
@@ -325,10 +326,8 @@ TEST_F(Window, KeyboardReachesEverythingAndIconButtonsHaveNames) {
         if (at < order.size() && name == order[at]) ++at;
     EXPECT_EQ(at, order.size()) << chain.join(' ').toStdString();
 
-    // Typing a column: Enter takes each value and moves down.
+    // Typing a column: Enter takes each value and moves down, past the last row into a new one.
     auto* accounts = Named<TGridView>(form.get(), "grdAccounts");
-    form->Inputs().btnAddAccClick();
-    form->Inputs().btnAddAccClick();
     form->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
     accounts->setFocus();
@@ -340,11 +339,12 @@ TEST_F(Window, KeyboardReachesEverythingAndIconButtonsHaveNames) {
     }
     const double typed[] = {20, 30, 50};
     for (int r = 1; r <= 3; ++r) EXPECT_EQ(form->Accounts().Float(2, r), typed[r - 1]) << r;
-    EXPECT_EQ(accounts->currentIndex(), accounts->model()->index(3, 2));
+    EXPECT_EQ(accounts->currentIndex(), accounts->model()->index(4, 2));
+    EXPECT_EQ(form->Accounts().RowCount(), 5);
 
     // Tab and Shift+Tab leave a grid after its last and before its first cell,
     // also from an editor.
-    accounts->setCurrentIndex(accounts->model()->index(3, 4));
+    accounts->setCurrentIndex(accounts->model()->index(4, 4));
     QTest::keyClick(accounts, Qt::Key_Tab);
     EXPECT_EQ(QApplication::focusWidget(), Named<QWidget>(form.get(), "btnAddAcc"));
     auto* classes = Named<TGridView>(form.get(), "grdClasses");
