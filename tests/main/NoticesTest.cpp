@@ -140,50 +140,6 @@ TEST_P(Notices, NameWhatTheCalculationWillDo) {
 INSTANTIATE_TEST_SUITE_P(Grids, Notices, ::testing::ValuesIn(kCases),
                          [](const auto& info) { return std::string(info.param.name); });
 
-// What only a worksheet brings: text in a value cell, row objects no label has.
-TEST(NoticesWorksheet, TextCellsAndUnknownObjectsAreNamedAndMakeNoNamelessColumn) {
-    const struct {
-        const char* name;
-        void (*edit)(TGrid& accounts, TGrid& classes);
-        std::vector<NoticeId> want;
-        int row, col;
-    } cases[] = {
-        {"text amount", [](TGrid& a, TGrid&) { a.SetText(2, 1, "abc"); }, {N::NotANumber}, 1, 2},
-        {"numeric text", [](TGrid& a, TGrid&) { a.SetText(1, 2, "7.25"); }, {}, 0, 0},
-        {"text target", [](TGrid&, TGrid& c) { c.SetText(1, 3, "ten"); }, {N::NotANumber, N::TargetsNotHundred}, 3, 1},
-        {"account kind 9", [](TGrid& a, TGrid&) { a.SetObject(0, 2, 9); }, {N::UnknownAccountType}, 2, 0},
-        {"account kind -1", [](TGrid& a, TGrid&) { a.SetObject(0, 3, -1); }, {N::UnknownAccountType}, 3, 0},
-        // Its low byte is an equity's code: still no asset class.
-        {"class code 259", [](TGrid&, TGrid& c) { c.SetObject(0, 6, 259); },
-         {N::UnknownAssetClass, N::TargetsNotHundred}, 6, 0},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        TGrid accounts = MakeAccountsGrid(), classes = MakeClassesGrid(), result = MakeResultGrid();
-        LoadAccountsCsv(kAccounts, accounts);
-        LoadClassesCsv(kBalanced, classes);
-        c.edit(accounts, classes);
-        RecomputeAccountTotals(accounts);
-        std::vector<NoticeId> got;
-        for (const TNotice& n : InputNotices(accounts, classes)) {
-            got.push_back(n.id);
-            if (n.id == c.want.front()) {
-                EXPECT_EQ(n.row, c.row);
-                EXPECT_EQ(n.col, c.col);
-            }
-        }
-        std::sort(got.begin(), got.end());
-        std::vector<NoticeId> want = c.want;
-        std::sort(want.begin(), want.end());
-        EXPECT_EQ(got, want);
-
-        ForgetUnknownRowObjects(accounts, classes);
-        CalculateAllocation(accounts, classes, result, kDesignAddAccWidth);
-        for (int col = 1; col < result.ColCount(); col += 2) EXPECT_NE(result.Text(col, 0), "") << col;
-        for (int row = 2; row < result.RowCount(); ++row) EXPECT_NE(result.Text(0, row), "") << row;
-    }
-}
-
 TEST(NoticesResult, NamesShiftedBelowARemovedClassRow) {
     const struct {
         const char* classes;
