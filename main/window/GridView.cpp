@@ -262,6 +262,8 @@ int TGridView::FittingWidth(int col) const {
     if (col == 0) {
         if (kind == GridKind::Accounts) labels(kAccountKindLabels);
         else labels(kAssetClassLabels);
+    } else if (kind == GridKind::Accounts && col == 4) {
+        samples << FormatMoney(999999999, locale);   // three columns of $99,999,999
     } else if (kind == GridKind::Accounts || (kind == GridKind::Result && col % 2 == 0)) {
         samples << money;
     } else {

@@ -196,7 +196,7 @@ void TForm1::FormCreate() {
     setStyleSheet(WindowStyleSheet(cnf_.Zoom));
     resultGrid->setShowGrid(true);
 
-    const QSize size(RoundInt(kDesignWidth * cnf_.Zoom), RoundInt(kDesignHeight * cnf_.Zoom));
+    const QSize size(RoundInt((kDesignWidth + kStartExtraWidth) * cnf_.Zoom), RoundInt(kDesignHeight * cnf_.Zoom));
     setMinimumSize(RoundInt(kDesignWidth * cnf_.Zoom * 0.8), RoundInt(kDesignHeight * cnf_.Zoom * 0.8));
     resize(size);
     if (scr) move(scr->availableGeometry().center() - rect().center());
