@@ -80,6 +80,8 @@ TForm1::TForm1(QWidget* parent) : TFramelessWindow(parent), result_(MakeResultGr
     resultGrid->setFocusPolicy(Qt::StrongFocus);
 
     connect(inputs_, &TInputGridsPanel::inputsChanged, this, &TForm1::UpdateNotices);
+    // A longer notice (or another language) may need another line.
+    connect(noticeLine, &TNoticeLine::shown, this, [this] { LayoutControls(); });
     // Any change of a grid may change the document state.
     for (TGridView* g : {inputs_->accountsGrid, inputs_->classesGrid, resultGrid}) {
         auto* m = g->GridModel();
@@ -304,7 +306,6 @@ void TForm1::btnCalculateClick() {
     CalculateAllocation(Accounts(), Classes(), result_, inputs_->addAccountRowButton->width());
     for (TNotice& n : ResultNotices(Classes(), result_)) notices.push_back(std::move(n));
     noticeLine->ShowNotices(notices);
-    LayoutControls();
     inputs_->Refresh();
     resultGrid->Refresh();
     UpdateChart();
@@ -314,7 +315,6 @@ void TForm1::UpdateNotices() {
     std::vector<TNotice> notices = InputNotices(Accounts(), Classes());
     for (TNotice& n : ResultNotices(Classes(), result_)) notices.push_back(std::move(n));
     noticeLine->ShowNotices(notices);
-    LayoutControls();
 }
 
 void TForm1::UpdateChart() { chart->Update(baseFontSize_ * cnf_.Zoom * 0.62); }

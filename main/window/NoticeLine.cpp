@@ -20,6 +20,7 @@ void TNoticeLine::ShowNotices(const std::vector<TNotice>& notices) {
     for (const TNotice& n : notices_) texts_ << NoticeText(n);
     setToolTip(texts_.join(QLatin1Char('\n')));
     ShowFirst();
+    emit shown();
 }
 
 void TNoticeLine::ShowFirst() {

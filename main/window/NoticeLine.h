@@ -19,6 +19,10 @@ public:
     // The notices now shown, one per line.
     QStringList Notices() const { return texts_; }
 
+signals:
+    // The text changed, and with it the height it needs.
+    void shown();
+
 protected:
     void changeEvent(QEvent* event) override;
 
