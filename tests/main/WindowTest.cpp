@@ -163,9 +163,9 @@ TEST_F(Window, HeadersStayColumnsFitAndCanBeWidened) {
             SCOPED_TRACE(name);
             auto* view = Named<TGridView>(form.get(), name);
             const QFontMetrics fm(view->font());
-            for (int c = 1; c < view->model()->columnCount(); ++c)
-                if (std::string(name) != "grdClasses" && (view == result ? c % 2 == 0 : true))
-                    EXPECT_GT(view->columnWidth(c), fm.horizontalAdvance(FormatMoney(99999999, AppLocale()))) << c;
+            const int step = view == result ? 2 : 1;   // the result's money is in its even columns
+            for (int c = step; std::string(name) != "grdClasses" && c < view->model()->columnCount(); c += step)
+                EXPECT_GT(view->columnWidth(c), fm.horizontalAdvance(FormatMoney(99999999, AppLocale()))) << c;
             for (int r = 1; r < view->model()->rowCount(); ++r)
                 EXPECT_GT(view->columnWidth(0), fm.horizontalAdvance(view->model()->index(r, 0).data().toString())) << r;
 
