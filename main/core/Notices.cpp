@@ -26,7 +26,7 @@ TWorking WorkingList(const TGrid& accounts) {
     auto add = [&](std::int32_t code, double amount) { w.list.push_back({std::to_string(code), TAccTypeRec(code, amount)}); };
     for (int r = accounts.RowCount() - 1; r >= 1; --r) {
         const std::intptr_t kind = accounts.Object(0, r);
-        if (kind == 0) continue;
+        if (AccountKindLabel(kind).empty()) continue;   // dropped before the calculation
         w.total += accounts.Float(4, r);
         if (kind == 1) {
             for (int c = 1; c <= 3; ++c) {
@@ -48,7 +48,7 @@ double PreferredPercent(const TGrid& classes) {
     double pct = 0;
     for (int r = classes.RowCount() - 1; r >= 1; --r) {
         const std::intptr_t code = classes.Object(0, r);
-        if (code != 0 && IsPreferredClass(code)) pct += classes.Float(1, r);
+        if (!AssetClassLabel(code).empty() && IsPreferredClass(code)) pct += classes.Float(1, r);
     }
     return pct;
 }
@@ -98,6 +98,12 @@ std::string_view NoticeKey(NoticeId id) {
     case NoticeId::HoldingsWithoutPlan: return "holdings-without-plan";
     case NoticeId::ClassNotTargeted: return "class-not-targeted";
     case NoticeId::TaxableShortfall: return "taxable-shortfall";
+    case NoticeId::NegativeAmount: return "negative-amount";
+    case NoticeId::NegativeTarget: return "negative-target";
+    case NoticeId::ImplausibleAmount: return "implausible-amount";
+    case NoticeId::NotANumber: return "not-a-number";
+    case NoticeId::UnknownAccountType: return "unknown-account-type";
+    case NoticeId::UnknownAssetClass: return "unknown-asset-class";
     }
     return {};
 }
@@ -120,7 +126,7 @@ std::vector<TNotice> InputNotices(const TGrid& accounts, const TGrid& classes) {
     double targets = 0;
     for (int r = 1; r < classes.RowCount(); ++r) {
         const std::intptr_t code = classes.Object(0, r);
-        if (code == 0) continue;
+        if (AssetClassLabel(code).empty()) continue;
         anyClass = true;
         anyOther = anyOther || !IsPreferredClass(code);
         targets += classes.Float(1, r);
@@ -152,6 +158,65 @@ std::vector<TNotice> InputNotices(const TGrid& accounts, const TGrid& classes) {
                            std::to_string(count) + " accounts are of type \"" + label +
                                "\": the result shows only one of them.",
                            0, label, static_cast<double>(count)});
+    }
+
+    // Cells the calculation reads as 0 although they hold something (worksheets).
+    auto textCells = [&](const TGrid& grid, NoticeGrid which, const char* name, int lastCol) {
+        for (int r = 1; r < grid.RowCount(); ++r)
+            for (int c = 1; c <= lastCol; ++c) {
+                const auto* text = std::get_if<std::string>(&grid.Cell(c, r).value);
+                double ignored = 0;
+                if (!text || text->empty() || ParseNumber(*text, ignored)) continue;
+                TNotice n{NoticeId::NotANumber,
+                          RowSubject(name, r, "") + ", column \"" + grid.Text(c, 0) + "\": \"" + *text +
+                              "\" is not a number; it counts as 0.",
+                          r, *text, 0};
+                n.col = c;
+                n.grid = which;
+                notices.push_back(std::move(n));
+            }
+    };
+    textCells(accounts, NoticeGrid::Accounts, "Accounts", 3);
+    textCells(classes, NoticeGrid::Classes, "Classes", 1);
+
+    for (int r = 1; r < accounts.RowCount(); ++r) {
+        const std::intptr_t kind = accounts.Object(0, r);
+        const std::string label = accounts.Text(0, r);
+        if (kind != 0 && AccountKindLabel(kind).empty()) {
+            notices.push_back({NoticeId::UnknownAccountType,
+                               RowSubject("Accounts", r, label) + " has an unknown account type (" +
+                                   std::to_string(kind) + "); Calculate drops it.",
+                               r, label, static_cast<double>(kind)});
+            continue;
+        }
+        // One notice a row: the first odd amount says enough.
+        for (int c = 1; c <= 3; ++c) {
+            const double v = accounts.Float(c, r);
+            const bool huge = !(std::abs(v) <= kPlausibleAmount);
+            if (!huge && !(v < 0)) continue;
+            TNotice n{huge ? NoticeId::ImplausibleAmount : NoticeId::NegativeAmount,
+                      RowSubject("Accounts", r, label) + (huge ? " holds " + Grouped(v) + ", more than a portfolio "
+                                                                 "plausibly holds."
+                                                           : " holds a negative amount, $" + Grouped(v) + "."),
+                      r, label, v};
+            n.col = c;
+            n.grid = NoticeGrid::Accounts;
+            notices.push_back(std::move(n));
+            break;
+        }
+    }
+    for (int r = 1; r < classes.RowCount(); ++r) {
+        const std::intptr_t code = classes.Object(0, r);
+        const std::string label = classes.Text(0, r);
+        if (code != 0 && AssetClassLabel(code).empty())
+            notices.push_back({NoticeId::UnknownAssetClass,
+                               RowSubject("Classes", r, label) + " has an unknown asset class (" +
+                                   std::to_string(code) + "); Calculate drops it.",
+                               r, label, static_cast<double>(code)});
+        else if (const double p = classes.Float(1, r); p < 0)
+            notices.push_back({NoticeId::NegativeTarget,
+                               RowSubject("Classes", r, label) + " has a negative target, " + PercentText(p) + "%.", r,
+                               label, p});
     }
 
     for (int r = 1; r < accounts.RowCount(); ++r) {

@@ -24,7 +24,18 @@ enum class NoticeId {
     HoldingsWithoutPlan,    // label: account type; value: money held there
     ClassNotTargeted,       // label: asset class; value: money held in it
     TaxableShortfall,       // label: account type; value: money the targets need beyond its cash
+    NegativeAmount,         // row, col, label; value: the amount
+    NegativeTarget,         // row, label; value: the target
+    ImplausibleAmount,      // row, col, label; value: beyond kPlausibleAmount or not finite
+    NotANumber,             // grid, row, col; label: the cell's text, which counts as 0
+    UnknownAccountType,     // row, label; value: the row object no account kind has
+    UnknownAssetClass,      // row, label; value: the row object no asset class has
 };
+
+// More money than any client plausibly holds: a typing slip or a unit mix-up.
+inline constexpr double kPlausibleAmount = 1e12;
+
+enum class NoticeGrid { None, Accounts, Classes };
 
 struct TNotice {
     NoticeId id;
@@ -32,6 +43,8 @@ struct TNotice {
     int row = 0;            // grid row, where the notice is about one
     std::string label;
     double value = 0;
+    int col = 0;            // grid column, where the notice is about one cell
+    NoticeGrid grid = NoticeGrid::None;
 };
 
 // Stable key of an id, for translations and logs ("targets-total", ...).

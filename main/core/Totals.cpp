@@ -1,5 +1,7 @@
 #include "core/Totals.h"
 
+#include "core/Vocabulary.h"
+
 namespace tessary {
 
 double RecomputeAccountTotals(TGrid& grdAccounts) {
@@ -21,6 +23,13 @@ double ClassTotal(const TGrid& grdClasses) {
 void RemoveUnlabelledRows(TGrid& grid) {
     for (int r = grid.RowCount() - 1; r >= grid.FixedRows(); --r)
         if (grid.Text(0, r).empty()) grid.DeleteRow(r);
+}
+
+void ForgetUnknownRowObjects(TGrid& grdAccounts, TGrid& grdClasses) {
+    for (int r = grdAccounts.FixedRows(); r < grdAccounts.RowCount(); ++r)
+        if (AccountKindLabel(grdAccounts.Object(0, r)).empty()) grdAccounts.SetObject(0, r, 0);
+    for (int r = grdClasses.FixedRows(); r < grdClasses.RowCount(); ++r)
+        if (AssetClassLabel(grdClasses.Object(0, r)).empty()) grdClasses.SetObject(0, r, 0);
 }
 
 void ClearBodyRows(TGrid& grid) {

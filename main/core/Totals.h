@@ -14,6 +14,11 @@ double ClassTotal(const TGrid& grdClasses);
 // Removes every body row whose column-0 text is empty (walking from the last).
 void RemoveUnlabelledRows(TGrid& grid);
 
+// A row object that names no account kind (accounts) or asset class (classes)
+// becomes 0, so that the calculation drops the row rather than making a
+// column or row without a name. Only worksheets can bring such objects.
+void ForgetUnknownRowObjects(TGrid& grdAccounts, TGrid& grdClasses);
+
 // Clear: empties the body rows, then leaves only the fixed rows.
 void ClearBodyRows(TGrid& grid);
 

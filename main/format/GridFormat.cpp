@@ -9,6 +9,7 @@
 #include <QStringList>
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 namespace tessary {
 
@@ -46,6 +47,11 @@ QString FormatPlain(double value, const QLocale& locale) {
 QString AccountsTotalLabel(double total, const QLocale& locale) {
     QLocale grouped = locale;
     grouped.setNumberOptions(grouped.numberOptions() & ~QLocale::OmitGroupSeparator);
+    // Hundreds of digits would run over the buttons beside the label.
+    if (!std::isfinite(total) || std::abs(total) >= 1e15) {
+        const QString number = locale.toString(total, 'g', 3);
+        return locale.language() == QLocale::French ? number + QStringLiteral(" $") : QStringLiteral("$") + number;
+    }
     // French puts the sign after the amount, as the grid does ("1 234 $").
     if (locale.language() == QLocale::French) return FormatMoney(total, grouped);
     return QStringLiteral("$") + grouped.toString(total, 'f', 0);
@@ -56,6 +62,99 @@ QString ClassTotalLabel(double total, const QLocale& locale) {
     if (!std::isfinite(rounded) || std::abs(rounded) > 9.0e15)
         return locale.toString(rounded) + QStringLiteral("%");
     return QString::number(static_cast<long long>(rounded)) + QStringLiteral("%");
+}
+
+namespace {
+
+bool IsGroupSpace(QChar c) { return c == u' ' || c == u'\u00A0' || c == u'\u202F'; }
+
+// Digits grouped by threes after a first group of one to three; grouping is
+// optional but, where used, must be used throughout.
+bool Ungroup(const QString& digits, const std::function<bool(QChar)>& isGroup, QString& out) {
+    QStringList groups;
+    QString current;
+    for (QChar c : digits) {
+        if (isGroup(c)) {
+            groups << current;
+            current.clear();
+        } else if (c.isDigit() && c.unicode() < 128) {
+            current += c;
+        } else {
+            return false;
+        }
+    }
+    groups << current;
+    if (groups.size() > 1) {
+        if (groups.front().isEmpty() || groups.front().size() > 3) return false;
+        for (qsizetype i = 1; i < groups.size(); ++i)
+            if (groups[i].size() != 3) return false;
+    }
+    out = groups.join(QString());
+    return true;
+}
+
+} // namespace
+
+bool ParseTypedNumber(const QString& text, const QLocale& locale, QChar unit, double& out) {
+    QString s = text.trimmed();
+    bool negative = false;
+    auto takeSign = [&] {
+        if (s.startsWith(u'-') || s.startsWith(u'\u2212')) {
+            negative = !negative;
+            s = s.mid(1).trimmed();
+        } else if (s.startsWith(u'+')) {
+            s = s.mid(1).trimmed();
+        }
+    };
+    // English shows a negative amount in parentheses: "($50)".
+    if (s.startsWith(u'(') && s.endsWith(u')')) {
+        negative = true;
+        s = s.mid(1, s.size() - 2).trimmed();
+    }
+    takeSign();
+    if (s.startsWith(unit)) {
+        s = s.mid(1).trimmed();
+        takeSign();   // "$-5" as well as "-$5"
+    } else if (s.endsWith(unit)) {
+        s.chop(1);
+        s = s.trimmed();
+    }
+    if (s.isEmpty()) return false;
+
+    const bool commaDecimal = locale.decimalPoint() == QStringLiteral(",");
+    auto isGroup = [&](QChar c) { return IsGroupSpace(c) || (!commaDecimal && c == u','); };
+    // Where the exponent starts, if any ("1e6", "2.5E-3").
+    const qsizetype exp = s.indexOf(QLatin1Char('e'), 0, Qt::CaseInsensitive);
+    const QString mantissa = exp < 0 ? s : s.left(exp);
+    const QString exponent = exp < 0 ? QString() : s.mid(exp + 1);
+    qsizetype point = -1;
+    for (qsizetype i = 0; i < mantissa.size(); ++i) {
+        const QChar c = mantissa[i];
+        if (c == u'.' || (commaDecimal && c == u',')) {
+            if (point >= 0) return false;
+            point = i;
+        }
+    }
+    QString whole;
+    if (!Ungroup(point < 0 ? mantissa : mantissa.left(point), isGroup, whole)) return false;
+    const QString fraction = point < 0 ? QString() : mantissa.mid(point + 1);
+    for (QChar c : fraction)
+        if (!(c.isDigit() && c.unicode() < 128)) return false;
+    if (whole.isEmpty() && fraction.isEmpty()) return false;
+    for (qsizetype i = 0; i < exponent.size(); ++i) {
+        const QChar c = exponent[i];
+        if (!((c.isDigit() && c.unicode() < 128) || (i == 0 && (c == u'+' || c == u'-')))) return false;
+    }
+    if (exp >= 0 && (exponent.isEmpty() || exponent == QStringLiteral("+") || exponent == QStringLiteral("-")))
+        return false;
+
+    QString plain = (whole.isEmpty() ? QStringLiteral("0") : whole);
+    if (!fraction.isEmpty()) plain += QLatin1Char('.') + fraction;
+    if (exp >= 0) plain += QLatin1Char('e') + exponent;
+    double v = 0;
+    if (!ParseNumber(plain.toStdString(), v) || !std::isfinite(v)) return false;
+    out = negative ? -v : v;
+    return true;
 }
 
 QString DisplayText(const TGrid& grid, GridKind kind, int col, int row, const QLocale& locale) {

@@ -31,6 +31,13 @@ QString AccountsTotalLabel(double total, const QLocale& locale);
 // The class total rounded (halves to even), then "%".
 QString ClassTotalLabel(double total, const QLocale& locale);
 
+// A number as people type it into an amount (unit "$") or percent (unit "%")
+// cell: plain, or with the locale's grouping and decimal marks, spaces
+// (also no-break ones) as grouping, the unit before or after. French also
+// takes "." as its decimal mark. Anything else, and non-finite values, are
+// refused: false, out untouched.
+bool ParseTypedNumber(const QString& text, const QLocale& locale, QChar unit, double& out);
+
 QString DisplayText(const TGrid& grid, GridKind kind, int col, int row, const QLocale& locale);
 CellAlign DisplayAlign(GridKind kind, int col, int row);
 

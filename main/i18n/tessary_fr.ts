@@ -4,7 +4,7 @@
 <context>
     <name>tessary::Export</name>
     <message>
-        <location filename="../report/Export.cpp" line="82"/>
+        <location filename="../format/Export.cpp" line="82"/>
         <source>Cannot write &quot;%1&quot;: %2</source>
         <translation>Impossible d’écrire « %1 » : %2</translation>
     </message>
@@ -12,148 +12,215 @@
 <context>
     <name>tessary::Notices</name>
     <message>
-        <location filename="../window/NoticeText.cpp" line="29"/>
+        <location filename="../window/NoticeText.cpp" line="33"/>
+        <source>Accounts row %1</source>
+        <translation>La ligne %1 des comptes</translation>
+    </message>
+    <message>
+        <location filename="../window/NoticeText.cpp" line="34"/>
+        <source>Classes row %1</source>
+        <translation>La ligne %1 des catégories</translation>
+    </message>
+    <message>
+        <location filename="../window/NoticeText.cpp" line="36"/>
+        <source>Accounts row %1 (&quot;%2&quot;)</source>
+        <translation>La ligne %1 des comptes (« %2 »)</translation>
+    </message>
+    <message>
+        <location filename="../window/NoticeText.cpp" line="37"/>
+        <source>Classes row %1 (&quot;%2&quot;)</source>
+        <translation>La ligne %1 des catégories (« %2 »)</translation>
+    </message>
+    <message>
+        <location filename="../window/NoticeText.cpp" line="46"/>
         <source>The class targets total %1%, not 100%.</source>
         <translation>Les cibles des catégories totalisent %1 %, et non 100 %.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="32"/>
+        <location filename="../window/NoticeText.cpp" line="49"/>
         <source>The equity classes total 100%: the other classes divide by zero.</source>
         <translation>Les catégories d’actions totalisent 100 % : les autres catégories divisent par zéro.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="35"/>
+        <location filename="../window/NoticeText.cpp" line="52"/>
         <source>%1 meant for equities could not be placed in any account: the result holds less equity than the targets ask.</source>
         <translation>%1 destinés aux actions n’ont pu être placés dans aucun compte : le résultat contient moins d’actions que les cibles ne le demandent.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="41"/>
+        <location filename="../window/NoticeText.cpp" line="58"/>
         <source>Accounts row %1 has no account type; Calculate drops it.</source>
         <translation>La ligne %1 des comptes n’a pas de type de compte ; Calculer la supprime.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="44"/>
+        <location filename="../window/NoticeText.cpp" line="61"/>
         <source>Accounts row %1 (&quot;%2&quot;) has no account type; Calculate drops it.</source>
         <translation>La ligne %1 des comptes (« %2 ») n’a pas de type de compte ; Calculer la supprime.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="50"/>
+        <location filename="../window/NoticeText.cpp" line="67"/>
         <source>Classes row %1 has no asset class; Calculate drops it.</source>
         <translation>La ligne %1 des catégories n’a pas de catégorie d’actif ; Calculer la supprime.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="53"/>
+        <location filename="../window/NoticeText.cpp" line="70"/>
         <source>Classes row %1 (&quot;%2&quot;) has no asset class; Calculate drops it.</source>
         <translation>La ligne %1 des catégories (« %2 ») n’a pas de catégorie d’actif ; Calculer la supprime.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="58"/>
+        <location filename="../window/NoticeText.cpp" line="75"/>
         <source>%1 accounts are of type &quot;%2&quot;: the result shows only one of them.</source>
         <translation>%1 comptes sont du type « %2 » : le résultat n’en montre qu’un.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="63"/>
+        <location filename="../window/NoticeText.cpp" line="80"/>
         <source>From result row %1 on, the class names do not belong to their values: a class row without a class was removed.</source>
         <translation>À partir de la ligne %1 du résultat, les noms des catégories ne correspondent pas à leurs valeurs : une ligne sans catégorie a été supprimée.</translation>
     </message>
     <message>
-        <location filename="../work/wt/wt-trades/main/window/NoticeText.cpp" line="68"/>
+        <location filename="../window/NoticeText.cpp" line="85"/>
         <source>The result has no finite targets (the equity classes may total 100%): no trades.</source>
         <translation>Le résultat n’a pas de cibles finies (les catégories d’actions totalisent peut-être 100 %) : aucune opération.</translation>
     </message>
     <message>
-        <location filename="../work/wt/wt-trades/main/window/NoticeText.cpp" line="71"/>
+        <location filename="../window/NoticeText.cpp" line="88"/>
         <source>The plan has no money for &quot;%1&quot;, which holds %2.</source>
         <translation>Le plan ne prévoit aucun montant pour « %1 », qui détient %2.</translation>
     </message>
     <message>
-        <location filename="../work/wt/wt-trades/main/window/NoticeText.cpp" line="74"/>
+        <location filename="../window/NoticeText.cpp" line="91"/>
         <source>&quot;%1&quot; is held (%2) but the plan does not target it.</source>
         <translation>« %1 » est détenue (%2), mais le plan ne la vise pas.</translation>
     </message>
     <message>
-        <location filename="../work/wt/wt-trades/main/window/NoticeText.cpp" line="77"/>
+        <location filename="../window/NoticeText.cpp" line="94"/>
         <source>&quot;%1&quot; needs %2 more cash to reach its targets without selling.</source>
         <translation>« %1 » a besoin de %2 de liquidités de plus pour atteindre ses cibles sans vendre.</translation>
+    </message>
+    <message>
+        <location filename="../window/NoticeText.cpp" line="98"/>
+        <source>%1 holds a negative amount, %2.</source>
+        <translation>%1 contient un montant négatif, %2.</translation>
+    </message>
+    <message>
+        <location filename="../window/NoticeText.cpp" line="101"/>
+        <source>%1 holds %2, more than a portfolio plausibly holds.</source>
+        <translation>%1 contient %2, plus qu’un portefeuille ne contient vraisemblablement.</translation>
+    </message>
+    <message>
+        <location filename="../window/NoticeText.cpp" line="104"/>
+        <source>%1 has a negative target, %2%.</source>
+        <translation>%1 a une cible négative, %2 %.</translation>
+    </message>
+    <message>
+        <location filename="../window/NoticeText.cpp" line="113"/>
+        <source>%1, column %2: &quot;%3&quot; is not a number; it counts as 0.</source>
+        <translation>%1, colonne %2 : « %3 » n’est pas un nombre ; il compte pour 0.</translation>
+    </message>
+    <message>
+        <location filename="../window/NoticeText.cpp" line="117"/>
+        <source>%1 has an unknown account type (%2); Calculate drops it.</source>
+        <translation>%1 a un type de compte inconnu (%2) ; Calculer la supprime.</translation>
+    </message>
+    <message>
+        <location filename="../window/NoticeText.cpp" line="122"/>
+        <source>%1 has an unknown asset class (%2); Calculate drops it.</source>
+        <translation>%1 a une catégorie d’actif inconnue (%2) ; Calculer la supprime.</translation>
     </message>
 </context>
 <context>
     <name>tessary::Report</name>
     <message>
-        <location filename="../report/Report.cpp" line="79"/>
+        <location filename="../report/Report.cpp" line="85"/>
         <source>Total</source>
         <translation>Total</translation>
     </message>
     <message>
-        <location filename="../report/Report.cpp" line="254"/>
-        <location filename="../report/Report.cpp" line="316"/>
+        <location filename="../report/Report.cpp" line="336"/>
+        <location filename="../report/Report.cpp" line="419"/>
         <source>Portfolio Allocation</source>
         <translation>Répartition du portefeuille</translation>
     </message>
     <message>
-        <location filename="../report/Report.cpp" line="261"/>
+        <location filename="../report/Report.cpp" line="343"/>
         <source>Accounts</source>
         <translation>Comptes</translation>
     </message>
     <message>
-        <location filename="../report/Report.cpp" line="262"/>
+        <location filename="../report/Report.cpp" line="344"/>
         <source>Targets</source>
         <translation>Cibles</translation>
     </message>
     <message>
-        <location filename="../report/Report.cpp" line="267"/>
+        <location filename="../report/Report.cpp" line="349"/>
         <source>Allocation</source>
         <translation>Répartition</translation>
     </message>
     <message>
-        <location filename="../report/Report.cpp" line="272"/>
+        <location filename="../report/Report.cpp" line="354"/>
         <source>Amounts by account type</source>
         <translation>Montants par type de compte</translation>
     </message>
     <message>
-        <location filename="../report/Report.cpp" line="279"/>
+        <location filename="../report/Report.cpp" line="256"/>
         <source>Prepared with Tessary</source>
         <translation>Préparé avec Tessary</translation>
     </message>
     <message>
-        <location filename="../report/Report.cpp" line="300"/>
+        <location filename="../report/Report.cpp" line="398"/>
         <source>The report cannot be painted on this device.</source>
         <translation>Le rapport ne peut pas être produit sur cet appareil.</translation>
     </message>
     <message>
-        <location filename="../report/Report.cpp" line="309"/>
+        <location filename="../report/Report.cpp" line="412"/>
         <source>Cannot write &quot;%1&quot;: %2</source>
         <translation>Impossible d’écrire « %1 » : %2</translation>
     </message>
     <message>
-        <location filename="../report/Report.cpp" line="326"/>
+        <location filename="../report/Report.cpp" line="434"/>
         <source>The PDF report needs the program&apos;s graphical part (QApplication).</source>
         <translation>Le rapport PDF exige la partie graphique du programme (QApplication).</translation>
     </message>
     <message>
-        <location filename="../work/wt/wt-trades/main/report/Report.cpp" line="153"/>
+        <location filename="../report/Report.cpp" line="153"/>
         <source>From holdings to the plan</source>
         <translation>Des placements actuels au plan</translation>
     </message>
     <message>
-        <location filename="../work/wt/wt-trades/main/report/Report.cpp" line="160"/>
+        <location filename="../report/Report.cpp" line="160"/>
         <source>Trades by account type</source>
         <translation>Opérations par type de compte</translation>
     </message>
     <message>
-        <location filename="../work/wt/wt-trades/main/report/Report.cpp" line="245"/>
+        <location filename="../report/Report.cpp" line="245"/>
         <source>Band (percentage points of each account): %1</source>
         <translation>Marge (points de pourcentage de chaque compte) : %1</translation>
     </message>
     <message>
-        <location filename="../work/wt/wt-trades/main/report/Report.cpp" line="248"/>
+        <location filename="../report/Report.cpp" line="248"/>
         <source>no sales in taxable accounts</source>
         <translation>aucune vente dans les comptes imposables</translation>
     </message>
     <message>
-        <location filename="../work/wt/wt-trades/main/report/Report.cpp" line="249"/>
+        <location filename="../report/Report.cpp" line="249"/>
         <source>sales allowed in every account</source>
         <translation>ventes permises dans tous les comptes</translation>
+    </message>
+</context>
+<context>
+    <name>tessary::TAllocationChart</name>
+    <message>
+        <location filename="../window/AllocationChart.cpp" line="27"/>
+        <location filename="../window/AllocationChart.cpp" line="37"/>
+        <source>Calculate to see the allocation</source>
+        <translation>Calculez pour voir la répartition</translation>
+    </message>
+</context>
+<context>
+    <name>tessary::TComboDelegate</name>
+    <message>
+        <location filename="../window/GridView.cpp" line="144"/>
+        <source>Not a number: type an amount such as 250000, $250,000 or 250 000 $</source>
+        <translation>Ce n’est pas un nombre : tapez un montant comme 250000, 250 000 $ ou 250 000,50 $</translation>
     </message>
 </context>
 <context>
@@ -214,54 +281,54 @@
         <translation>&amp;Imprimer...</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="99"/>
-        <location filename="../window/DocumentController.cpp" line="143"/>
-        <location filename="../window/DocumentController.cpp" line="218"/>
+        <location filename="../window/DocumentController.cpp" line="102"/>
+        <location filename="../window/DocumentController.cpp" line="147"/>
+        <location filename="../window/DocumentController.cpp" line="223"/>
         <source>Untitled</source>
         <translation>Sans titre</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="144"/>
+        <location filename="../window/DocumentController.cpp" line="148"/>
         <source>Unsaved changes</source>
         <translation>Modifications non enregistrées</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="145"/>
+        <location filename="../window/DocumentController.cpp" line="149"/>
         <source>The worksheet &quot;%1&quot; has changes that are not saved. Save them?</source>
         <translation>La feuille de travail « %1 » a des modifications non enregistrées. Les enregistrer ?</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="194"/>
+        <location filename="../window/DocumentController.cpp" line="199"/>
         <source>Open Worksheet</source>
         <translation>Ouvrir une feuille de travail</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="220"/>
+        <location filename="../window/DocumentController.cpp" line="225"/>
         <source>Save Worksheet</source>
         <translation>Enregistrer la feuille de travail</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="231"/>
+        <location filename="../window/DocumentController.cpp" line="236"/>
         <source>Export to CSV</source>
         <translation>Exporter en CSV</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="231"/>
+        <location filename="../window/DocumentController.cpp" line="236"/>
         <source>CSV files (*.csv)</source>
         <translation>Fichiers CSV (*.csv)</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="242"/>
+        <location filename="../window/DocumentController.cpp" line="247"/>
         <source>Export to PDF</source>
         <translation>Exporter en PDF</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="242"/>
+        <location filename="../window/DocumentController.cpp" line="247"/>
         <source>PDF files (*.pdf)</source>
         <translation>Fichiers PDF (*.pdf)</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="254"/>
+        <location filename="../window/DocumentController.cpp" line="259"/>
         <source>Portfolio Allocation</source>
         <translation>Répartition du portefeuille</translation>
     </message>
@@ -269,72 +336,77 @@
 <context>
     <name>tessary::TForm1</name>
     <message>
-        <location filename="../window/MainWindow.cpp" line="136"/>
+        <location filename="../window/MainWindow.cpp" line="151"/>
         <source>Portfolio allocation</source>
         <translation>Répartition du portefeuille</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="137"/>
-        <location filename="../window/MainWindow.cpp" line="138"/>
+        <location filename="../window/MainWindow.cpp" line="152"/>
+        <location filename="../window/MainWindow.cpp" line="153"/>
         <source>Calculate</source>
         <translation>Calculer</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="140"/>
-        <location filename="../window/MainWindow.cpp" line="141"/>
-        <location filename="../window/MainWindow.cpp" line="346"/>
+        <location filename="../window/MainWindow.cpp" line="155"/>
+        <location filename="../window/MainWindow.cpp" line="156"/>
+        <location filename="../window/MainWindow.cpp" line="394"/>
         <source>Help</source>
         <translation>Aide</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="139"/>
+        <location filename="../window/MainWindow.cpp" line="154"/>
         <source>Calculate (Ctrl+Enter)</source>
         <translation>Calculer (Ctrl+Entrée)</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="142"/>
+        <location filename="../window/MainWindow.cpp" line="157"/>
         <source>Portfolio Allocation</source>
         <translation>Répartition du portefeuille</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="143"/>
-        <location filename="../window/MainWindow.cpp" line="144"/>
+        <location filename="../window/MainWindow.cpp" line="158"/>
+        <location filename="../window/MainWindow.cpp" line="159"/>
         <source>File</source>
         <translation>Fichier</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="145"/>
+        <location filename="../window/MainWindow.cpp" line="160"/>
         <source>Worksheets, export, print and language</source>
         <translation>Feuilles de travail, exportation, impression et langue</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="146"/>
+        <location filename="../window/MainWindow.cpp" line="164"/>
         <source>Allocation chart</source>
         <translation>Graphique de répartition</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="346"/>
+        <location filename="../window/MainWindow.cpp" line="376"/>
+        <source>Portfolio Risk Tolerance</source>
+        <translation>Tolérance au risque du portefeuille</translation>
+    </message>
+    <message>
+        <location filename="../window/MainWindow.cpp" line="394"/>
         <source>The help page could not be opened: %1</source>
         <translation>La page d’aide n’a pu être ouverte : %1</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="148"/>
+        <location filename="../window/MainWindow.cpp" line="166"/>
         <source>&amp;Language</source>
         <translation>&amp;Langue</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="149"/>
+        <location filename="../window/MainWindow.cpp" line="167"/>
         <source>&amp;Quit</source>
         <translation>&amp;Quitter</translation>
     </message>
     <message>
-        <location filename="../work/wt/wt-trades/main/window/MainWindow.cpp" line="156"/>
-        <location filename="../work/wt/wt-trades/main/window/MainWindow.cpp" line="157"/>
+        <location filename="../window/MainWindow.cpp" line="161"/>
+        <location filename="../window/MainWindow.cpp" line="162"/>
         <source>Trades</source>
         <translation>Opérations</translation>
     </message>
     <message>
-        <location filename="../work/wt/wt-trades/main/window/MainWindow.cpp" line="158"/>
+        <location filename="../window/MainWindow.cpp" line="163"/>
         <source>From today&apos;s holdings to the plan (Ctrl+T)</source>
         <translation>Des placements actuels au plan (Ctrl+T)</translation>
     </message>
@@ -388,79 +460,79 @@
 <context>
     <name>tessary::TInputGridsPanel</name>
     <message>
-        <location filename="../window/InputGridsPanel.cpp" line="90"/>
+        <location filename="../window/InputGridsPanel.cpp" line="92"/>
         <source>Accounts</source>
         <translation>Comptes</translation>
     </message>
     <message>
-        <location filename="../window/InputGridsPanel.cpp" line="91"/>
+        <location filename="../window/InputGridsPanel.cpp" line="93"/>
         <source>Asset class targets</source>
         <translation>Cibles par catégorie d’actif</translation>
     </message>
     <message>
-        <location filename="../window/InputGridsPanel.cpp" line="92"/>
-        <location filename="../window/InputGridsPanel.cpp" line="96"/>
+        <location filename="../window/InputGridsPanel.cpp" line="94"/>
+        <location filename="../window/InputGridsPanel.cpp" line="98"/>
         <source>Add</source>
         <translation>Ajout</translation>
     </message>
     <message>
-        <location filename="../window/InputGridsPanel.cpp" line="93"/>
-        <location filename="../window/InputGridsPanel.cpp" line="97"/>
+        <location filename="../window/InputGridsPanel.cpp" line="95"/>
+        <location filename="../window/InputGridsPanel.cpp" line="99"/>
         <source>Delete</source>
         <translation>Suppr.</translation>
     </message>
     <message>
-        <location filename="../window/InputGridsPanel.cpp" line="94"/>
+        <location filename="../window/InputGridsPanel.cpp" line="96"/>
         <source>Clear</source>
         <translation>Vider</translation>
     </message>
     <message>
-        <location filename="../window/InputGridsPanel.cpp" line="95"/>
+        <location filename="../window/InputGridsPanel.cpp" line="97"/>
         <source>Add from File</source>
         <translation>Importer</translation>
     </message>
     <message>
-        <location filename="../window/InputGridsPanel.cpp" line="98"/>
+        <location filename="../window/InputGridsPanel.cpp" line="100"/>
         <source>Add an account row</source>
         <translation>Ajouter une ligne de compte</translation>
     </message>
     <message>
-        <location filename="../window/InputGridsPanel.cpp" line="99"/>
+        <location filename="../window/InputGridsPanel.cpp" line="101"/>
         <source>Delete the current account row</source>
         <translation>Supprimer la ligne de compte courante</translation>
     </message>
     <message>
-        <location filename="../window/InputGridsPanel.cpp" line="100"/>
+        <location filename="../window/InputGridsPanel.cpp" line="102"/>
         <source>Empty the accounts grid</source>
         <translation>Vider la grille des comptes</translation>
     </message>
     <message>
-        <location filename="../window/InputGridsPanel.cpp" line="101"/>
+        <location filename="../window/InputGridsPanel.cpp" line="103"/>
         <source>Add a class row</source>
         <translation>Ajouter une ligne de catégorie</translation>
     </message>
     <message>
-        <location filename="../window/InputGridsPanel.cpp" line="102"/>
+        <location filename="../window/InputGridsPanel.cpp" line="104"/>
         <source>Delete the current class row</source>
         <translation>Supprimer la ligne de catégorie courante</translation>
     </message>
     <message>
-        <location filename="../window/InputGridsPanel.cpp" line="103"/>
+        <location filename="../window/InputGridsPanel.cpp" line="105"/>
         <source>Add accounts from a client file (Ctrl+I)</source>
         <translation>Ajouter les comptes d’un dossier client (Ctrl+I)</translation>
     </message>
     <message>
-        <location filename="../window/InputGridsPanel.cpp" line="104"/>
+        <location filename="../window/InputGridsPanel.cpp" line="106"/>
         <source>Targets</source>
         <translation>Cibles</translation>
     </message>
     <message>
-        <location filename="../window/InputGridsPanel.cpp" line="105"/>
+        <location filename="../window/InputGridsPanel.cpp" line="107"/>
         <source>Target presets</source>
         <translation>Répartitions cibles prédéfinies</translation>
     </message>
     <message>
-        <location filename="../window/InputGridsPanel.cpp" line="106"/>
+        <location filename="../window/InputGridsPanel.cpp" line="108"/>
         <source>Fill the targets with a named mix</source>
         <translation>Remplir les cibles avec une répartition nommée</translation>
     </message>
@@ -468,13 +540,13 @@
 <context>
     <name>tessary::TNoticeLine</name>
     <message>
-        <location filename="../window/NoticeLine.cpp" line="12"/>
-        <location filename="../window/NoticeLine.cpp" line="42"/>
+        <location filename="../window/NoticeLine.cpp" line="14"/>
+        <location filename="../window/NoticeLine.cpp" line="39"/>
         <source>Notices</source>
         <translation>Avis</translation>
     </message>
     <message numerus="yes">
-        <location filename="../window/NoticeLine.cpp" line="29"/>
+        <location filename="../window/NoticeLine.cpp" line="32"/>
         <source>(%n more)</source>
         <translation>
             <numerusform>(%n autre)</numerusform>
@@ -521,48 +593,164 @@
     </message>
 </context>
 <context>
+    <name>tessary::TTradesPage</name>
+    <message>
+        <location filename="../window/TradesPage.cpp" line="177"/>
+        <location filename="../window/TradesPage.cpp" line="178"/>
+        <source>Holdings today</source>
+        <translation>Placements actuels</translation>
+    </message>
+    <message>
+        <location filename="../window/TradesPage.cpp" line="179"/>
+        <source>Type amounts, or paste cells copied from a spreadsheet (Ctrl+V)</source>
+        <translation>Saisissez les montants ou collez des cellules copiées d’un tableur (Ctrl+V)</translation>
+    </message>
+    <message>
+        <location filename="../window/TradesPage.cpp" line="180"/>
+        <source>Load CSV...</source>
+        <translation>Charger un CSV...</translation>
+    </message>
+    <message>
+        <location filename="../window/TradesPage.cpp" line="181"/>
+        <source>Holdings from a CSV file: account type, class, amount</source>
+        <translation>Placements tirés d’un fichier CSV : type de compte, catégorie, montant</translation>
+    </message>
+    <message>
+        <location filename="../window/TradesPage.cpp" line="182"/>
+        <source>Clear</source>
+        <translation>Vider</translation>
+    </message>
+    <message>
+        <location filename="../window/TradesPage.cpp" line="183"/>
+        <source>Clear holdings</source>
+        <translation>Vider les placements</translation>
+    </message>
+    <message>
+        <location filename="../window/TradesPage.cpp" line="184"/>
+        <source>Band (percentage points):</source>
+        <translation>Marge (points de pourcentage) :</translation>
+    </message>
+    <message>
+        <location filename="../window/TradesPage.cpp" line="185"/>
+        <source>Band in percentage points</source>
+        <translation>Marge en points de pourcentage</translation>
+    </message>
+    <message>
+        <location filename="../window/TradesPage.cpp" line="186"/>
+        <source>Trades no larger than this share of the account are skipped</source>
+        <translation>Les opérations qui ne dépassent pas cette part du compte sont omises</translation>
+    </message>
+    <message>
+        <location filename="../window/TradesPage.cpp" line="187"/>
+        <source>No sales in taxable accounts</source>
+        <translation>Aucune vente dans les comptes imposables</translation>
+    </message>
+    <message>
+        <location filename="../window/TradesPage.cpp" line="188"/>
+        <location filename="../window/TradesPage.cpp" line="189"/>
+        <source>Trades</source>
+        <translation>Opérations</translation>
+    </message>
+    <message>
+        <location filename="../window/TradesPage.cpp" line="190"/>
+        <source>Copy</source>
+        <translation>Copier</translation>
+    </message>
+    <message>
+        <location filename="../window/TradesPage.cpp" line="191"/>
+        <source>Copy the trades for a spreadsheet (Ctrl+C)</source>
+        <translation>Copier les opérations pour un tableur (Ctrl+C)</translation>
+    </message>
+    <message>
+        <location filename="../window/TradesPage.cpp" line="192"/>
+        <source>Export CSV...</source>
+        <translation>Exporter en CSV...</translation>
+    </message>
+    <message>
+        <location filename="../window/TradesPage.cpp" line="256"/>
+        <source>Not an amount: left out</source>
+        <translation>Pas un montant : laissé de côté</translation>
+    </message>
+    <message>
+        <location filename="../window/TradesPage.cpp" line="333"/>
+        <source>No plan yet: press Calculate on the allocation page.</source>
+        <translation>Pas encore de plan : appuyez sur Calculer dans la page de répartition.</translation>
+    </message>
+    <message>
+        <location filename="../window/TradesPage.cpp" line="377"/>
+        <source>Export Trades to CSV</source>
+        <translation>Exporter les opérations en CSV</translation>
+    </message>
+    <message>
+        <location filename="../window/TradesPage.cpp" line="377"/>
+        <location filename="../window/TradesPage.cpp" line="391"/>
+        <source>CSV files (*.csv)</source>
+        <translation>Fichiers CSV (*.csv)</translation>
+    </message>
+    <message>
+        <location filename="../window/TradesPage.cpp" line="380"/>
+        <source>trades</source>
+        <translation>operations</translation>
+    </message>
+    <message>
+        <location filename="../window/TradesPage.cpp" line="391"/>
+        <source>Load Holdings</source>
+        <translation>Charger les placements</translation>
+    </message>
+    <message>
+        <location filename="../window/TradesPage.cpp" line="400"/>
+        <source>Cannot open &quot;%1&quot;: %2</source>
+        <translation>Impossible d’ouvrir « %1 » : %2</translation>
+    </message>
+    <message>
+        <location filename="../window/TradesPage.cpp" line="407"/>
+        <source>The holdings were not loaded: %1</source>
+        <translation>Les placements n’ont pas été chargés : %1</translation>
+    </message>
+</context>
+<context>
     <name>tessary::TdlgFromFile</name>
     <message>
-        <location filename="../window/ImportDialog.cpp" line="28"/>
-        <location filename="../window/ImportDialog.cpp" line="39"/>
-        <location filename="../window/ImportDialog.cpp" line="43"/>
-        <location filename="../window/ImportDialog.cpp" line="71"/>
+        <location filename="../window/ImportDialog.cpp" line="37"/>
+        <location filename="../window/ImportDialog.cpp" line="48"/>
+        <location filename="../window/ImportDialog.cpp" line="52"/>
+        <location filename="../window/ImportDialog.cpp" line="80"/>
         <source>Select File</source>
         <translation>Choisir le dossier</translation>
     </message>
     <message>
-        <location filename="../window/ImportDialog.cpp" line="54"/>
+        <location filename="../window/ImportDialog.cpp" line="63"/>
         <source>Meridel: personal planning</source>
         <translation>Meridel : planification personnelle</translation>
     </message>
     <message>
-        <location filename="../window/ImportDialog.cpp" line="55"/>
+        <location filename="../window/ImportDialog.cpp" line="64"/>
         <source>Basalto: corporate planning</source>
         <translation>Basalto : planification d’entreprise</translation>
     </message>
     <message>
-        <location filename="../window/ImportDialog.cpp" line="56"/>
+        <location filename="../window/ImportDialog.cpp" line="65"/>
         <source>Quorren: trust planning</source>
         <translation>Quorren : planification de fiducie</translation>
     </message>
     <message>
-        <location filename="../window/ImportDialog.cpp" line="73"/>
+        <location filename="../window/ImportDialog.cpp" line="82"/>
         <source>Select Solution</source>
         <translation>Choisir la solution</translation>
     </message>
     <message>
-        <location filename="../window/ImportDialog.cpp" line="75"/>
-        <location filename="../window/ImportDialog.cpp" line="77"/>
+        <location filename="../window/ImportDialog.cpp" line="84"/>
+        <location filename="../window/ImportDialog.cpp" line="86"/>
         <source>Select Party</source>
         <translation>Choisir la partie</translation>
     </message>
     <message>
-        <location filename="../window/ImportDialog.cpp" line="82"/>
+        <location filename="../window/ImportDialog.cpp" line="96"/>
         <source>OK</source>
         <translation>OK</translation>
     </message>
     <message>
-        <location filename="../window/ImportDialog.cpp" line="85"/>
+        <location filename="../window/ImportDialog.cpp" line="99"/>
         <source>Cancel</source>
         <translation>Annuler</translation>
     </message>
@@ -600,6 +788,59 @@
         <location filename="../window/ImportDialog.cpp" line="234"/>
         <source>%1 (locked)</source>
         <translation>%1 (verrouillé)</translation>
+    </message>
+</context>
+<context>
+    <name>tessary::Trades</name>
+    <message>
+        <location filename="../format/TradesFormat.cpp" line="125"/>
+        <source>Cash to raise</source>
+        <translation>Liquidités à dégager</translation>
+    </message>
+    <message>
+        <location filename="../format/TradesFormat.cpp" line="126"/>
+        <source>New cash</source>
+        <translation>Nouvelles liquidités</translation>
+    </message>
+    <message>
+        <location filename="../format/TradesFormat.cpp" line="132"/>
+        <source>Left unplaced</source>
+        <translation>Non placé</translation>
+    </message>
+    <message>
+        <location filename="../format/TradesFormat.cpp" line="138"/>
+        <source>Total</source>
+        <translation>Total</translation>
+    </message>
+    <message>
+        <location filename="../format/TradesFormat.cpp" line="144"/>
+        <source>Account type</source>
+        <translation>Type de compte</translation>
+    </message>
+    <message>
+        <location filename="../format/TradesFormat.cpp" line="145"/>
+        <source>Asset class</source>
+        <translation>Catégorie d’actif</translation>
+    </message>
+    <message>
+        <location filename="../format/TradesFormat.cpp" line="146"/>
+        <source>Current</source>
+        <translation>Actuel</translation>
+    </message>
+    <message>
+        <location filename="../format/TradesFormat.cpp" line="147"/>
+        <source>Target</source>
+        <translation>Cible</translation>
+    </message>
+    <message>
+        <location filename="../format/TradesFormat.cpp" line="148"/>
+        <source>Buy</source>
+        <translation>Achat</translation>
+    </message>
+    <message>
+        <location filename="../format/TradesFormat.cpp" line="149"/>
+        <source>Sell</source>
+        <translation>Vente</translation>
     </message>
 </context>
 <context>
@@ -698,361 +939,193 @@
 <context>
     <name>tessary::Worksheet</name>
     <message>
-        <location filename="../report/Worksheet.cpp" line="78"/>
+        <location filename="../report/Worksheet.cpp" line="102"/>
         <source>The worksheet &quot;%1&quot; is damaged: %2.</source>
         <translation>La feuille de travail « %1 » est endommagée : %2.</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="83"/>
+        <location filename="../report/Worksheet.cpp" line="107"/>
         <source>%1 has no &quot;%2&quot; object</source>
         <translation>%1 n’a pas d’objet « %2 »</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="88"/>
+        <location filename="../report/Worksheet.cpp" line="112"/>
         <source>%1 is missing or not a list</source>
         <translation>%1 manque ou n’est pas une liste</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="95"/>
+        <location filename="../report/Worksheet.cpp" line="119"/>
         <source>%1 is not a whole number from %2 to %3</source>
         <translation>%1 n’est pas un nombre entier de %2 à %3</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="118"/>
+        <location filename="../report/Worksheet.cpp" line="142"/>
         <source>cell %1 of %2 is neither empty, a text nor a number</source>
         <translation>la cellule %1 de %2 n’est ni vide, ni un texte, ni un nombre</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="123"/>
+        <location filename="../report/Worksheet.cpp" line="147"/>
         <source>%1 is not an object</source>
         <translation>%1 n’est pas un objet</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="125"/>
+        <location filename="../report/Worksheet.cpp" line="149"/>
         <source>the cell list of %1</source>
         <translation>la liste des cellules de %1</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="127"/>
+        <location filename="../report/Worksheet.cpp" line="151"/>
         <source>%1 has %2 cells, not %3</source>
         <translation>%1 a %2 cellules, et non %3</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="131"/>
+        <location filename="../report/Worksheet.cpp" line="155"/>
         <source>the object of %1</source>
         <translation>l’objet de %1</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="137"/>
-        <location filename="../report/Worksheet.cpp" line="145"/>
+        <location filename="../report/Worksheet.cpp" line="161"/>
+        <location filename="../report/Worksheet.cpp" line="169"/>
+        <location filename="../report/Worksheet.cpp" line="202"/>
         <source>the document</source>
         <translation>le document</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="138"/>
+        <location filename="../report/Worksheet.cpp" line="162"/>
         <source>the row list of the %1</source>
         <translation>la liste des lignes des %1</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="141"/>
+        <location filename="../report/Worksheet.cpp" line="165"/>
         <source>%1 row %2</source>
         <translation>la ligne %2 des %1</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="146"/>
+        <location filename="../report/Worksheet.cpp" line="170"/>
         <source>the row list of the result</source>
         <translation>la liste des lignes du résultat</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="147"/>
+        <location filename="../report/Worksheet.cpp" line="171"/>
         <source>the result has fewer than its %1 header rows</source>
         <translation>le résultat a moins que ses %1 lignes d’en-tête</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="149"/>
+        <location filename="../report/Worksheet.cpp" line="173"/>
         <source>the result&apos;s column count</source>
         <translation>le nombre de colonnes du résultat</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="153"/>
+        <location filename="../report/Worksheet.cpp" line="177"/>
         <source>result row %1 does not have %2 cells</source>
         <translation>la ligne %1 du résultat n’a pas %2 cellules</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="157"/>
+        <location filename="../report/Worksheet.cpp" line="181"/>
         <source>result row %1</source>
         <translation>la ligne %1 du résultat</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="159"/>
+        <location filename="../report/Worksheet.cpp" line="183"/>
         <source>the merge list of the result</source>
         <translation>la liste des fusions du résultat</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="161"/>
+        <location filename="../report/Worksheet.cpp" line="185"/>
         <source>merged cell %1 of the result</source>
         <translation>la cellule fusionnée %1 du résultat</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="163"/>
+        <location filename="../report/Worksheet.cpp" line="187"/>
         <source>%1 does not have 4 numbers</source>
         <translation>%1 n’a pas 4 nombres</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="207"/>
+        <location filename="../report/Worksheet.cpp" line="258"/>
         <source>the file is empty</source>
         <translation>le fichier est vide</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="213"/>
-        <location filename="../report/Worksheet.cpp" line="218"/>
-        <location filename="../report/Worksheet.cpp" line="256"/>
+        <location filename="../report/Worksheet.cpp" line="264"/>
+        <location filename="../report/Worksheet.cpp" line="269"/>
+        <location filename="../report/Worksheet.cpp" line="321"/>
         <source>&quot;%1&quot; is not a Tessary worksheet.</source>
         <translation>« %1 » n’est pas une feuille de travail Tessary.</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="214"/>
+        <location filename="../report/Worksheet.cpp" line="265"/>
         <source>%1 at byte %2</source>
         <translation>%1 à l’octet %2</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="221"/>
+        <location filename="../report/Worksheet.cpp" line="272"/>
         <source>the version</source>
         <translation>la version</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="224"/>
+        <location filename="../report/Worksheet.cpp" line="275"/>
         <source>&quot;%1&quot; was saved by a newer Tessary (worksheet version %2; this one reads version %3).</source>
         <translation>« %1 » a été enregistrée par un Tessary plus récent (feuille de travail de version %2 ; celui-ci lit la version %3).</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="230"/>
+        <location filename="../report/Worksheet.cpp" line="281"/>
         <source>accounts</source>
         <translation>comptes</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="231"/>
+        <location filename="../report/Worksheet.cpp" line="282"/>
         <source>classes</source>
         <translation>catégories</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="241"/>
+        <location filename="../report/Worksheet.cpp" line="294"/>
         <source>Cannot save the worksheet &quot;%1&quot;: %2</source>
         <translation>Impossible d’enregistrer la feuille de travail « %1 » : %2</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="251"/>
+        <location filename="../report/Worksheet.cpp" line="304"/>
         <source>Cannot open the worksheet &quot;%1&quot;: %2</source>
         <translation>Impossible d’ouvrir la feuille de travail « %1 » : %2</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="253"/>
+        <location filename="../report/Worksheet.cpp" line="313"/>
         <source>it is a folder</source>
         <translation>c’est un dossier</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="266"/>
+        <location filename="../report/Worksheet.cpp" line="314"/>
         <source>it is not a regular file</source>
         <translation>ce n’est pas un fichier ordinaire</translation>
     </message>
     <message>
-        <location filename="../work/wt/wt-trades/main/report/Worksheet.cpp" line="205"/>
+        <location filename="../report/Worksheet.cpp" line="205"/>
         <source>the band is not a number from 0 to 100</source>
         <translation>la marge n’est pas un nombre de 0 à 100</translation>
     </message>
     <message>
-        <location filename="../work/wt/wt-trades/main/report/Worksheet.cpp" line="207"/>
+        <location filename="../report/Worksheet.cpp" line="207"/>
         <source>&quot;noSellTaxable&quot; is not true or false</source>
         <translation>« noSellTaxable » n’est ni vrai ni faux</translation>
     </message>
     <message>
-        <location filename="../work/wt/wt-trades/main/report/Worksheet.cpp" line="209"/>
+        <location filename="../report/Worksheet.cpp" line="209"/>
         <source>the row list of the holdings</source>
         <translation>la liste des lignes des placements</translation>
     </message>
     <message>
-        <location filename="../work/wt/wt-trades/main/report/Worksheet.cpp" line="211"/>
+        <location filename="../report/Worksheet.cpp" line="211"/>
         <source>holdings row %1</source>
         <translation>la ligne %1 des placements</translation>
     </message>
     <message>
-        <location filename="../work/wt/wt-trades/main/report/Worksheet.cpp" line="218"/>
+        <location filename="../report/Worksheet.cpp" line="218"/>
         <source>%1 names no known account type and class</source>
         <translation>%1 ne nomme pas un type de compte et une catégorie connus</translation>
     </message>
     <message>
-        <location filename="../work/wt/wt-trades/main/report/Worksheet.cpp" line="221"/>
+        <location filename="../report/Worksheet.cpp" line="221"/>
         <source>%1 has no amount</source>
         <translation>%1 n’a pas de montant</translation>
-    </message>
-</context>
-<context>
-    <name>tessary::TTradesPage</name>
-    <message>
-        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="169"/>
-        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="170"/>
-        <source>Holdings today</source>
-        <translation>Placements actuels</translation>
-    </message>
-    <message>
-        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="171"/>
-        <source>Type amounts, or paste cells copied from a spreadsheet (Ctrl+V)</source>
-        <translation>Saisissez les montants ou collez des cellules copiées d’un tableur (Ctrl+V)</translation>
-    </message>
-    <message>
-        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="172"/>
-        <source>Load CSV...</source>
-        <translation>Charger un CSV...</translation>
-    </message>
-    <message>
-        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="173"/>
-        <source>Holdings from a CSV file: account type, class, amount</source>
-        <translation>Placements tirés d’un fichier CSV : type de compte, catégorie, montant</translation>
-    </message>
-    <message>
-        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="174"/>
-        <source>Clear</source>
-        <translation>Vider</translation>
-    </message>
-    <message>
-        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="175"/>
-        <source>Clear holdings</source>
-        <translation>Vider les placements</translation>
-    </message>
-    <message>
-        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="176"/>
-        <source>Band (percentage points):</source>
-        <translation>Marge (points de pourcentage) :</translation>
-    </message>
-    <message>
-        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="177"/>
-        <source>Band in percentage points</source>
-        <translation>Marge en points de pourcentage</translation>
-    </message>
-    <message>
-        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="178"/>
-        <source>Trades no larger than this share of the account are skipped</source>
-        <translation>Les opérations qui ne dépassent pas cette part du compte sont omises</translation>
-    </message>
-    <message>
-        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="179"/>
-        <source>No sales in taxable accounts</source>
-        <translation>Aucune vente dans les comptes imposables</translation>
-    </message>
-    <message>
-        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="180"/>
-        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="181"/>
-        <source>Trades</source>
-        <translation>Opérations</translation>
-    </message>
-    <message>
-        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="182"/>
-        <source>Copy</source>
-        <translation>Copier</translation>
-    </message>
-    <message>
-        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="183"/>
-        <source>Copy the trades for a spreadsheet (Ctrl+C)</source>
-        <translation>Copier les opérations pour un tableur (Ctrl+C)</translation>
-    </message>
-    <message>
-        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="184"/>
-        <source>Export CSV...</source>
-        <translation>Exporter en CSV...</translation>
-    </message>
-    <message>
-        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="244"/>
-        <source>Not an amount: left out</source>
-        <translation>Pas un montant : laissé de côté</translation>
-    </message>
-    <message>
-        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="321"/>
-        <source>No plan yet: press Calculate on the allocation page.</source>
-        <translation>Pas encore de plan : appuyez sur Calculer dans la page de répartition.</translation>
-    </message>
-    <message>
-        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="362"/>
-        <source>Export Trades to CSV</source>
-        <translation>Exporter les opérations en CSV</translation>
-    </message>
-    <message>
-        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="362"/>
-        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="375"/>
-        <source>CSV files (*.csv)</source>
-        <translation>Fichiers CSV (*.csv)</translation>
-    </message>
-    <message>
-        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="364"/>
-        <source>trades</source>
-        <translation>operations</translation>
-    </message>
-    <message>
-        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="375"/>
-        <source>Load Holdings</source>
-        <translation>Charger les placements</translation>
-    </message>
-    <message>
-        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="384"/>
-        <source>Cannot open &quot;%1&quot;: %2</source>
-        <translation>Impossible d’ouvrir « %1 » : %2</translation>
-    </message>
-    <message>
-        <location filename="../work/wt/wt-trades/main/window/TradesPage.cpp" line="391"/>
-        <source>The holdings were not loaded: %1</source>
-        <translation>Les placements n’ont pas été chargés : %1</translation>
-    </message>
-</context>
-<context>
-    <name>tessary::Trades</name>
-    <message>
-        <location filename="../work/wt/wt-trades/main/format/TradesFormat.cpp" line="126"/>
-        <source>Cash to raise</source>
-        <translation>Liquidités à dégager</translation>
-    </message>
-    <message>
-        <location filename="../work/wt/wt-trades/main/format/TradesFormat.cpp" line="126"/>
-        <source>New cash</source>
-        <translation>Nouvelles liquidités</translation>
-    </message>
-    <message>
-        <location filename="../work/wt/wt-trades/main/format/TradesFormat.cpp" line="130"/>
-        <source>Left unplaced</source>
-        <translation>Non placé</translation>
-    </message>
-    <message>
-        <location filename="../work/wt/wt-trades/main/format/TradesFormat.cpp" line="136"/>
-        <source>Total</source>
-        <translation>Total</translation>
-    </message>
-    <message>
-        <location filename="../work/wt/wt-trades/main/format/TradesFormat.cpp" line="141"/>
-        <source>Account type</source>
-        <translation>Type de compte</translation>
-    </message>
-    <message>
-        <location filename="../work/wt/wt-trades/main/format/TradesFormat.cpp" line="141"/>
-        <source>Asset class</source>
-        <translation>Catégorie d’actif</translation>
-    </message>
-    <message>
-        <location filename="../work/wt/wt-trades/main/format/TradesFormat.cpp" line="141"/>
-        <source>Current</source>
-        <translation>Actuel</translation>
-    </message>
-    <message>
-        <location filename="../work/wt/wt-trades/main/format/TradesFormat.cpp" line="141"/>
-        <source>Target</source>
-        <translation>Cible</translation>
-    </message>
-    <message>
-        <location filename="../work/wt/wt-trades/main/format/TradesFormat.cpp" line="141"/>
-        <source>Buy</source>
-        <translation>Achat</translation>
-    </message>
-    <message>
-        <location filename="../work/wt/wt-trades/main/format/TradesFormat.cpp" line="141"/>
-        <source>Sell</source>
-        <translation>Vente</translation>
     </message>
 </context>
 </TS>

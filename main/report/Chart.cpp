@@ -94,7 +94,8 @@ void UpdateAllocationChart(QChart& chart, const TGrid& result, const QLocale& lo
     auto* values = new QValueAxis;
     values->setRange(low, high);
     values->applyNiceNumbers();
-    values->setLabelFormat(QStringLiteral("%.0f"));
+    // Whole units, until they would take more digits than the strip has room for.
+    values->setLabelFormat(std::max(-low, high) < 1e12 ? QStringLiteral("%.0f") : QStringLiteral("%.3g"));
     chart.addAxis(values, Qt::AlignLeft);
     series->attachAxis(values);
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QChartView>
+#include <QLabel>
 
 #include "core/Grid.h"
 
@@ -14,6 +15,13 @@ public:
 
     // Shows the result as it now stands; labelSize: the point size of legend and axes.
     void Update(double labelSize);
+
+    // Shown instead of empty axes until a calculation gives bars.
+    QLabel* placeholder;
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     const TGrid& result_;

@@ -97,6 +97,7 @@ QString WindowStyleSheet(double zoom) {
                "QPushButton.window:hover { background: rgba(255,255,255,40); }"
                "QTableView { gridline-color: #D5DCE4; border: 1px solid #B8C2CE;"
                "  selection-background-color: #CCD8E6; selection-color: black; }"
+               "QTableView[frozen=\"true\"] { border: none; }"
                "QLabel#lblCaptionBar { color: white; font-weight: bold; background: transparent; }"
                "QLabel#Label1 { color: #1F3552; font-weight: bold; }"
                "QLabel#lblNotices { color: #8A4B00; }"

@@ -96,14 +96,16 @@ bool TDocumentController::IsModified() const { return Snapshot() != savedSnapsho
 
 void TDocumentController::MarkSaved() { savedSnapshot_ = Snapshot(); }
 
-QString TDocumentController::UpdateState() {
+QString TDocumentController::Caption(const QString& title) const {
     const bool modified = IsModified();
+    if (!modified && currentFile_.isEmpty()) return title;
     const QString name = currentFile_.isEmpty() ? tr("Untitled") : QFileInfo(currentFile_).fileName();
-    QString caption = QStringLiteral("Tessary");
-    if (modified || !currentFile_.isEmpty())
-        caption = name + (modified ? QStringLiteral("*") : QString()) + QStringLiteral(" - Tessary");
-    saveAction->setEnabled(modified || currentFile_.isEmpty());
-    return caption;
+    return name + (modified ? QStringLiteral("*") : QString()) + QStringLiteral(" - ") + title;
+}
+
+QString TDocumentController::UpdateState() {
+    saveAction->setEnabled(IsModified() || currentFile_.isEmpty());
+    return Caption(QStringLiteral("Tessary"));
 }
 
 void TDocumentController::Fail(const QString& message) {

@@ -41,7 +41,10 @@ public:
     bool IsModified() const;
     // The grids as they are now count as the saved worksheet.
     void MarkSaved();
-    // The window's caption for the document state; enables Save to match.
+    // The document state ahead of a title: "client.tessary* - <title>", or the
+    // title alone for an untouched new worksheet.
+    QString Caption(const QString& title) const;
+    // The caption bar's text for the document state; enables Save to match.
     QString UpdateState();
     // Loads a worksheet whole; on an error the grids stay as they were and the error is shown.
     bool OpenWorksheet(const QString& path);

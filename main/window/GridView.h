@@ -5,7 +5,9 @@
 #include <QAbstractTableModel>
 #include <QStyledItemDelegate>
 #include <QTableView>
+#include <QValidator>
 #include <functional>
+#include <map>
 #include <string_view>
 #include <vector>
 
@@ -24,6 +26,8 @@ public:
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+    // A typed number of a value cell; false when the text is not one.
+    bool ReadTyped(const QString& text, double& number) const;
     // Empties a cell (value and row object), as Delete does.
     void ClearCell(const QModelIndex& index);
     Qt::ItemFlags flags(const QModelIndex& index) const override;
@@ -52,7 +56,20 @@ private:
     QLocale locale_;
 };
 
-// Column 0 edits with a drop-down list (no free text).
+// Accepts what ReadTyped reads (and an empty text); anything else is
+// Intermediate, so that Enter and Tab do not take it.
+class TTypedNumberValidator : public QValidator {
+    Q_OBJECT
+public:
+    TTypedNumberValidator(const TGridModel& model, QObject* parent) : QValidator(parent), model_(model) {}
+    State validate(QString& input, int& pos) const override;
+
+private:
+    const TGridModel& model_;
+};
+
+// Column 0 edits with a drop-down list (no free text); value cells with a
+// line that refuses what is not a number.
 class TComboDelegate : public QStyledItemDelegate {
     Q_OBJECT
 public:
@@ -76,16 +93,43 @@ public:
     // The smallest rectangle around the selected cells; the whole grid when none is selected.
     TCellRange SelectedRange() const;
 
+    // Enter after an edit in the last row asks for a new row here (input grids).
+    std::function<void()> onAppendRow;
+
     // Column 0 takes the width the other columns leave.
     bool stretchFirstColumn = false;
 
+    // The fixed rows and column 0, drawn over the scrolled cells so that they stay.
+    QTableView* FrozenRows() const { return frozenRows_; }
+    QTableView* FrozenColumn() const { return frozenCol_; }
+    // At least as wide as the widest realistic text of the column
+    // ($99,999,999, the longest class name) in the current language.
+    int FittingWidth(int col) const;
+
 protected:
+    void scrollContentsBy(int dx, int dy) override;
+    void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void changeEvent(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
+    bool focusNextPrevChild(bool next) override;
 
 private:
     void ApplyWidths();
+    QTableView* MakeFrozenView(const char* name);
+    // Places the frozen views and gives them the main view's widths, heights and offsets.
+    void SyncFrozen();
+    int FixedHeight() const;
     TGridModel* model_;
+    QTableView* frozenCol_ = nullptr;
+    QTableView* frozenRows_ = nullptr;
+    QTableView* frozenCorner_ = nullptr;
+    // Widths the user dragged, by column; they win over the grid's.
+    std::map<int, int> userWidths_;
+    int dragColumn_ = -1;
+    int dragStartX_ = 0, dragStartWidth_ = 0;
 };
 
 } // namespace tessary

@@ -51,6 +51,8 @@ TInputGridsPanel::TInputGridsPanel(QWidget* parent)
     connect(presetsMenu, &TPresetsMenu::presetChosen, this, &TInputGridsPanel::ApplyTargetPreset);
 
     accountsGrid->stretchFirstColumn = true;
+    accountsGrid->onAppendRow = [this] { btnAddAccClick(); };
+    classesGrid->onAppendRow = [this] { AdvRepeatButton2Click(); };
     classesGrid->stretchFirstColumn = true;
     auto* accModel = accountsGrid->GridModel();
     accModel->comboItems.assign(kAccountKindLabels.begin(), kAccountKindLabels.end());

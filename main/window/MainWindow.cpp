@@ -18,6 +18,7 @@
 
 #include "core/Allocation.h"
 #include "core/ImportMerge.h"
+#include "core/Totals.h"
 #include "core/Vocabulary.h"
 #include "window/ImportDialog.h"
 #include "window/Language.h"
@@ -45,7 +46,6 @@ double FitZoom(double wanted, int availableHeight, double pixelsPerInch, int win
 
 TForm1::TForm1(QWidget* parent) : TFramelessWindow(parent), result_(MakeResultGrid()) {
     setObjectName(QStringLiteral("form"));
-    setWindowTitle(QStringLiteral("Tessary"));
     setWindowIcon(QIcon(AppIcon(64)));
     setAttribute(Qt::WA_StyledBackground);
     captionLabel->setText(QStringLiteral("Tessary"));
@@ -93,6 +93,8 @@ TForm1::TForm1(QWidget* parent) : TFramelessWindow(parent), result_(MakeResultGr
     resultGrid->setFocusPolicy(Qt::StrongFocus);
 
     connect(inputs_, &TInputGridsPanel::inputsChanged, this, &TForm1::UpdateNotices);
+    // A longer notice (or another language) may need another line.
+    connect(noticeLine, &TNoticeLine::shown, this, [this] { LayoutControls(); });
     // Any change of a grid may change the document state.
     for (TGridView* g : {inputs_->accountsGrid, inputs_->classesGrid, resultGrid}) {
         auto* m = g->GridModel();
@@ -214,7 +216,7 @@ void TForm1::FormCreate() {
     setStyleSheet(WindowStyleSheet(cnf_.Zoom));
     resultGrid->setShowGrid(true);
 
-    const QSize size(RoundInt(kDesignWidth * cnf_.Zoom), RoundInt(kDesignHeight * cnf_.Zoom));
+    const QSize size(RoundInt((kDesignWidth + kStartExtraWidth) * cnf_.Zoom), RoundInt(kDesignHeight * cnf_.Zoom));
     setMinimumSize(RoundInt(kDesignWidth * cnf_.Zoom * 0.8), RoundInt(kDesignHeight * cnf_.Zoom * 0.8));
     resize(size);
     if (scr) move(scr->availableGeometry().center() - rect().center());
@@ -275,12 +277,15 @@ void TForm1::LayoutControls() {
     resultHeadingLabel->setGeometry(RoundInt(kResultHeading.x() * z), RoundInt(kResultHeading.y() * z), headingWidth,
                                     RoundInt(kResultHeading.height() * z));
     const int noticesLeft = resultHeadingLabel->geometry().right() + RoundInt(kNoticesGap * z);
-    noticeLine->setGeometry(noticesLeft, RoundInt(kResultHeading.y() * z),
-                            std::max(0, calculateButton->x() - RoundInt(kNoticesEndGap * z) - noticesLeft),
-                            RoundInt(kResultHeading.height() * z));
+    // The notices wrap: what does not fit beside the heading pushes the result grid down.
+    const int noticesWidth = std::max(0, calculateButton->x() - RoundInt(kNoticesEndGap * z) - noticesLeft);
+    const int lineHeight = RoundInt(kResultHeading.height() * z);
+    const int noticesHeight = std::max(lineHeight, noticeLine->text().isEmpty() ? 0 : noticeLine->heightForWidth(noticesWidth));
+    noticeLine->setGeometry(noticesLeft, RoundInt(kResultHeading.y() * z), noticesWidth, noticesHeight);
 
     const double dyGrid = dy * kResultHeightShare;
     place(resultGrid, kResultGrid.adjusted(0, 0, dx, dyGrid));
+    resultGrid->setGeometry(resultGrid->geometry().adjusted(0, noticesHeight - lineHeight, 0, 0));
     place(chart, kChart.translated(0, dyGrid).adjusted(0, 0, dx, dy - dyGrid));
     place(helpButton, kHelp.translated(0, dy));
     place(tradesPage, kTradesPage.adjusted(0, 0, dx, dy));
@@ -319,6 +324,8 @@ void TForm1::btnImpClick() {
 void TForm1::btnCalculateClick() {
     // Before: the calculation drops the rows some of them name.
     std::vector<TNotice> notices = InputNotices(Accounts(), Classes());
+    // A worksheet's unknown row object would make a column without a name.
+    ForgetUnknownRowObjects(Accounts(), Classes());
     CalculateAllocation(Accounts(), Classes(), result_, inputs_->addAccountRowButton->width());
     for (TNotice& n : ResultNotices(Classes(), result_)) notices.push_back(std::move(n));
     noticeLine->ShowNotices(notices);
@@ -364,9 +371,9 @@ void TForm1::ShowTradesPage(bool shown) {
 }
 
 void TForm1::UpdateDocumentState() {
-    const QString caption = document_->UpdateState();
-    captionLabel->setText(caption);
-    setWindowTitle(caption);
+    captionLabel->setText(document_->UpdateState());
+    // The taskbar shows the form's own caption; the drawn bar the product.
+    setWindowTitle(document_->Caption(tr("Portfolio Risk Tolerance")));
 }
 
 void TForm1::closeEvent(QCloseEvent* event) {

@@ -9,6 +9,8 @@ namespace tessary {
 TNoticeLine::TNoticeLine(QWidget* parent) : QLabel(parent) {
     setObjectName(QStringLiteral("lblNotices"));
     setTextFormat(Qt::PlainText);
+    setWordWrap(true);
+    setAlignment(Qt::AlignLeft | Qt::AlignTop);
     setAccessibleName(tr("Notices"));
 }
 
@@ -17,23 +19,18 @@ void TNoticeLine::ShowNotices(const std::vector<TNotice>& notices) {
     texts_.clear();
     for (const TNotice& n : notices_) texts_ << NoticeText(n);
     setToolTip(texts_.join(QLatin1Char('\n')));
-    Elide();
+    ShowFirst();
+    emit shown();
 }
 
-void TNoticeLine::Elide() {
+void TNoticeLine::ShowFirst() {
     if (texts_.isEmpty()) {
         clear();
         return;
     }
     QString line = QStringLiteral("\u26A0 ") + texts_.first();
     if (texts_.size() > 1) line += QStringLiteral("  ") + tr("(%n more)", nullptr, static_cast<int>(texts_.size() - 1));
-    const QFontMetrics fm(font());
-    setText(fm.elidedText(line, Qt::ElideRight, width()));
-}
-
-void TNoticeLine::resizeEvent(QResizeEvent* event) {
-    QLabel::resizeEvent(event);
-    Elide();
+    setText(line);
 }
 
 void TNoticeLine::changeEvent(QEvent* event) {
@@ -41,8 +38,6 @@ void TNoticeLine::changeEvent(QEvent* event) {
     if (event->type() == QEvent::LanguageChange) {
         setAccessibleName(tr("Notices"));
         ShowNotices(notices_);
-    } else if (event->type() == QEvent::FontChange) {
-        Elide();
     }
 }
 

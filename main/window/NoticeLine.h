@@ -1,5 +1,5 @@
-// The one-line strip of notices beside the result heading: the first notice,
-// elided, with a count of the others; all of them in its tooltip.
+// The strip of notices beside the result heading: the first notice, whole
+// (wrapped), with a count of the others; all of them in its tooltip.
 #pragma once
 
 #include <QLabel>
@@ -19,12 +19,15 @@ public:
     // The notices now shown, one per line.
     QStringList Notices() const { return texts_; }
 
+signals:
+    // The text changed, and with it the height it needs.
+    void shown();
+
 protected:
-    void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
 
 private:
-    void Elide();
+    void ShowFirst();
 
     std::vector<TNotice> notices_;
     QStringList texts_;

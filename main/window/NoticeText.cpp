@@ -20,6 +20,23 @@ QString Percent(double value, const QLocale& locale) {
 
 QString Label(const TNotice& n) { return QString::fromStdString(n.label); }
 
+// Thirty digits say less than "1e+30".
+QString Money(double value, const QLocale& locale) {
+    if (std::isfinite(value) && std::abs(value) < 1e15) return FormatMoney(value, locale);
+    const QString number = locale.toString(value, 'g', 3);
+    return locale.language() == QLocale::French ? number + QStringLiteral(" $") : QStringLiteral("$") + number;
+}
+
+// "Accounts row 2 ("TFSAs")" in the window's language.
+QString Row(const TNotice& n, bool accounts) {
+    if (n.label.empty())
+        return accounts ? QCoreApplication::translate("tessary::Notices", "Accounts row %1").arg(n.row)
+                        : QCoreApplication::translate("tessary::Notices", "Classes row %1").arg(n.row);
+    const QString label = VocabularyText(n.label);
+    return accounts ? QCoreApplication::translate("tessary::Notices", "Accounts row %1 (\"%2\")").arg(n.row).arg(label)
+                    : QCoreApplication::translate("tessary::Notices", "Classes row %1 (\"%2\")").arg(n.row).arg(label);
+}
+
 } // namespace
 
 QString NoticeText(const TNotice& n) {
@@ -77,6 +94,34 @@ QString NoticeText(const TNotice& n) {
         return QCoreApplication::translate("tessary::Notices",
                                            "\"%1\" needs %2 more cash to reach its targets without selling.")
             .arg(VocabularyText(n.label), FormatMoney(n.value, locale));
+    case NoticeId::NegativeAmount:
+        return QCoreApplication::translate("tessary::Notices", "%1 holds a negative amount, %2.")
+            .arg(Row(n, true), Money(n.value, locale));
+    case NoticeId::ImplausibleAmount:
+        return QCoreApplication::translate("tessary::Notices", "%1 holds %2, more than a portfolio plausibly holds.")
+            .arg(Row(n, true), Money(n.value, locale));
+    case NoticeId::NegativeTarget:
+        return QCoreApplication::translate("tessary::Notices", "%1 has a negative target, %2%.")
+            .arg(Row(n, false), Percent(n.value, locale));
+    case NoticeId::NotANumber: {
+        // The label is the cell's text here; the column names read the same in both languages.
+        TNotice row = n;
+        row.label.clear();
+        const bool accounts = n.grid == NoticeGrid::Accounts;
+        const char* const columns[] = {"", "MD", "BS", "QR"};
+        const QString column = QString::fromLatin1(accounts && n.col >= 1 && n.col <= 3 ? columns[n.col] : "%");
+        return QCoreApplication::translate("tessary::Notices", "%1, column %2: \"%3\" is not a number; it counts as 0.")
+            .arg(Row(row, accounts), column, Label(n));
+    }
+    case NoticeId::UnknownAccountType:
+        return QCoreApplication::translate("tessary::Notices",
+                                           "%1 has an unknown account type (%2); Calculate drops it.")
+            .arg(Row(n, true))
+            .arg(static_cast<long long>(n.value));
+    case NoticeId::UnknownAssetClass:
+        return QCoreApplication::translate("tessary::Notices", "%1 has an unknown asset class (%2); Calculate drops it.")
+            .arg(Row(n, false))
+            .arg(static_cast<long long>(n.value));
     }
     return QString::fromStdString(n.text);
 }

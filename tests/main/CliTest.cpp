@@ -208,6 +208,8 @@ TEST(Format, MoneyPlainAndTotalLabels) {
     EXPECT_EQ(FormatPlain(1234.6, en), "1235");   // no grouping in "%.0f"
     EXPECT_EQ(AccountsTotalLabel(1234567.4, en), "$1,234,567");
     EXPECT_EQ(AccountsTotalLabel(0, en), "$0");
+    EXPECT_EQ(AccountsTotalLabel(1e300, en), "$1E+300");   // not 301 digits running over the buttons
+    EXPECT_EQ(AccountsTotalLabel(-1e300, fr), "-1E+300 $");
     struct Case { double total; const char* label; };
     for (Case k : {Case{100, "100%"}, Case{0.5, "0%"}, Case{1.5, "2%"}, Case{2.5, "2%"}, Case{99.6, "100%"}})
         EXPECT_EQ(ClassTotalLabel(k.total, en), k.label) << k.total;

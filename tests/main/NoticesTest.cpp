@@ -45,9 +45,13 @@ const NoticeCase kCases[] = {
     {"EquityAboveAll", kAccounts, "h\nEquities Canada,120\nShort-Term Fixed,0\n",
      {N::TargetsNotHundred, N::EquityNotPlaced}},
     // A negative taxable part is no record but lowers the total: nothing is left over.
-    {"NegativeTaxablePart", "h\nNon-Reg.,1000,-200\n", "h\nEquities Canada,50\nShort-Term Fixed,50\n", {}},
+    {"NegativeTaxablePart", "h\nNon-Reg.,1000,-200\n", "h\nEquities Canada,50\nShort-Term Fixed,50\n", {N::NegativeAmount}},
     // Sorted first, a negative TFSA record hands equity money back to the later RRSP.
-    {"NegativeRecordFirst", "h\nTFSAs,-50\nRRSPs/RRIFs,100\n", "h\nEquities Canada,100\n", {}},
+    {"NegativeRecordFirst", "h\nTFSAs,-50\nRRSPs/RRIFs,100\n", "h\nEquities Canada,100\n", {N::NegativeAmount}},
+    {"NegativeTarget", kAccounts, "h\nShort-Term Fixed,-10\nEquities Canada,110\n", {N::NegativeTarget, N::EquityNotPlaced}},
+    // One notice a row; beyond 10^12 or not finite is implausible.
+    {"Implausible", "h\nNon-Reg.,1e300,-5\nTFSAs,1000000000001\nRRSPs/RRIFs,1e12\n", kBalanced,
+     {N::ImplausibleAmount, N::ImplausibleAmount}},
     // The calculation sums the targets from the last row up; only that order decides "exactly 100".
     {"EquitiesJustBelowAll", kAccounts, "h\nEquities Canada,0.1\nEquities U.S.,33.3\nEquities Global,66.6\nShort-Term Fixed,0\n",
      {}},

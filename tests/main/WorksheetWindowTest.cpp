@@ -13,6 +13,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include "core/Allocation.h"
+#include "core/CsvInput.h"
+#include "core/Totals.h"
 #include "report/Worksheet.h"
 #include "window/MainWindow.h"
 #include "window/SettingsStore.h"
@@ -78,6 +81,7 @@ TEST_F(WorksheetWindow, SaveNewOpenRoundTripAndTheUnsavedMark) {
     FillAndCalculate();
     EXPECT_TRUE(form->Document().IsModified());
     EXPECT_EQ(Named<QLabel>(form.get(), "lblCaptionBar")->text(), "Untitled* - Tessary");
+    EXPECT_EQ(form->windowTitle(), "Untitled* - Portfolio Risk Tolerance");
     const QByteArray before = WorksheetToJson(form->Accounts(), form->Classes(), form->Result());
 
     // Save on an untitled worksheet asks where; the suffix is added.
@@ -87,6 +91,7 @@ TEST_F(WorksheetWindow, SaveNewOpenRoundTripAndTheUnsavedMark) {
     EXPECT_EQ(form->Document().CurrentFile(), Path("client.tessary"));
     EXPECT_FALSE(form->Document().IsModified());
     EXPECT_EQ(Named<QLabel>(form.get(), "lblCaptionBar")->text(), "client.tessary - Tessary");
+    EXPECT_EQ(form->windowTitle(), "client.tessary - Portfolio Risk Tolerance");
     EXPECT_EQ(WorksheetToJson(ReadWorksheet(Path("client.tessary")).accounts, form->Classes(), form->Result()),
               before);
 
@@ -264,6 +269,8 @@ TEST_F(WorksheetWindow, NoticeLineSaysWhatIsOdd) {
          "$60 meant for equities could not be placed in any account"},
         {"dropped", "h\nSavings,100\nTFSAs,5\n", kClassesCsv,
          "Accounts row 1 (\"Savings\") has no account type; Calculate drops it."},
+        {"huge", "h\nTFSAs,1e300\n", kClassesCsv,
+         "Accounts row 1 (\"TFSAs\") holds $1E+300, more than a portfolio plausibly holds."},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
@@ -279,11 +286,33 @@ TEST_F(WorksheetWindow, NoticeLineSaysWhatIsOdd) {
                 EXPECT_TRUE(line->text().isEmpty());
                 continue;
             }
-            ASSERT_FALSE(form->Notices().isEmpty());
-            EXPECT_TRUE(form->Notices().first().startsWith(c.notice)) << form->Notices().first().toStdString();
+            const QStringList said = form->Notices().filter(c.notice);
+            ASSERT_EQ(said.size(), 1) << form->Notices().join("|").toStdString();
+            EXPECT_TRUE(said.first().startsWith(c.notice)) << said.first().toStdString();
             EXPECT_TRUE(line->toolTip().contains(c.notice));
         }
     }
+}
+
+TEST_F(WorksheetWindow, OddCellsOfAWorksheetAreNamedAndMakeNoNamelessColumn) {
+    TGrid accounts = MakeAccountsGrid(), classes = MakeClassesGrid();
+    LoadAccountsCsv(kAccountsCsv.toStdString(), accounts);
+    LoadClassesCsv(kClassesCsv.toStdString(), classes);
+    accounts.SetText(2, 1, "abc");
+    accounts.SetObject(0, 2, 9);
+    classes.SetObject(0, 6, 259);   // its low byte is an equity's code, yet no class has it
+    QFile file(Path("odd.tessary"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(WorksheetToJson(accounts, classes, MakeResultGrid())) > 0);
+    file.close();
+    ASSERT_TRUE(form->Document().OpenWorksheet(Path("odd.tessary")));
+    for (const char* notice : {"Accounts row 1, column BS: \"abc\" is not a number; it counts as 0.",
+                               "Accounts row 2 (\"TFSAs\") has an unknown account type (9); Calculate drops it.",
+                               "Classes row 6 (\"Equities Global\") has an unknown asset class (259); Calculate drops it."})
+        EXPECT_TRUE(form->Notices().contains(notice)) << form->Notices().join("|").toStdString();
+    form->btnCalculateClick();
+    EXPECT_EQ(form->Result().ColCount(), 1 + 2 * 5);   // MD and QR taxable (BS reads 0), RRSP, LIRA, DCP
+    for (int c = 1; c < form->Result().ColCount(); c += 2) EXPECT_NE(form->Result().Text(c, 0), "") << c;
+    EXPECT_EQ(form->Result().RowCount(), 2 + 5);
 }
 
 } // namespace

@@ -29,10 +29,12 @@ TEST(Parties, BeneficiaryKeyFromThePropertyArrays) {
         kv::TCorporation p(9);
         p.DecodeProps(c.props);
         EXPECT_EQ(p.BenefKey, c.key);
+        EXPECT_EQ(p.EncodeProps(), c.props);   // unchanged: written as read
+        p.BenefKey = 5;
         const kv::TPropArrays out = p.EncodeProps();
         EXPECT_GE(out.size(), 3u);
         EXPECT_GE(out[1].size(), 30u);   // a corporation writes at least 30 strings there
-        EXPECT_EQ(out[0][0], std::to_string(c.key));
+        EXPECT_EQ(out[0][0], "5");
     }
 }
 

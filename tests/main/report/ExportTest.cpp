@@ -121,4 +121,36 @@ TEST(Export, SaveCsvWritesUtf8WithAMarkAndNamesTheFileOnFailure) {
     }
 }
 
+
+TEST(TypedNumber, ReadsWhatTheGridShowsInEitherLanguageAndRefusesTheRest) {
+    const QLocale en(QLocale::English, QLocale::Canada), fr(QLocale::French, QLocale::Canada);
+    // The grid's own forms must read back to what they show.
+    for (const QLocale& l : {en, fr})
+        for (double v : {250000.0, 12345678.0, -50000.0, 0.0}) {
+            double got = 1;
+            EXPECT_TRUE(ParseTypedNumber(FormatMoney(v, l), l, u'$', got) && got == v) << FormatMoney(v, l).toStdString();
+        }
+    struct Case { const QLocale* locale; const char16_t* text; QChar unit; bool ok; double value; };
+    const Case cases[] = {
+        {&en, u"250000", u'$', true, 250000}, {&en, u"$250,000", u'$', true, 250000},
+        {&en, u"250,000.50", u'$', true, 250000.5}, {&en, u" $ 1,040,000.50 ", u'$', true, 1040000.5},
+        {&en, u"250 000 $", u'$', true, 250000}, {&en, u"-$50", u'$', true, -50}, {&en, u"($1,200)", u'$', true, -1200},
+        {&en, u"1e6", u'$', true, 1e6}, {&en, u"12.5%", u'%', true, 12.5}, {&fr, u"250 000 $", u'$', true, 250000},
+        {&fr, u"1\u00A0040\u00A0000,50\u00A0$", u'$', true, 1040000.5},
+        {&fr, u"1\u202F040\u202F000,50 $", u'$', true, 1040000.5}, {&fr, u"2,5", u'%', true, 2.5},
+        {&fr, u"2.5", u'%', true, 2.5}, {&fr, u"12,5 %", u'%', true, 12.5}, {&fr, u"\u2212300 $", u'$', true, -300},
+        {&en, u"", u'$', false, 0}, {&en, u"abc", u'$', false, 0}, {&en, u"2.5k", u'$', false, 0},
+        {&en, u"1,5", u'$', false, 0}, {&en, u"12,34,567", u'$', false, 0}, {&en, u"$5$", u'$', false, 0},
+        {&en, u"5%", u'$', false, 0}, {&en, u"1e999", u'$', false, 0}, {&en, u"nan", u'$', false, 0},
+        {&en, u"\u0661\u0662", u'$', false, 0}, {&fr, u"1,234,567", u'$', false, 0}, {&fr, u"1 5 $", u'$', false, 0},
+        {&fr, u"2,5.1", u'%', false, 0},
+    };
+    for (const Case& c : cases) {
+        const QString text = QString::fromUtf16(c.text);
+        double got = -7;
+        EXPECT_EQ(ParseTypedNumber(text, *c.locale, c.unit, got), c.ok) << text.toStdString();
+        EXPECT_EQ(got, c.ok ? c.value : -7) << text.toStdString();
+    }
+}
+
 } // namespace
