@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "decl/KvFnDecl.h"
+#include "decl/KvValueLists.h"
 #include "items/KvFnFinItems.h"
 
 namespace kv {

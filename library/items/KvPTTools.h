@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "decl/KvAlcClasses.h"
-#include "decl/KvFnDecl.h"
+#include "decl/KvValueLists.h"
 
 namespace kv {
 

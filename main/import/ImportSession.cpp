@@ -16,7 +16,7 @@
 #include "catalogue/KvFnModels.h"
 #include "catalogue/KvFnProjHdr.h"
 #include "core/Grid.h"
-#include "core/OriginalSort.h"
+#include "core/ProductQuicksort.h"
 #include "entries/KvFnEntries.h"
 #include "items/KvFnPortfolio.h"
 #include "model/KvFnModelData.h"

@@ -8,7 +8,7 @@
 
 #include "KvErrors.h"
 #include "files/KvFnBufFile.h"
-#include "items/KvfnBalance.h"
+#include "items/KvBalance.h"
 #include "model/KvFnModelData.h"
 #include "parties/KvFnParty.h"
 

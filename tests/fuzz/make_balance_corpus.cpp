@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <string>
 
-#include "items/KvfnBalance.h"
+#include "items/KvBalance.h"
 
 int main(int argc, char** argv) {
     if (argc != 2) {

@@ -10,7 +10,7 @@
 #include <limits>
 #include <string>
 
-#include "decl/KvFnDecl.h"
+#include "decl/KvValueLists.h"
 #include "decl/KvModelFormat.h"
 #include "files/KvFnCipher.h"
 

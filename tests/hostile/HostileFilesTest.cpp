@@ -29,7 +29,7 @@
 #include "demo/DemoChart.h"
 #include "entries/KvFnEntries.h"
 #include "items/KvFnPortfolio.h"
-#include "items/KvfnBalance.h"
+#include "items/KvBalance.h"
 #include "model/KvFnModelData.h"
 #include "items/KvFnClassRegistry.h"
 #include "model/KvFnOwnership.h"

@@ -1,6 +1,6 @@
 // The plain lists: no caller of the product uses them yet, so only what a
 // future caller would trip over: positions, minima and the sort's order.
-#include "decl/KvFnDecl.h"
+#include "decl/KvValueLists.h"
 
 #include "KvErrors.h"
 

@@ -12,7 +12,7 @@
 #include "KvErrors.h"
 #include "TestFiles.h"
 #include "files/KvFnBufFile.h"
-#include "items/KvfnBalance.h"
+#include "items/KvBalance.h"
 #include "model/KvFnModelData.h"
 #include "parties/KvFnParty.h"
 

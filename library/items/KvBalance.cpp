@@ -1,4 +1,4 @@
-#include "items/KvfnBalance.h"
+#include "items/KvBalance.h"
 
 #include <algorithm>
 #include <climits>

@@ -19,7 +19,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "decl/KvFnDecl.h"
+#include "decl/KvValueLists.h"
 
 namespace kv {
 
