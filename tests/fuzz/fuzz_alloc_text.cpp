@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "KvErrors.h"
-#include "items/KvPTTools.h"
+#include "items/KvAllocationYears.h"
 
 namespace {
 

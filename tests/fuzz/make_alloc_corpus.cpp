@@ -4,7 +4,7 @@
 #include <fstream>
 #include <string>
 
-#include "items/KvPTTools.h"
+#include "items/KvAllocationYears.h"
 
 namespace {
 

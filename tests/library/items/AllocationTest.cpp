@@ -11,7 +11,7 @@
 
 #include "KvErrors.h"
 #include "decl/KvAlcClasses.h"
-#include "items/KvPTTools.h"
+#include "items/KvAllocationYears.h"
 
 using kv::TLibAllocYear;
 

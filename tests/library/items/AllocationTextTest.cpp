@@ -11,7 +11,7 @@
 
 #include "KvErrors.h"
 #include "catalogue/KvIdentText.h"
-#include "items/KvPTTools.h"
+#include "items/KvAllocationYears.h"
 
 using kv::TLibAllocYear;
 

@@ -1,4 +1,4 @@
-#include "items/KvPTTools.h"
+#include "items/KvAllocationYears.h"
 
 #include <algorithm>
 #include <chrono>
