@@ -9,6 +9,8 @@
 
 #include "KvErrors.h"
 #include "items/KvAllocationYears.h"
+#include "items/KvAssetSubClasses.h"
+#include "items/KvPortAllocation.h"
 
 namespace {
 

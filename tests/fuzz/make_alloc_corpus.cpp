@@ -5,6 +5,8 @@
 #include <string>
 
 #include "items/KvAllocationYears.h"
+#include "items/KvAssetSubClasses.h"
+#include "items/KvPortAllocation.h"
 
 namespace {
 

@@ -12,6 +12,7 @@
 #include "KvErrors.h"
 #include "decl/KvAlcClasses.h"
 #include "items/KvAllocationYears.h"
+#include "items/KvPortAllocation.h"
 
 using kv::TLibAllocYear;
 

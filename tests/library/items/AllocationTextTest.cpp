@@ -12,6 +12,8 @@
 #include "KvErrors.h"
 #include "catalogue/KvIdentText.h"
 #include "items/KvAllocationYears.h"
+#include "items/KvAssetSubClasses.h"
+#include "items/KvPortAllocation.h"
 
 using kv::TLibAllocYear;
 
