@@ -48,18 +48,20 @@ std::string Deciphered(std::string_view token, const std::string& key) {
 
 } // namespace
 
-TProjHdr::TProjHdr(std::uint8_t kind, std::string fileName, std::string folder, std::string baseDir)
+TProjHdr::TProjHdr(std::uint8_t kind, std::string fileName, std::string folder, std::string baseDir,
+                   const TLibrarySettings& settings)
     : FileName(std::move(fileName)),
       BaseDir(WithTrailingSlash(std::move(baseDir))),
       Folder(WithTrailingSlash(std::move(folder))),
-      Kind(kind) {
+      Kind(kind),
+      settings_(&settings) {
     HeaderPath = BaseDir + Folder + FileName;
 }
 
 std::string TProjHdr::Key() const {
     // Named by its path here: the client's name may be empty or shared.
     if (KeySeed.size() > MaxKeySeedBytes) throw KeySeedTooLong(HeaderPath, KeySeed.size());
-    return RunTimeKey(Name, KeySeed);
+    return RunTimeKey(*settings_, Name, KeySeed);
 }
 
 namespace {
@@ -185,7 +187,7 @@ TModelLists TProjHdr::LoadFrom(bool loadModels) {
     ReadHeaderRecords(reader);
     TModelLists lists;
     for (auto [list, name] : {std::pair{&lists.Main, "Main"}, std::pair{&lists.Needs, "Needs"}}) {
-        *list = std::make_unique<TModels>(BaseDir, name, Folder);
+        *list = std::make_unique<TModels>(BaseDir, name, Folder, *settings_);
         TModels& m = **list;
         m.HideNames = HideNames();
         m.Enciphered = IsProtected();
@@ -424,11 +426,13 @@ std::string FolderSafe(std::string_view name) {
 
 } // namespace
 
-TProjHdrLst::TProjHdrLst(std::string dataDir, std::string altDir, std::uint8_t kind)
+TProjHdrLst::TProjHdrLst(std::string dataDir, std::string altDir, std::uint8_t kind,
+                         const TLibrarySettings& settings)
     : dataDir_(WithTrailingSlash(std::move(dataDir))),
       altDir_(WithTrailingSlash(std::move(altDir))),
       prefix_(KindPrefix(kind)),
-      kind_(kind) {}
+      kind_(kind),
+      settings_(&settings) {}
 
 TProjHdr& TProjHdrLst::Get(std::int32_t index) const {
     if (index < 0 || index >= Count()) throw EListError(index);
@@ -441,14 +445,15 @@ namespace {
 // holds a copy and may be used ("_db" matched with case ignored, like the
 // listing), else the data directory when the folder is there; "" for neither.
 std::string HeaderBase(const std::string& name, bool inDataDir, const std::string& dataDir,
-                       const std::string& altDir) {
-    if (ContainsDb(name) && !altDir.empty() && !ProgramSettings().ForbidAltDir && IsDirectory(altDir + name))
+                       const std::string& altDir, const TLibrarySettings& settings) {
+    if (ContainsDb(name) && !altDir.empty() && !settings.ForbidAltDir && IsDirectory(altDir + name))
         return altDir;
     return inDataDir ? dataDir : std::string();
 }
 
-std::unique_ptr<TProjHdr> ReadFolderHeader(const std::string& name, const std::string& base, std::uint8_t kind) {
-    auto hdr = std::make_unique<TProjHdr>(kind, ModelsFileName, name, base);
+std::unique_ptr<TProjHdr> ReadFolderHeader(const std::string& name, const std::string& base, std::uint8_t kind,
+                                           const TLibrarySettings& settings) {
+    auto hdr = std::make_unique<TProjHdr>(kind, ModelsFileName, name, base, settings);
     try {
         hdr->LoadHeader();
     } catch (const EInvalidDataIn&) {
@@ -483,7 +488,7 @@ void TProjHdrLst::Load(bool includeAlternate) {
         const std::vector<std::size_t> dirs = table.Dirs(prefix_ + "db*");
         for (auto it = dirs.rbegin(); it != dirs.rend(); ++it) {
             TDirTable::Entry& e = table[*it];
-            std::unique_ptr<TProjHdr> hdr = ReadFolderHeader(e.name, HeaderBase(e.name, true, dataDir_, altDir_), kind_);
+            std::unique_ptr<TProjHdr> hdr = ReadFolderHeader(e.name, HeaderBase(e.name, true, dataDir_, altDir_, *settings_), kind_, *settings_);
             const std::size_t first = e.name.find('_');
             const std::size_t second = e.name.find('_', first + 1);
             const std::string target = e.name.substr(0, second) + "_" + FolderSafe(hdr->Name);
@@ -500,19 +505,19 @@ void TProjHdrLst::Load(bool includeAlternate) {
         TDirTable alt(altDir_);
         for (std::size_t i : alt.Dirs("_db")) {
             const std::string& name = alt[i].name;
-            const std::string base = HeaderBase(name, table.IsDir(name), dataDir_, altDir_);
-            if (!base.empty()) items.push_back(ReadFolderHeader(name, base, kind_));
+            const std::string base = HeaderBase(name, table.IsDir(name), dataDir_, altDir_, *settings_);
+            if (!base.empty()) items.push_back(ReadFolderHeader(name, base, kind_, *settings_));
         }
     }
     const std::vector<std::size_t> dirs = table.Dirs(prefix_ + "db*");
     items.reserve(items.size() + dirs.size());
     for (std::size_t i : dirs) {
         TDirTable::Entry& e = table[i];
-        const std::string base = HeaderBase(e.name, true, dataDir_, altDir_);
+        const std::string base = HeaderBase(e.name, true, dataDir_, altDir_, *settings_);
         if (e.hdr && e.hdr->BaseDir == base)
             items.push_back(std::move(e.hdr));
         else
-            items.push_back(ReadFolderHeader(e.name, base, kind_));
+            items.push_back(ReadFolderHeader(e.name, base, kind_, *settings_));
     }
     items_ = std::move(items);
 }

@@ -46,8 +46,12 @@ public:
     static constexpr int ReportSettingCount = 11;
     static constexpr int TrailingSectionCount = 4;
 
-    // folder and baseDir get a trailing "/" if they lack one.
-    TProjHdr(std::uint8_t kind, std::string fileName, std::string folder, std::string baseDir);
+    // folder and baseDir get a trailing "/" if they lack one. The header keeps
+    // a reference to the settings and hands it to the lists it loads; the
+    // caller keeps them alive as long as the header and its lists.
+    TProjHdr(std::uint8_t kind, std::string fileName, std::string folder, std::string baseDir,
+             const TLibrarySettings& settings);
+    TProjHdr(std::uint8_t, std::string, std::string, std::string, const TLibrarySettings&&) = delete;
 
     // Reads the two header records only. Errors: EInOutError (file), EReadError
     // (truncated), EKeyMissing / EInvalidData (protected texts 1 and 2).
@@ -66,6 +70,7 @@ public:
     // The run-time key of this file's enciphered texts (EKeyMissing without a
     // configured key).
     std::string Key() const;
+    const TLibrarySettings& Settings() const noexcept { return *settings_; }
     bool HideNames() const noexcept { return FlagH != 0; }
     bool IsProtected() const noexcept { return FlagI != 0; }
 
@@ -106,6 +111,8 @@ public:
     int TrailingSections = TrailingSectionCount;
 
 private:
+    const TLibrarySettings* settings_;
+
     TModelLists LoadFrom(bool loadModels);
     void ReadHeaderRecords(TBufReadFile& reader);
     void ReadTrailing(TBufReadFile& reader);
@@ -113,8 +120,11 @@ private:
 
 class TProjHdrLst {
 public:
-    // altDir "" means no alternate directory. Both get a trailing "/".
-    TProjHdrLst(std::string dataDir, std::string altDir, std::uint8_t kind);
+    // altDir "" means no alternate directory. Both get a trailing "/". The
+    // list keeps a reference to the settings and hands it to its headers; the
+    // caller keeps them alive as long as the list and what it loads.
+    TProjHdrLst(std::string dataDir, std::string altDir, std::uint8_t kind, const TLibrarySettings& settings);
+    TProjHdrLst(std::string, std::string, std::uint8_t, const TLibrarySettings&&) = delete;
     TProjHdrLst(const TProjHdrLst&) = delete;
     TProjHdrLst& operator=(const TProjHdrLst&) = delete;
 
@@ -148,12 +158,14 @@ public:
     const std::string& AltDir() const noexcept { return altDir_; }
     const std::string& Prefix() const noexcept { return prefix_; }
     std::uint8_t Kind() const noexcept { return kind_; }
+    const TLibrarySettings& Settings() const noexcept { return *settings_; }
 
 private:
     std::string dataDir_;
     std::string altDir_;
     std::string prefix_;
     std::uint8_t kind_;
+    const TLibrarySettings* settings_;
     std::vector<std::unique_ptr<TProjHdr>> items_;
 };
 

@@ -18,6 +18,7 @@ class TEntries;
 class TEntry;
 class TFinItem;
 class TParticipant;
+struct TLibrarySettings;
 
 using TFinItemList = std::vector<std::unique_ptr<TFinItem>>;
 
@@ -30,6 +31,8 @@ public:
     virtual const std::vector<std::unique_ptr<TParticipant>>& Participants() const = 0;
     virtual const TFinItemList& Items() const = 0;
     virtual void RaiseHighestItemID(std::int32_t id) = 0;
+    // The settings the model was made with (planning date, language, flags).
+    virtual const TLibrarySettings& Settings() const = 0;
 
 protected:
     ~TItemOwner() = default;
@@ -146,6 +149,8 @@ public:
     TFinItemList Children;
 
     std::int32_t EntryID() const;
+    // The settings of the item's model; the defaults for an item without one.
+    const TLibrarySettings& Settings() const;
 
     // The item's own ownership list or, while that is null or empty, the one of
     // the nearest ancestor that has entries (possibly null or empty).

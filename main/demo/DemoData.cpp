@@ -256,23 +256,6 @@ struct ProductDef {
 
 // ---------------------------------------------------------------- writing
 
-// Restores the configured client-file key however the write ends.
-class KeyScope {
-public:
-    explicit KeyScope(bool active) : saved_(kv::ProgramSettings().ClientFileKey), active_(active) {
-        if (active_) kv::ProgramSettings().ClientFileKey = kDemoClientKey;
-    }
-    ~KeyScope() {
-        if (active_) kv::ProgramSettings().ClientFileKey = saved_;
-    }
-    KeyScope(const KeyScope&) = delete;
-    KeyScope& operator=(const KeyScope&) = delete;
-
-private:
-    std::string saved_;
-    bool active_;
-};
-
 void MakeDir(const fs::path& path) {
     std::error_code ec;
     fs::create_directories(path, ec);
@@ -304,10 +287,9 @@ void FillList(kv::TModels& list, const kv::TProjHdr& hdr) {
     list.StoredNumber = list.Count();
 }
 
-void WriteClient(const fs::path& dataDir, std::uint8_t kind, kv::TEntries& chart, const ClientDef& c) {
-    const KeyScope key(c.Protected);
-
-    kv::TProjHdr hdr(kind, kv::ModelsFileName, c.Folder, dataDir.string());
+void WriteClient(const fs::path& dataDir, std::uint8_t kind, kv::TEntries& chart, const ClientDef& c,
+                 const kv::TLibrarySettings& settings) {
+    kv::TProjHdr hdr(kind, kv::ModelsFileName, c.Folder, dataDir.string(), settings);
     hdr.Name = c.Name;
     hdr.ID = c.ID;
     hdr.Date = c.Date;
@@ -317,8 +299,8 @@ void WriteClient(const fs::path& dataDir, std::uint8_t kind, kv::TEntries& chart
     hdr.KeySeed = c.KeySeed;
     hdr.ReportSettings = {"Portrait", "Letter", "1", "1", "0", "Arial", "10", "", "", "", "1"};
 
-    kv::TModels main(hdr.BaseDir, "Main", hdr.Folder);
-    kv::TModels needs(hdr.BaseDir, "Needs", hdr.Folder);
+    kv::TModels main(hdr.BaseDir, "Main", hdr.Folder, settings);
+    kv::TModels needs(hdr.BaseDir, "Needs", hdr.Folder, settings);
     for (std::size_t i = 0; i < c.Solutions.size(); ++i) {
         const std::int32_t n = static_cast<std::int32_t>(i);
         kv::TModel m;
@@ -339,7 +321,8 @@ void WriteClient(const fs::path& dataDir, std::uint8_t kind, kv::TEntries& chart
 
     for (std::int32_t i = 0; i < main.Count(); ++i) {
         const SolutionDef& s = c.Solutions[static_cast<std::size_t>(i)];
-        kv::TModelData model(kind, &main.Get(i), &main, &main, nullptr, main.Path(i) + "FinItems.dat", &chart);
+        kv::TModelData model(kind, &main.Get(i), &main, &main, nullptr, main.Path(i) + "FinItems.dat", &chart,
+                                 settings);
         model.Header.Title = s.Name;
         model.Header.Text = s.Description;
         model.Header.Date = c.Date;
@@ -379,6 +362,10 @@ void WriteDemoData(const std::string& root) {
         {"Basalto", 1, {CoteHoldings()}},
         {"Quorren", 2, {RoyTrust()}},
     };
+    // The writer's own settings: the demo key enciphers the protected client
+    // file; the others are written in the clear and never ask for a key.
+    kv::TLibrarySettings settings;
+    settings.ClientFileKey = kDemoClientKey;
     for (const ProductDef& p : products) {
         const fs::path core = base / p.Dir / "Core";
         const fs::path data = base / p.Dir / "Data";
@@ -387,7 +374,7 @@ void WriteDemoData(const std::string& root) {
         // Items must be built on the chart that is on disk.
         kv::TEntries chart(p.Kind, kv::WriteDemoChart(p.Kind, core.string()));
         chart.Load(false);
-        for (const ClientDef& c : p.Clients) WriteClient(data, p.Kind, chart, c);
+        for (const ClientDef& c : p.Clients) WriteClient(data, p.Kind, chart, c, settings);
     }
 }
 

@@ -99,7 +99,17 @@ QString ConfiguredClientKey(const QString& option) {
     return settings.value(QStringLiteral("Keys/ClientFileKey")).toString();
 }
 
-void ApplyClientKey(const QString& option) { kv::ProgramSettings().ClientFileKey = Utf8(ConfiguredClientKey(option)); }
+void ApplyClientKey(kv::TLibrarySettings& settings, const QString& option) {
+    settings.ClientFileKey = Utf8(ConfiguredClientKey(option));
+}
+
+kv::TLibrarySettings TodaysLibrarySettings() {
+    const QDate today = QDate::currentDate();
+    kv::TLibrarySettings settings;
+    settings.PlanningDate = static_cast<double>(QDate(1899, 12, 30).daysTo(today));
+    settings.CurrentYear = today.year();
+    return settings;
+}
 
 QString PartyName(const kv::TParticipant& party) { return QString::fromStdString(party.FullName()); }
 
@@ -113,7 +123,8 @@ QString RenderHeaderDate(double dayNumber, const QLocale& locale) {
 
 QString RenderHeaderDate(double dayNumber) { return RenderHeaderDate(dayNumber, QLocale::system()); }
 
-TImportSession::TImportSession(TFolderOverrides overrides) : overrides_(std::move(overrides)) {}
+TImportSession::TImportSession(TFolderOverrides overrides, kv::TLibrarySettings settings)
+    : overrides_(std::move(overrides)), settings_(std::move(settings)) {}
 
 TImportSession::~TImportSession() = default;
 
@@ -154,7 +165,7 @@ void TImportSession::ChooseProduct(std::uint8_t kind) {
     const QString dataDir = DataDir();
     if (dataDir.isEmpty()) return;
     RequireListableFolder(dataDir, ProductKey(kind));
-    list_ = std::make_unique<kv::TProjHdrLst>(Utf8(dataDir), std::string(), kind);
+    list_ = std::make_unique<kv::TProjHdrLst>(Utf8(dataDir), std::string(), kind, settings_);
     list_->Load(false);
     // Descending by the rendered date-time texts, as the planning products order
     // them; each text is rendered once, not once per comparison.
@@ -236,8 +247,7 @@ void TImportSession::ChooseSolution(int index) {
 
     const std::string path = solutions_->Path(index) + "FinItems.dat";
     model_ = std::make_unique<kv::TModelData>(kind_, solutions_->Find(index), solutions_.get(), solutions_.get(),
-                                              nullptr, path, entries_.get());
-    kv::ProgramSettings().CurrentYear = QDate::currentDate().year();
+                                              nullptr, path, entries_.get(), settings_);
     model_->Load();
     solution_ = index;
 

@@ -10,6 +10,7 @@
 #include <memory>
 #include <vector>
 
+#include "KvSettings.h"
 #include "core/ImportMerge.h"
 
 namespace kv {
@@ -37,8 +38,12 @@ QString ReadProductValue(const QString& productKey, const QString& valueName);
 // The configured client-file key: the option, else TESSARY_CLIENT_KEY, else
 // the program's setting "Keys/ClientFileKey".
 QString ConfiguredClientKey(const QString& option);
-// Makes it the library's key for this run.
-void ApplyClientKey(const QString& option);
+// Makes it the client-file key of the settings.
+void ApplyClientKey(kv::TLibrarySettings& settings, const QString& option);
+// The library settings of a run of the window or the command line: today's
+// date (read here, never by the library) as the planning date and its year as
+// the planning year; no client-file key.
+kv::TLibrarySettings TodaysLibrarySettings();
 
 // Where a run takes its folders from instead of the configuration.
 struct TFolderOverrides {
@@ -49,7 +54,9 @@ struct TFolderOverrides {
 
 class TImportSession {
 public:
-    explicit TImportSession(TFolderOverrides overrides = {});
+    // The session owns its library settings and hands them to the catalogue
+    // and the model it loads.
+    explicit TImportSession(TFolderOverrides overrides = {}, kv::TLibrarySettings settings = TodaysLibrarySettings());
     ~TImportSession();
     TImportSession(const TImportSession&) = delete;
     TImportSession& operator=(const TImportSession&) = delete;
@@ -58,6 +65,10 @@ public:
     int Mode = 0;
 
     std::uint8_t Kind() const { return kind_; }
+    // Changes apply to what is loaded afterwards (and to later queries of
+    // what is loaded).
+    kv::TLibrarySettings& Settings() { return settings_; }
+    const kv::TLibrarySettings& Settings() const { return settings_; }
     QString DataDir() const;
     QString CoreDir() const;
 
@@ -107,6 +118,7 @@ private:
     void ReleaseSolution();
 
     TFolderOverrides overrides_;
+    kv::TLibrarySettings settings_;   // outlives everything below, which refers to it
     std::uint8_t kind_ = 0;
     std::unique_ptr<kv::TProjHdrLst> list_;
     std::vector<kv::TProjHdr*> files_;

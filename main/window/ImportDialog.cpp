@@ -22,8 +22,10 @@ int Scaled(double v, double zoom) { return static_cast<int>(std::lround(v * zoom
 
 } // namespace
 
-TdlgFromFile::TdlgFromFile(TFolderOverrides folders, double zoom, QWidget* parent)
-    : QDialog(parent, Qt::Dialog | Qt::FramelessWindowHint), session_(std::move(folders)), zoom_(zoom) {
+TdlgFromFile::TdlgFromFile(TFolderOverrides folders, double zoom, QWidget* parent, kv::TLibrarySettings settings)
+    : QDialog(parent, Qt::Dialog | Qt::FramelessWindowHint),
+      session_(std::move(folders), std::move(settings)),
+      zoom_(zoom) {
     setObjectName(QStringLiteral("dlgFromFile"));
     setWindowTitle(tr("Select File"));
     setModal(true);

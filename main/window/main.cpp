@@ -33,13 +33,16 @@ int main(int argc, char** argv) {
     parser.addPositionalArgument(QStringLiteral("worksheet"), QStringLiteral("A .tessary worksheet to open."),
                                  QStringLiteral("[worksheet]"));
     parser.process(app);
-    tessary::ApplyClientKey(parser.value(QStringLiteral("key")));
+    // The run's library settings: today's date and the configured client-file key.
+    kv::TLibrarySettings settings = tessary::TodaysLibrarySettings();
+    tessary::ApplyClientKey(settings, parser.value(QStringLiteral("key")));
     tessary::ApplyLanguage(tessary::StartLanguage());
 
     tessary::TForm1 form;
     tessary::TFolderOverrides folders;
     folders.DataRoot = parser.value(QStringLiteral("data-root"));
     form.SetImportFolders(folders);
+    form.SetImportSettings(settings);
     try {
         const QString accounts = parser.value(QStringLiteral("accounts"));
         const QString classes = parser.value(QStringLiteral("classes"));

@@ -115,7 +115,6 @@ int main(int argc, char** argv) {
                           Demo{"demo-qr", 2, "Quorren/Data/qr_db1_Fiducie familiale Roy/Main/FinItems.dat"}})
         WriteSeed(out, d.seed, SettingByte(d.kind, false), scratch / "demo" / d.file);
 
-    kv::ProgramSettings().ClientFileKey = kvfuzz::kClientKey;
     struct Rich {
         const char* seed;
         std::uint8_t kind;
@@ -136,7 +135,7 @@ int main(int argc, char** argv) {
         auto chart = kv::MakeDemoChart(r.kind, (dir / "Entries.dat").string());
         auto list = kvfuzz::MakeSolutionList(r.enciphered);
         kv::TModelData m(r.kind, nullptr, list.get(), list.get(), nullptr, (dir / "FinItems.dat").string(),
-                         chart.get());
+                         chart.get(), kvfuzz::kSettings);
         Fill(m, *chart);
         m.Save(r.layout, r.version);
         WriteSeed(out, r.seed, SettingByte(r.kind, r.enciphered), dir / "FinItems.dat");

@@ -16,7 +16,7 @@ int main(int argc, char** argv) {
     namespace fs = std::filesystem;
     const fs::path out = argv[1];
     const fs::path scratch = out / "scratch.tmp";
-    kv::ProgramSettings().ClientFileKey = "fuzz";  // the key fuzz_models configures
+    const kv::TLibrarySettings settings{.ClientFileKey = "fuzz"};  // the key fuzz_models configures
 
     struct Seed {
         const char* name;
@@ -39,7 +39,7 @@ int main(int argc, char** argv) {
     };
     for (const Seed& seed : seeds) {
         fs::remove_all(scratch);
-        const std::string path = kv::WriteClientFolder(scratch.string(), "md_db1", seed.kind, seed.clientFile);
+        const std::string path = kv::WriteClientFolder(scratch.string(), "md_db1", seed.kind, seed.clientFile, settings);
         fs::copy_file(path, out / seed.name, fs::copy_options::overwrite_existing);
     }
     fs::remove_all(scratch);

@@ -61,7 +61,7 @@ std::vector<std::uint8_t> ListBytes(std::int32_t selected, const std::vector<Raw
 
 kv::TModels ReadList(const std::vector<std::uint8_t>& bytes, std::uint8_t kind) {
     kv::TBufReadFile r = kv::TBufReadFile::FromBytes(bytes, "list.dat");
-    kv::TModels m("/base", "Main", "md_db1_X");
+    kv::TModels m("/base", "Main", "md_db1_X", kv::kDefaultLibrarySettings);
     m.ReadData(r, kind);
     return m;
 }
@@ -170,7 +170,7 @@ TEST(CatalogueModels, CountMinusOneIsFollowedByTheStoredNumber) {
     b.b.insert(b.b.end(), rec.begin(), rec.end());
     b.Int(9);  // what follows the list stays unread
     kv::TBufReadFile reader = kv::TBufReadFile::FromBytes(b.b, "list.dat");
-    kv::TModels m("/b", "Main", "f");
+    kv::TModels m("/b", "Main", "f", kv::kDefaultLibrarySettings);
     m.ReadData(reader, 0);
     EXPECT_TRUE(m.HasStoredNumber);
     EXPECT_EQ(m.StoredNumber, 77);
@@ -201,7 +201,7 @@ TEST(CatalogueModels, CountsAreCheckedAgainstTheBytesLeft) {
         for (auto v : c.ints) b.Int(v);
         b.b.resize(b.b.size() + c.recordBytes, 0);
         kv::TBufReadFile reader = kv::TBufReadFile::FromBytes(b.b, "list.dat");
-        kv::TModels m("/b", "Main", "f");
+        kv::TModels m("/b", "Main", "f", kv::kDefaultLibrarySettings);
         if (c.throws) {
             EXPECT_THROW(m.ReadData(reader, 0), kv::EReadError) << c.ints[1];
         } else {
@@ -211,8 +211,8 @@ TEST(CatalogueModels, CountsAreCheckedAgainstTheBytesLeft) {
     }
 }
 
-kv::TModels SampleList(bool enciphered) {
-    kv::TModels m("/data/", "Main", "md_db1_Ann/");
+kv::TModels SampleList(bool enciphered, const kv::TLibrarySettings& settings) {
+    kv::TModels m("/data/", "Main", "md_db1_Ann/", settings);
     m.Enciphered = enciphered;
     m.KeySeed = "seed";
     m.ClientName = "Ann";
@@ -257,9 +257,9 @@ std::vector<std::uint8_t> SaveList(const kv::TModels& m, std::uint8_t kind) {
 TEST(CatalogueModels, RoundTripPlainAndEnciphered) {
     cattest::SettingsGuard key("configured");
     for (bool enciphered : {false, true}) {
-        const kv::TModels saved = SampleList(enciphered);
+        const kv::TModels saved = SampleList(enciphered, key);
         const auto bytes = SaveList(saved, 0);
-        kv::TModels read("/data/", "Main", "md_db1_Ann/");
+        kv::TModels read("/data/", "Main", "md_db1_Ann/", key);
         read.Enciphered = enciphered;
         read.KeySeed = "seed";
         read.ClientName = "Ann";
@@ -276,13 +276,14 @@ TEST(CatalogueModels, RoundTripPlainAndEnciphered) {
 }
 
 TEST(CatalogueModels, EncipheredListsNeedTheRightKey) {
+    kv::TLibrarySettings settings;
     std::vector<std::uint8_t> bytes;
     {
         cattest::SettingsGuard key("right");
-        bytes = SaveList(SampleList(true), 0);
+        bytes = SaveList(SampleList(true, key), 0);
     }
     auto read = [&] {
-        kv::TModels m("/d", "Main", "f");
+        kv::TModels m("/d", "Main", "f", settings);
         m.Enciphered = true;
         m.KeySeed = "seed";
         m.ClientName = "Ann";
@@ -290,7 +291,7 @@ TEST(CatalogueModels, EncipheredListsNeedTheRightKey) {
         m.ReadData(r, 0);
     };
     {
-        cattest::SettingsGuard key("wrong");
+        settings.ClientFileKey = "wrong";
         try {
             read();
             FAIL() << "a wrong key was accepted";
@@ -299,7 +300,7 @@ TEST(CatalogueModels, EncipheredListsNeedTheRightKey) {
         }
     }
     {
-        cattest::SettingsGuard none;
+        settings.ClientFileKey.clear();
         try {
             read();
             FAIL() << "no key was accepted";
@@ -310,7 +311,7 @@ TEST(CatalogueModels, EncipheredListsNeedTheRightKey) {
 }
 
 TEST(CatalogueModels, SelectedIndexBelowZeroIsWrittenAsZero) {
-    kv::TModels m("/d", "Main", "f");
+    kv::TModels m("/d", "Main", "f", kv::kDefaultLibrarySettings);
     m.SelectedIndex = -1;
     m.HasStoredNumber = false;
     EXPECT_EQ(SaveList(m, 0), (Bytes().Int(0).Int(0).b));
@@ -323,7 +324,7 @@ TEST(CatalogueModels, SelectedIndexBelowZeroIsWrittenAsZero) {
 TEST(CatalogueModels, ShortEncipheredTextsAlwaysFitTheirSlots) {
     // Short texts get a random padding that, uncapped, would often overflow.
     cattest::SettingsGuard key("k");
-    kv::TModels m("/d", "Main", "f");
+    kv::TModels m("/d", "Main", "f", key);
     m.Enciphered = true;
     m.ClientName = "C";
     for (int i = 0; i < 60; ++i) {
@@ -334,7 +335,7 @@ TEST(CatalogueModels, ShortEncipheredTextsAlwaysFitTheirSlots) {
         m.Add(e);
     }
     const auto bytes = SaveList(m, 1);
-    kv::TModels read("/d", "Main", "f");
+    kv::TModels read("/d", "Main", "f", key);
     read.Enciphered = true;
     read.ClientName = "C";
     kv::TBufReadFile r = kv::TBufReadFile::FromBytes(bytes, "list.dat");
@@ -361,7 +362,7 @@ TEST(CatalogueModels, TextsThatCannotBeStoredAreRefused) {
         {false, "a|b", "", true},
     };
     for (const auto& c : cases) {
-        kv::TModels m("/d", "Main", "f");
+        kv::TModels m("/d", "Main", "f", key);
         m.Enciphered = c.enciphered;
         m.ClientName = "C";
         kv::TModel e;
@@ -383,8 +384,8 @@ TEST(CatalogueModels, TextsThatCannotBeStoredAreRefused) {
 }
 
 TEST(CatalogueModels, DirNamePathAndAliasName) {
-    kv::TModels m("/data/dir", "Main", "md_db3_Zoe");
-    kv::TModels n("/data/dir/", "Needs", "md_db3_Zoe/");
+    kv::TModels m("/data/dir", "Main", "md_db3_Zoe", kv::kDefaultLibrarySettings);
+    kv::TModels n("/data/dir/", "Needs", "md_db3_Zoe/", kv::kDefaultLibrarySettings);
     for (std::int32_t f : {3, 0, 12}) {
         kv::TModel e;
         e.FolderNo = f;
@@ -412,7 +413,7 @@ TEST(CatalogueModels, DirNamePathAndAliasName) {
 }
 
 TEST(CatalogueModels, FindModelIndexMatchesAllThreeValues) {
-    kv::TModels m("/d", "Main", "f");
+    kv::TModels m("/d", "Main", "f", kv::kDefaultLibrarySettings);
     const std::vector<std::tuple<std::int32_t, std::uint8_t, std::int32_t>> keys = {
         {1, 2, 3}, {1, 2, 4}, {1, 3, 3}, {5, 2, 3}, {1, 2, 3}};
     for (const auto& [a, b, c] : keys) {
@@ -433,7 +434,7 @@ TEST(CatalogueModels, FindModelIndexMatchesAllThreeValues) {
 
 TEST(CatalogueModels, HiddenNamesShowAsSolutionNumbers) {
     cattest::SettingsGuard guard;
-    kv::TModels m("/d", "Main", "f");
+    kv::TModels m("/d", "Main", "f", guard);
     for (const char* name : {"Alpha", "Beta"}) {
         kv::TModel e;
         e.Name = name;
@@ -451,7 +452,7 @@ TEST(CatalogueModels, HiddenNamesShowAsSolutionNumbers) {
     };
     for (const auto& c : cases) {
         m.HideNames = c.hide;
-        kv::ProgramSettings().ShowHiddenNames = c.show;
+        guard.settings.ShowHiddenNames = c.show;
         EXPECT_EQ(m.DisplayName(0), c.first);
         EXPECT_EQ(m.DisplayName(1), c.second);
         EXPECT_EQ(m.FindByDisplayName(c.second), 1);

@@ -39,7 +39,7 @@ std::vector<std::string> Folders(const kv::TProjHdrLst& l) {
 TEST(CatalogueScan, EmptyOrMissingDataDirectoryGivesNoClientFiles) {
     TempDir dir;
     for (const std::string& d : {dir.Dir(), dir.Dir() + "missing", std::string()}) {
-        kv::TProjHdrLst l(d, "", 0);
+        kv::TProjHdrLst l(d, "", 0, kv::kDefaultLibrarySettings);
         l.Load(true);
         EXPECT_EQ(l.Count(), 0) << d;
     }
@@ -50,7 +50,7 @@ TEST(CatalogueScan, PrefixFollowsTheProductKind) {
     const std::vector<std::pair<int, std::string>> cases = {{0, "md_"}, {1, "bs_"}, {2, "qr_"}, {3, "md_"}, {4, "md_"}, {255, "md_"}};
     for (const auto& [kind, prefix] : cases) {
         EXPECT_EQ(kv::KindPrefix(std::uint8_t(kind)), prefix);
-        kv::TProjHdrLst l("/x", "", std::uint8_t(kind));
+        kv::TProjHdrLst l("/x", "", std::uint8_t(kind), kv::kDefaultLibrarySettings);
         EXPECT_EQ(l.Prefix(), prefix);
         EXPECT_EQ(l.DataDir(), "/x/");
     }
@@ -61,7 +61,7 @@ TEST(CatalogueScan, LegacyFolderTakesFirstFreeNumberThenTheClientName) {
     Client(dir, "md_db1", "First");
     Client(dir, "db7", "Seventh");
     const auto before = cattest::TreeDigest(dir.Path());
-    kv::TProjHdrLst l(dir.Dir(), "", 0);
+    kv::TProjHdrLst l(dir.Dir(), "", 0, kv::kDefaultLibrarySettings);
     l.Load(false);
     EXPECT_EQ(cattest::TopLevel(dir.Path()), (std::vector<std::string>{"md_db1_First", "md_db2_Seventh"}));
     EXPECT_EQ(Names(l), (std::vector<std::string>{"First", "Seventh"}));
@@ -80,7 +80,7 @@ TEST(CatalogueScan, LegacyFoldersAreWalkedFromTheLastInListingOrder) {
     Client(dir, "DB2", "two");
     Client(dir, "md_db2", "taken");  // number 2 is in use
     const auto before = cattest::TreeDigest(dir.Path());
-    kv::TProjHdrLst l(dir.Dir(), "", 0);
+    kv::TProjHdrLst l(dir.Dir(), "", 0, kv::kDefaultLibrarySettings);
     l.Load(true);
     EXPECT_EQ(cattest::TopLevel(dir.Path()),
               (std::vector<std::string>{"md_db1_two", "md_db2_taken", "md_db3_ten", "md_db4_one"}));
@@ -100,7 +100,7 @@ TEST(CatalogueScan, OtherProductsAndFilesAreLeftAlone) {
     fs::create_directories(dir.Path() / "md_xdb1");          // does not match md_db*
     const auto before = cattest::TreeDigest(dir.Path());
     for (int kind : {0, 1, 2}) {
-        kv::TProjHdrLst l(dir.Dir(), "", std::uint8_t(kind));
+        kv::TProjHdrLst l(dir.Dir(), "", std::uint8_t(kind), kv::kDefaultLibrarySettings);
         l.Load(true);
         const std::vector<std::vector<std::string>> expected = {{"Person"}, {"Corp"}, {}};
         EXPECT_EQ(Names(l), expected[std::size_t(kind)]) << kind;
@@ -121,7 +121,7 @@ TEST(CatalogueScan, AnExistingTargetIsNeverReplaced) {
     Client(dir, "db1", "Eve");
     Client(dir, "MD_DB1", "Mia");                // number 1 is taken, whatever the case
     const auto before = cattest::TreeDigest(dir.Path());
-    kv::TProjHdrLst l(dir.Dir(), "", 0);
+    kv::TProjHdrLst l(dir.Dir(), "", 0, kv::kDefaultLibrarySettings);
     l.Load(true);
     EXPECT_EQ(cattest::TreeDigest(dir.Path()),
               cattest::Renamed(before, {{"db1", "md_db2_Eve"}, {"MD_DB1", "MD_DB1_Mia"}}));
@@ -134,7 +134,7 @@ TEST(CatalogueScan, AnEmptyFolderIsNotReplacedEither) {
     Client(dir, "md_db6_dave", "DAVE");
     fs::create_directories(dir.Path() / "md_db6_DAVE");
     const auto before = cattest::TreeDigest(dir.Path());
-    kv::TProjHdrLst l(dir.Dir(), "", 0);
+    kv::TProjHdrLst l(dir.Dir(), "", 0, kv::kDefaultLibrarySettings);
     // The empty folder has no header, which fails the load once the renames are done.
     EXPECT_THROW(l.Load(true), kv::EInOutError);
     EXPECT_EQ(cattest::TreeDigest(dir.Path()), before);
@@ -146,7 +146,7 @@ TEST(CatalogueScan, AFailedRenameIsIgnored) {
     Client(dir, "md_db1", std::string(250, 'L'));
     Client(dir, "md_db2", "Short");
     const auto before = cattest::TreeDigest(dir.Path());
-    kv::TProjHdrLst l(dir.Dir(), "", 0);
+    kv::TProjHdrLst l(dir.Dir(), "", 0, kv::kDefaultLibrarySettings);
     EXPECT_NO_THROW(l.Load(true));
     EXPECT_EQ(Names(l), (std::vector<std::string>{std::string(250, 'L'), "Short"}));
     EXPECT_EQ(l.Get(0).Folder, "md_db1/");
@@ -161,7 +161,7 @@ TEST(CatalogueScan, ReadOnlyDataDirectoryIsListedAsItIs) {
     const auto before = cattest::TreeDigest(dir.Path());
     fs::permissions(dir.Path(), fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write,
                     fs::perm_options::remove);
-    kv::TProjHdrLst l(dir.Dir(), "", 0);
+    kv::TProjHdrLst l(dir.Dir(), "", 0, kv::kDefaultLibrarySettings);
     EXPECT_NO_THROW(l.Load(true));
     EXPECT_EQ(Names(l), (std::vector<std::string>{"Named"}));
     EXPECT_EQ(cattest::TreeDigest(dir.Path()), before);
@@ -172,7 +172,7 @@ TEST(CatalogueScan, ListingOrderIgnoresAsciiCase) {
     const std::vector<std::pair<std::string, std::string>> folders = {
         {"md_dbZ_zed", "zed"}, {"MD_DBa_alpha", "alpha"}, {"md_dbB_beta", "beta"}, {"Md_db__", "_"}, {"md_db1_one", "one"}};
     for (const auto& [folder, name] : folders) Client(dir, folder, name);
-    kv::TProjHdrLst l(dir.Dir(), "", 0);
+    kv::TProjHdrLst l(dir.Dir(), "", 0, kv::kDefaultLibrarySettings);
     l.Load(true);
     // Byte order would put the capitals first, and "_" after them; compared
     // with letters lowered (as strcasecmp does), "_" comes before every letter.
@@ -184,7 +184,7 @@ TEST(CatalogueScan, NamesThatCannotBeFolderNamesAreSanitised) {
     TempDir dir;
     Client(dir, "md_db1", "A/B Holdings");
     Client(dir, "md_db2_old_name", "New");
-    kv::TProjHdrLst l(dir.Dir(), "", 0);
+    kv::TProjHdrLst l(dir.Dir(), "", 0, kv::kDefaultLibrarySettings);
     l.Load(true);
     EXPECT_EQ(cattest::TopLevel(dir.Path()), (std::vector<std::string>{"md_db1_A_B Holdings", "md_db2_New"}));
     EXPECT_EQ(Names(l), (std::vector<std::string>{"A/B Holdings", "New"}));
@@ -211,12 +211,12 @@ TEST(CatalogueScan, AHeaderThatCannotBeReadFailsTheLoadNamingTheFile) {
             kv::TClientFileSpec clientFile;
             clientFile.Name = "Bad";
             clientFile.Protected = true;
-            kv::WriteClientFolder(dir.Dir(), "md_db2_Bad", 0, clientFile);
+            kv::WriteClientFolder(dir.Dir(), "md_db2_Bad", 0, clientFile, key);
         } else if (!c.bytes.empty()) {
             cattest::WriteBytes(path, c.bytes);
         }
         cattest::SettingsGuard key(c.key);
-        kv::TProjHdrLst l(dir.Dir(), "", 0);
+        kv::TProjHdrLst l(dir.Dir(), "", 0, key);
         try {
             l.Load(true);
             ADD_FAILURE() << c.what;
@@ -233,19 +233,19 @@ TEST(CatalogueScan, AlternateDirectoryCopyIsReadUnlessForbidden) {
     TempDir data, alt;
     Client(data, "md_db1_Carl", "Carl");
     Client(alt, "md_db1_Carl", "Carl");
-    kv::TProjHdr newer(0, "Models.dat", "md_db1_Carl", alt.Dir());
+    kv::TProjHdr newer(0, "Models.dat", "md_db1_Carl", alt.Dir(), kv::kDefaultLibrarySettings);
     newer.LoadHeader();
     for (bool forbid : {false, true}) {
         cattest::SettingsGuard guard;
-        kv::ProgramSettings().ForbidAltDir = forbid;
-        kv::TProjHdrLst l(data.Dir(), alt.Dir(), 0);
+        guard.settings.ForbidAltDir = forbid;
+        kv::TProjHdrLst l(data.Dir(), alt.Dir(), 0, guard);
         l.Load(false);
         ASSERT_EQ(l.Count(), 1);
         EXPECT_EQ(l.Get(0).BaseDir, forbid ? data.Dir() : alt.Dir());
     }
     // Step 3 lists a folder named "_db" of the alternate directory first.
     Client(alt, "_db", "Underscore");
-    kv::TProjHdrLst l(data.Dir(), alt.Dir(), 0);
+    kv::TProjHdrLst l(data.Dir(), alt.Dir(), 0, kv::kDefaultLibrarySettings);
     l.Load(true);
     EXPECT_EQ(Names(l), (std::vector<std::string>{"Underscore", "Carl"}));
     l.Load(false);
@@ -257,17 +257,18 @@ TEST(CatalogueScan, FindByNameNewDirNameAndSaveOne) {
     Client(dir, "qr_db1_Trust", "Trust", 2);
     Client(dir, "qr_db3", "Three", 2);
     cattest::WriteBytes(dir.Path() / "QR_DB2", {1});  // a file still takes its number
-    kv::TProjHdrLst l(dir.Dir(), "", 2);
+    kv::TProjHdrLst l(dir.Dir(), "", 2, kv::kDefaultLibrarySettings);
     l.Load(true);
     ASSERT_NE(l.FindByName("Three"), nullptr);
     EXPECT_EQ(l.FindByName("Three")->Folder, "qr_db3_Three/");
     EXPECT_EQ(l.FindByName("three"), nullptr);
     EXPECT_EQ(l.NewDirName(), "qr_db4");
 
-    kv::TProjHdr h(2, kv::ModelsFileName, l.NewDirName(), l.DataDir());
+    kv::TProjHdr h(2, kv::ModelsFileName, l.NewDirName(), l.DataDir(), kv::kDefaultLibrarySettings);
     h.Name = "Fresh";
     h.ID = 5;
-    kv::TModels main(h.BaseDir, "Main", h.Folder), needs(h.BaseDir, "Needs", h.Folder);
+    kv::TModels main(h.BaseDir, "Main", h.Folder, kv::kDefaultLibrarySettings),
+        needs(h.BaseDir, "Needs", h.Folder, kv::kDefaultLibrarySettings);
     main.Add().Name = "Only";
     l.SaveOne(h, main, needs);
     l.Load(true);
@@ -287,7 +288,7 @@ TEST(CatalogueScan, LoadedListsComeFromTheCatalogueHeader) {
     clientFile.Solutions = 3;
     clientFile.NeedsSolutions = 2;
     kv::WriteClientFolder(dir.Dir(), "md_db1_Hidden", 0, clientFile);
-    kv::TProjHdrLst l(dir.Dir(), "", 0);
+    kv::TProjHdrLst l(dir.Dir(), "", 0, guard);
     l.Load(true);
     ASSERT_EQ(l.Count(), 1);
     kv::TModelLists lists = l.Get(0).Load(true);
@@ -298,7 +299,7 @@ TEST(CatalogueScan, LoadedListsComeFromTheCatalogueHeader) {
     EXPECT_EQ(lists.Main->Path(2), dir.Dir() + "md_db1_Hidden/Main2/");
     EXPECT_EQ(lists.Needs->Path(1), dir.Dir() + "md_db1_Hidden/Needs1/");
     for (std::int32_t i = 0; i < 3; ++i) EXPECT_TRUE(fs::is_directory(lists.Main->Path(i)));
-    kv::ProgramSettings().ShowHiddenNames = true;
+    guard.settings.ShowHiddenNames = true;
     EXPECT_EQ(lists.Main->DisplayName(2), "Solution 3");
 }
 

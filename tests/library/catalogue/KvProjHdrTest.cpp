@@ -61,7 +61,7 @@ TEST(CatalogueProjHdr, TokensOfTheSecondRecordAndTheirDefaults) {
     };
     for (const auto& c : cases) {
         cattest::TempDir dir;
-        kv::TProjHdr h(0, "Models.dat", "md_db1", WriteHeader(dir, "Name\x01!", c.record2));
+        kv::TProjHdr h(0, "Models.dat", "md_db1", WriteHeader(dir, "Name\x01!", c.record2), kv::kDefaultLibrarySettings);
         h.LoadHeader();
         const HeaderFields& x = c.x;
         SCOPED_TRACE(c.record2);
@@ -100,7 +100,7 @@ TEST(CatalogueProjHdr, IdentifierZeroIsSubstitutedFromThePath) {
     };
     for (const auto& c : cases) {
         cattest::TempDir dir;
-        kv::TProjHdr h(1, "Models.dat", "md_db1/", WriteHeader(dir, c.record1, ""));
+        kv::TProjHdr h(1, "Models.dat", "md_db1/", WriteHeader(dir, c.record1, ""), kv::kDefaultLibrarySettings);
         h.LoadHeader();
         EXPECT_EQ(h.HeaderPath, dir.Dir() + "md_db1/Models.dat");
         EXPECT_EQ(h.Name, c.name);
@@ -108,8 +108,9 @@ TEST(CatalogueProjHdr, IdentifierZeroIsSubstitutedFromThePath) {
     }
 }
 
-kv::TProjHdr SampleHeader(const std::string& base, bool protect) {
-    kv::TProjHdr h(0, "Models.dat", "md_db4_Ann", base);
+kv::TProjHdr SampleHeader(const std::string& base, bool protect,
+                          const kv::TLibrarySettings& settings = kv::kDefaultLibrarySettings) {
+    kv::TProjHdr h(0, "Models.dat", "md_db4_Ann", base, settings);
     h.Name = "Ann \u00C9lise";
     h.ID = 123456;
     h.Text1 = "Adviser M\u00FCller";
@@ -186,13 +187,13 @@ TEST(CatalogueProjHdr, SaveAndLoadRoundTripPlainAndProtected) {
     cattest::SettingsGuard key("configured key");
     for (bool protect : {false, true}) {
         cattest::TempDir dir;
-        const kv::TProjHdr saved = SampleHeader(dir.Dir(), protect);
-        kv::TModels main(saved.BaseDir, "Main", saved.Folder), needs(saved.BaseDir, "Needs", saved.Folder);
+        const kv::TProjHdr saved = SampleHeader(dir.Dir(), protect, key);
+        kv::TModels main(saved.BaseDir, "Main", saved.Folder, key), needs(saved.BaseDir, "Needs", saved.Folder, key);
         FillLists(main, needs, saved);
         fs::create_directories(dir.Path() / "md_db4_Ann");
         saved.Save(main, needs);
 
-        kv::TProjHdr read(0, "Models.dat", "md_db4_Ann", dir.Dir());
+        kv::TProjHdr read(0, "Models.dat", "md_db4_Ann", dir.Dir(), key);
         kv::TModelLists lists = read.Load(true);
         ExpectSameHeader(saved, read);
         ASSERT_TRUE(lists.Main && lists.Needs);
@@ -219,7 +220,7 @@ TEST(CatalogueProjHdr, SaveAndLoadRoundTripPlainAndProtected) {
 
         // Saving what was read gives back a file that reads the same.
         read.Save(*lists.Main, *lists.Needs);
-        kv::TProjHdr again(0, "Models.dat", "md_db4_Ann", dir.Dir());
+        kv::TProjHdr again(0, "Models.dat", "md_db4_Ann", dir.Dir(), key);
         kv::TModelLists lists2 = again.Load(true);
         ExpectSameHeader(saved, again);
         EXPECT_EQ(lists2.Main->Count(), 4);
@@ -238,7 +239,7 @@ TEST(CatalogueProjHdr, ProtectedHeaderNeedsTheRightKey) {
         clientFile.Protected = true;
         clientFile.KeySeed = "seed";
         clientFile.Solutions = 2;
-        kv::WriteClientFolder(dir.Dir(), "md_db1_P", 0, clientFile);
+        kv::WriteClientFolder(dir.Dir(), "md_db1_P", 0, clientFile, key);
     }
     struct Case {
         std::string key;
@@ -256,7 +257,7 @@ TEST(CatalogueProjHdr, ProtectedHeaderNeedsTheRightKey) {
     };
     for (const auto& c : cases) {
         cattest::SettingsGuard key(c.key);
-        kv::TProjHdr h(0, "Models.dat", "md_db1_P", dir.Dir());
+        kv::TProjHdr h(0, "Models.dat", "md_db1_P", dir.Dir(), key);
         if (c.message.empty()) {
             kv::TModelLists lists = h.Load(c.loadModels);
             EXPECT_EQ(h.Text1, "Adviser");
@@ -287,7 +288,8 @@ TEST(CatalogueProjHdr, SolutionRecordsThatDoNotDecipherNameTheFile) {
     std::vector<std::uint8_t> withRight, withOther;
     for (auto [key, bytes] : {std::pair{"right", &withRight}, std::pair{"other", &withOther}}) {
         cattest::SettingsGuard guard(key);
-        *bytes = cattest::ReadBytes(kv::WriteClientFolder(dir.Dir(), std::string("md_db1_") + key, 0, clientFile));
+        *bytes =
+            cattest::ReadBytes(kv::WriteClientFolder(dir.Dir(), std::string("md_db1_") + key, 0, clientFile, guard));
     }
     const std::size_t lists = 8 + 2 * kv::TModel::RecordSize + 8;   // "Main" with two records, empty "Needs"
     std::vector<std::uint8_t> spliced(withRight.begin(), withRight.end() - std::ptrdiff_t(lists));
@@ -295,7 +297,7 @@ TEST(CatalogueProjHdr, SolutionRecordsThatDoNotDecipherNameTheFile) {
     cattest::WriteBytes(dir.Path() / "md_db1_right" / "Models.dat", spliced);
 
     cattest::SettingsGuard guard("right");
-    kv::TProjHdr h(0, "Models.dat", "md_db1_right", dir.Dir());
+    kv::TProjHdr h(0, "Models.dat", "md_db1_right", dir.Dir(), guard);
     EXPECT_NO_THROW(h.LoadHeader());
     try {
         (void)h.Load(true);
@@ -311,11 +313,12 @@ TEST(CatalogueProjHdr, OptionalSectionsAreReadOnlyWhileTheFileLasts) {
         cattest::TempDir dir;
         kv::TProjHdr h = SampleHeader(dir.Dir(), false);
         h.TrailingSections = sections;
-        kv::TModels main(h.BaseDir, "Main", h.Folder), needs(h.BaseDir, "Needs", h.Folder);
+        kv::TModels main(h.BaseDir, "Main", h.Folder, kv::kDefaultLibrarySettings),
+            needs(h.BaseDir, "Needs", h.Folder, kv::kDefaultLibrarySettings);
         FillLists(main, needs, h);
         fs::create_directories(dir.Path() / "md_db4_Ann");
         h.Save(main, needs);
-        kv::TProjHdr r(0, "Models.dat", "md_db4_Ann", dir.Dir());
+        kv::TProjHdr r(0, "Models.dat", "md_db4_Ann", dir.Dir(), kv::kDefaultLibrarySettings);
         (void)r.Load(true);
         EXPECT_EQ(r.TrailingSections, sections);
         EXPECT_EQ(r.Pairs.size(), sections >= 1 ? 2u : 0u);
@@ -332,7 +335,7 @@ TEST(CatalogueProjHdr, LoadHeaderReadsOnlyTheTwoRecords) {
     Bytes b;
     b.Short("Only header\x01!").Str("").Int(0).Int(0x7FFFFFFF);
     cattest::WriteBytes(dir.Path() / "md_db1" / "Models.dat", b.b);
-    kv::TProjHdr h(0, "Models.dat", "md_db1", dir.Dir());
+    kv::TProjHdr h(0, "Models.dat", "md_db1", dir.Dir(), kv::kDefaultLibrarySettings);
     EXPECT_NO_THROW(h.LoadHeader());
     EXPECT_EQ(h.Name, "Only header");
     kv::TModelLists none = h.Load(false);
@@ -350,15 +353,15 @@ TEST(CatalogueProjHdr, TruncationAtEveryOffsetIsALibraryError) {
         cattest::TempDir dir;
         kv::TClientFileSpec clientFile;
         clientFile.ID = 77;
-        const std::string path = kv::WriteClientFolder(dir.Dir(), "md_db1", 0, clientFile);
+        const std::string path = kv::WriteClientFolder(dir.Dir(), "md_db1", 0, clientFile, key);
         const std::size_t full = cattest::ReadBytes(path).size();
         for (int s = 0; s < kv::TProjHdr::TrailingSectionCount; ++s) {
-            kv::TProjHdr h(0, "Models.dat", "md_db1", dir.Dir());
+            kv::TProjHdr h(0, "Models.dat", "md_db1", dir.Dir(), key);
             kv::TModelLists l = h.Load(true);
             h.TrailingSections = s;
             h.Save(*l.Main, *l.Needs);
             tails.push_back(full - cattest::ReadBytes(path).size());
-            kv::WriteClientFolder(dir.Dir(), "md_db1", 0, clientFile);
+            kv::WriteClientFolder(dir.Dir(), "md_db1", 0, clientFile, key);
         }
     }
     for (bool protect : {false, true}) {
@@ -368,11 +371,11 @@ TEST(CatalogueProjHdr, TruncationAtEveryOffsetIsALibraryError) {
         clientFile.KeySeed = "x";
         clientFile.Solutions = protect ? 1 : 2;  // deciphering is slow; one record covers the layout
         clientFile.NeedsSolutions = 1;
-        const std::string path = kv::WriteClientFolder(dir.Dir(), "md_db1", 0, clientFile);
+        const std::string path = kv::WriteClientFolder(dir.Dir(), "md_db1", 0, clientFile, key);
         const auto full = cattest::ReadBytes(path);
         for (std::size_t n = 0; n < full.size(); ++n) {
             cattest::WriteBytes(path, std::vector<std::uint8_t>(full.begin(), full.begin() + std::ptrdiff_t(n)));
-            kv::TProjHdr h(0, "Models.dat", "md_db1", dir.Dir());
+            kv::TProjHdr h(0, "Models.dat", "md_db1", dir.Dir(), key);
             const bool whole = std::find(tails.begin(), tails.end(), full.size() - n) != tails.end();
             if (whole) {
                 EXPECT_NO_THROW((void)h.Load(true)) << n;
@@ -386,7 +389,7 @@ TEST(CatalogueProjHdr, TruncationAtEveryOffsetIsALibraryError) {
 TEST(CatalogueProjHdr, SaveRefusesBeforeTouchingTheFile) {
     cattest::SettingsGuard key("k");
     cattest::TempDir dir;
-    const std::string path = kv::WriteClientFolder(dir.Dir(), "md_db1", 0, kv::TClientFileSpec{});
+    const std::string path = kv::WriteClientFolder(dir.Dir(), "md_db1", 0, kv::TClientFileSpec{}, key);
     const auto before = cattest::ReadBytes(path);
     struct Case {
         std::string name, text1;
@@ -399,12 +402,12 @@ TEST(CatalogueProjHdr, SaveRefusesBeforeTouchingTheFile) {
         {"ok", "", true},                        // fine on its own, but the list below is not
     };
     for (const auto& c : cases) {
-        kv::TProjHdr h(0, "Models.dat", "md_db1", dir.Dir());
+        kv::TProjHdr h(0, "Models.dat", "md_db1", dir.Dir(), key);
         h.Name = c.name;
         h.ID = 1;
         h.Text1 = c.text1;
         h.FlagI = c.protect ? 1 : 0;
-        kv::TModels main(h.BaseDir, "Main", h.Folder), needs(h.BaseDir, "Needs", h.Folder);
+        kv::TModels main(h.BaseDir, "Main", h.Folder, key), needs(h.BaseDir, "Needs", h.Folder, key);
         needs.Enciphered = c.protect;
         kv::TModel e;
         e.Name2 = std::string(200, 'z');
@@ -417,7 +420,7 @@ TEST(CatalogueProjHdr, SaveRefusesBeforeTouchingTheFile) {
 
 TEST(CatalogueProjHdr, MissingFileIsAnInputOutputErrorNamingIt) {
     cattest::TempDir dir;
-    kv::TProjHdr h(2, "Models.dat", "qr_db1", dir.Dir());
+    kv::TProjHdr h(2, "Models.dat", "qr_db1", dir.Dir(), kv::kDefaultLibrarySettings);
     try {
         h.LoadHeader();
         FAIL();

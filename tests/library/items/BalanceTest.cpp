@@ -13,6 +13,7 @@
 #include "TestFiles.h"
 #include "files/KvFnBufFile.h"
 #include "items/KvBalance.h"
+#include "KvSettings.h"
 #include "model/KvFnModelData.h"
 #include "parties/KvFnParty.h"
 
@@ -52,7 +53,7 @@ struct Lay {
 
 std::unique_ptr<kv::TModelData> ModelWithParties() {
     auto m = std::make_unique<kv::TModelData>(0, nullptr, nullptr, nullptr, nullptr, "/nonexistent/FinItems.dat",
-                                              nullptr);
+                                              nullptr, kv::kDefaultLibrarySettings);
     for (auto [id, first, last] : {std::tuple{1, "Anne", "Roy"}, std::tuple{2, "Marc", "Roy"}}) {
         auto p = kv::CreateParty(0, id, 1, 0);
         p->FirstName = first;

@@ -20,11 +20,9 @@ namespace {
 class Accounts : public ::testing::Test {
 protected:
     void SetUp() override {
-        saved = kv::ProgramSettings();
-        kv::ProgramSettings().CurrentYear = 2026;
-        kv::ProgramSettings().PlanningDate = 46000;
+        s.settings->CurrentYear = 2026;
+        s.settings->PlanningDate = 46000;
     }
-    void TearDown() override { kv::ProgramSettings() = saved; }
 
     // A raw record: no class of its own, so its properties are written as given.
     kv::TFinItem* Raw(kv::TFinItem* parent, std::int32_t entryID, std::int32_t id,
@@ -56,7 +54,6 @@ protected:
         return *t;
     }
 
-    kv::TProgramSettings saved;
     TempDir dir;
     Surroundings s{0, dir};
     std::string path = dir.File("FinItems.dat");
@@ -129,7 +126,7 @@ TEST_F(Accounts, SettingsSurviveASaveOfTheirOwn) {
     Raw(nullptr, D::CorpShares, 2, {"ShareClass=Class A", "ShareCount=100", "AsCommon=1"});
     Load();
     loaded->Save();
-    kv::TModelData again(0, nullptr, s.models.get(), s.models.get(), nullptr, path, s.entries.get());
+    kv::TModelData again(0, nullptr, s.models.get(), s.models.get(), nullptr, path, s.entries.get(), *s.settings);
     again.Load();
     auto& rrsp = dynamic_cast<kv::TRRSP&>(*again.Get(0));
     EXPECT_EQ(rrsp.RRSPType, 2);
@@ -278,7 +275,7 @@ TEST_F(Accounts, DefaultConversionAndContributionNames) {
     sp.SetDefConNames();
     EXPECT_EQ(sp.Links[0]->Name, "Spousal RRSP contributions");
     EXPECT_EQ(sp.Links[1]->Name, "Spousal % contributions");
-    kv::ProgramSettings().French = true;
+    s.settings->French = true;
     sp.SetDefConNames();
     EXPECT_EQ(sp.Links[0]->Name, "Contributions du conjoint en RRSP");
     EXPECT_EQ(sp.Links[1]->Name, "Contributions du conjoint en %");

@@ -144,8 +144,6 @@ INSTANTIATE_TEST_SUITE_P(Model, RoundTrip,
 
 class ModelFile : public ::testing::Test {
 protected:
-    void SetUp() override { kv::ProgramSettings().ClientFileKey.clear(); }
-    void TearDown() override { kv::ProgramSettings().ClientFileKey.clear(); }
     std::unique_ptr<kv::TModelData> Saved(std::uint8_t kind, kv::TFileLayout layout, std::int32_t version) {
         auto m = s.NewModel(kind, path);
         Fill(*m, s);
@@ -193,7 +191,7 @@ TEST_F(ModelFile, ManySmallestItemsLoadInBothLayouts) {
 TEST_F(ModelFile, NamesAreEncipheredFromTheirVersionOn) {
     s.models->Enciphered = true;
     s.models->KeySeed = "seed-42";
-    kv::ProgramSettings().ClientFileKey = "office key";
+    s.settings->ClientFileKey = "office key";
 
     Saved(0, kv::TFileLayout::Sectioned, 42968);
     EXPECT_TRUE(Contains(ReadBytes(path), "Joint account"));
@@ -205,9 +203,9 @@ TEST_F(ModelFile, NamesAreEncipheredFromTheirVersionOn) {
         EXPECT_FALSE(Contains(bytes, plain)) << plain;
     EXPECT_EQ(Dump(*Loaded()), Dump(*m));
 
-    kv::ProgramSettings().ClientFileKey = "wrong key";
+    s.settings->ClientFileKey = "wrong key";
     EXPECT_THROW(Loaded(), kv::EInvalidData);
-    kv::ProgramSettings().ClientFileKey.clear();
+    s.settings->ClientFileKey.clear();
     try {
         Loaded();
         FAIL() << "loaded without a key";

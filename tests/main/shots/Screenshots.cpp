@@ -60,12 +60,14 @@ int main(int argc, char** argv) {
         QTemporaryDir root;
         const QString demo = root.path() + "/demo";
         WriteDemoData(QFile::encodeName(demo).toStdString());
-        ApplyClientKey(QString::fromLatin1(kDemoClientKey));
+        kv::TLibrarySettings settings = TodaysLibrarySettings();
+        ApplyClientKey(settings, QString::fromLatin1(kDemoClientKey));
 
         TForm1 form;
         TFolderOverrides folders;
         folders.DataRoot = demo;
         form.SetImportFolders(folders);
+        form.SetImportSettings(settings);
         form.LoadInputs({}, ReadWholeFile(QString::fromLocal8Bit(argv[2])));
         form.show();
         if (!QTest::qWaitForWindowExposed(&form)) throw std::runtime_error("the window was not shown");

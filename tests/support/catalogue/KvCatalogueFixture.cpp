@@ -41,8 +41,8 @@ void Fill(TModels& list, const TProjHdr& hdr, int count, const std::string& pref
 } // namespace
 
 std::string WriteClientFolder(const std::string& baseDir, const std::string& folder, std::uint8_t kind,
-                              const TClientFileSpec& clientFile) {
-    TProjHdr hdr(kind, ModelsFileName, folder, baseDir);
+                              const TClientFileSpec& clientFile, const TLibrarySettings& settings) {
+    TProjHdr hdr(kind, ModelsFileName, folder, baseDir, settings);
     hdr.Name = clientFile.Name;
     hdr.ID = clientFile.ID;
     hdr.Date = clientFile.Date;
@@ -56,8 +56,8 @@ std::string WriteClientFolder(const std::string& baseDir, const std::string& fol
     } else {
         hdr.TrailingSections = 0;
     }
-    TModels main(hdr.BaseDir, "Main", hdr.Folder);
-    TModels needs(hdr.BaseDir, "Needs", hdr.Folder);
+    TModels main(hdr.BaseDir, "Main", hdr.Folder, settings);
+    TModels needs(hdr.BaseDir, "Needs", hdr.Folder, settings);
     Fill(main, hdr, clientFile.Solutions, clientFile.SolutionPrefix);
     Fill(needs, hdr, clientFile.NeedsSolutions, "Needs ");
     MakeDir(hdr.BaseDir + hdr.Folder);
