@@ -1,10 +1,10 @@
 #include "items/KvFnPortfolio.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 
 #include "KvSettings.h"
+#include "decl/KvDayNumbers.h"
 #include "decl/KvModelFormat.h"
 #include "entries/KvFnEntries.h"
 #include "items/KvPropTable.h"
@@ -36,12 +36,9 @@ KV_ITEM_CLASS_DEFINE(TRetPlanOwnership, TFinItem)
 
 namespace {
 
-using namespace std::chrono;
-
 std::int32_t YearOfDate(double dayNumber) {
     if (!std::isfinite(dayNumber) || std::abs(dayNumber) > 3.0e6) return 0;
-    const sys_days day = sys_days(1899y / December / 30) + days(static_cast<long>(std::floor(dayNumber)));
-    return static_cast<std::int32_t>(static_cast<int>(year_month_day(day).year()));
+    return static_cast<std::int32_t>(DateOfDayNumber(static_cast<std::int64_t>(std::floor(dayNumber))).Year);
 }
 
 std::int32_t PlanningYear(const TLibrarySettings& settings) {

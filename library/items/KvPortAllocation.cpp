@@ -8,6 +8,7 @@
 
 #include "KvErrors.h"
 #include "catalogue/KvIdentText.h"
+#include "decl/KvDayNumbers.h"
 #include "decl/KvModelFormat.h"
 #include "items/KvAllocationFields.h"
 #include "items/KvAllocationYears.h"
@@ -22,37 +23,11 @@ using fields::SplitFields;
 
 namespace {
 
-// Day number of 1 January 1970 counted from 30 December 1899.
-constexpr std::int64_t kUnixEpochDay = 25569;
-
-// Howard Hinnant's civil-date conversions, days counted from 1 January 1970.
-void CivilFromDays(std::int64_t z, std::int64_t& y, unsigned& m, unsigned& d) {
-    z += 719468;
-    const std::int64_t era = (z >= 0 ? z : z - 146096) / 146097;
-    const unsigned doe = static_cast<unsigned>(z - era * 146097);
-    const unsigned yoe = (doe - doe / 1460 + doe / 36524 - doe / 146096) / 365;
-    const unsigned doy = doe - (365 * yoe + yoe / 4 - yoe / 100);
-    const unsigned mp = (5 * doy + 2) / 153;
-    d = doy - (153 * mp + 2) / 5 + 1;
-    m = mp < 10 ? mp + 3 : mp - 9;
-    y = static_cast<std::int64_t>(yoe) + era * 400 + (m <= 2);
-}
-
-std::int64_t DaysFromCivil(std::int64_t y, unsigned m, unsigned d) {
-    y -= m <= 2;
-    const std::int64_t era = (y >= 0 ? y : y - 399) / 400;
-    const unsigned yoe = static_cast<unsigned>(y - era * 400);
-    const unsigned doy = (153 * (m > 2 ? m - 3 : m + 9) + 2) / 5 + d - 1;
-    const unsigned doe = yoe * 365 + yoe / 4 - yoe / 100 + doy;
-    return era * 146097 + static_cast<std::int64_t>(doe) - 719468;
-}
-
 std::string Pad(std::int64_t v, int width) {
     std::string s = std::to_string(v < 0 ? -v : v);
     if (static_cast<int>(s.size()) < width) s.insert(0, std::size_t(width) - s.size(), '0');
     return v < 0 ? "-" + s : s;
 }
-
 
 constexpr std::array<std::string_view, 6> kKindLabels{
     "Custom", "Model Portfolio", "Library Model", "Client Holdings", "Separately Managed Account",
@@ -95,16 +70,9 @@ bool TryTextToUniqueID(std::string_view text, std::int32_t& id) {
 std::string DateTimeToText(double dateTime) {
     // Outside years 1..9999 the text would be meaningless; such values read as 0.
     if (!std::isfinite(dateTime) || dateTime < -693593 || dateTime >= 2958466) dateTime = 0;
-    auto days = static_cast<std::int64_t>(std::floor(dateTime));
-    auto ms = static_cast<std::int64_t>(std::llround((dateTime - double(days)) * 86400000.0));
-    if (ms >= 86400000) {
-        ++days;
-        ms -= 86400000;
-    }
-    std::int64_t y;
-    unsigned m, d;
-    CivilFromDays(days - kUnixEpochDay, y, m, d);
-    return Pad(y, 4) + "-" + Pad(m, 2) + "-" + Pad(d, 2) + " " + Pad(ms / 3600000, 2) + ":" +
+    const TCivilDateTime t = DateTimeOfDayNumber(dateTime);
+    const std::int64_t ms = t.Millisecond;
+    return Pad(t.Date.Year, 4) + "-" + Pad(t.Date.Month, 2) + "-" + Pad(t.Date.Day, 2) + " " + Pad(ms / 3600000, 2) + ":" +
            Pad(ms / 60000 % 60, 2) + ":" + Pad(ms / 1000 % 60, 2) + "." + Pad(ms % 1000, 3);
 }
 
@@ -114,9 +82,9 @@ double NowDateTime() {
     std::tm lt{};
     localtime_r(&t, &lt);
     const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count() % 1000;
-    const std::int64_t days = DaysFromCivil(lt.tm_year + 1900, unsigned(lt.tm_mon + 1), unsigned(lt.tm_mday));
+    const std::int64_t days = DayNumberOfDate(lt.tm_year + 1900, unsigned(lt.tm_mon + 1), unsigned(lt.tm_mday));
     const double secs = lt.tm_hour * 3600.0 + lt.tm_min * 60.0 + lt.tm_sec + double(ms) / 1000.0;
-    return double(days + kUnixEpochDay) + secs / 86400.0;
+    return double(days) + secs / 86400.0;
 }
 
 std::span<const std::string_view> AllocKindLabels() { return kKindLabels; }

@@ -1,6 +1,5 @@
 #include "demo/DemoData.h"
 
-#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -10,6 +9,7 @@
 
 #include "KvErrors.h"
 #include "KvSettings.h"
+#include "decl/KvDayNumbers.h"
 #include "catalogue/KvFnModels.h"
 #include "catalogue/KvFnProjHdr.h"
 #include "demo/DemoChart.h"
@@ -41,9 +41,7 @@ constexpr std::int32_t kSequentialVersion = 40000;
 static_assert(kSequentialVersion > kv::kVersionPropArrays && kSequentialVersion < kv::kVersionEnciphered);
 
 double DayNumber(int y, unsigned m, unsigned d, int hour = 0, int minute = 0) {
-    using namespace std::chrono;
-    const auto days = sys_days(year(y) / month(m) / day(d)) - sys_days(year(1899) / December / 30);
-    return static_cast<double>(days.count()) + (hour * 60 + minute) / 1440.0;
+    return static_cast<double>(kv::DayNumberOfDate(y, m, d)) + (hour * 60 + minute) / 1440.0;
 }
 
 struct Owner {

@@ -15,6 +15,7 @@
 #include "KvSettings.h"
 #include "catalogue/KvFnModels.h"
 #include "catalogue/KvFnProjHdr.h"
+#include "decl/KvDayNumbers.h"
 #include "core/Grid.h"
 #include "core/ProductQuicksort.h"
 #include "entries/KvFnEntries.h"
@@ -106,19 +107,28 @@ void ApplyClientKey(kv::TLibrarySettings& settings, const QString& option) {
 kv::TLibrarySettings TodaysLibrarySettings() {
     const QDate today = QDate::currentDate();
     kv::TLibrarySettings settings;
-    settings.PlanningDate = static_cast<double>(QDate(1899, 12, 30).daysTo(today));
+    settings.PlanningDate = static_cast<double>(kv::DayNumberOfDate(today.year(), unsigned(today.month()),
+                                                                    unsigned(today.day())));
     settings.CurrentYear = today.year();
     return settings;
 }
 
 QString PartyName(const kv::TParticipant& party) { return QString::fromStdString(party.FullName()); }
 
+QDateTime DateTimeOfDayNumber(double dayNumber) {
+    // A value that is not finite, or lies beyond 4e14 ms (about 12,700 years)
+    // of the epoch, stands for the epoch itself.
+    if (!std::isfinite(dayNumber) || !(std::abs(std::round(dayNumber * 86400000.0)) < 4.0e14)) dayNumber = 0;
+    const kv::TCivilDateTime t = kv::DateTimeOfDayNumber(dayNumber);
+    // Qt counts years without a year 0: astronomical year 0 is its year -1.
+    const auto year = static_cast<int>(t.Date.Year <= 0 ? t.Date.Year - 1 : t.Date.Year);
+    return QDateTime(QDate(year, int(t.Date.Month), int(t.Date.Day)),
+                     QTime::fromMSecsSinceStartOfDay(static_cast<int>(t.Millisecond)), Qt::UTC);
+}
+
 QString RenderHeaderDate(double dayNumber, const QLocale& locale) {
     // Local time would shift the text by the offset; the stored number is wall-clock.
-    const QDateTime epoch(QDate(1899, 12, 30), QTime(0, 0), Qt::UTC);
-    const double ms = std::isfinite(dayNumber) ? std::round(dayNumber * 86400000.0) : 0;
-    const QDateTime when = std::abs(ms) < 4.0e14 ? epoch.addMSecs(static_cast<qint64>(ms)) : epoch;
-    return locale.toString(when, locale.dateTimeFormat(QLocale::ShortFormat));
+    return locale.toString(DateTimeOfDayNumber(dayNumber), locale.dateTimeFormat(QLocale::ShortFormat));
 }
 
 QString RenderHeaderDate(double dayNumber) { return RenderHeaderDate(dayNumber, QLocale::system()); }

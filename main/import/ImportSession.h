@@ -3,6 +3,7 @@
 // command line.
 #pragma once
 
+#include <QDateTime>
 #include <QLocale>
 #include <QString>
 #include <QStringList>
@@ -135,6 +136,9 @@ private:
 // Display name of a party, as the lists show it.
 QString PartyName(const kv::TParticipant& party);
 
+// The date and time of a day number (kv::DateTimeOfDayNumber) as a UTC
+// QDateTime: the stored number is wall-clock time.
+QDateTime DateTimeOfDayNumber(double dayNumber);
 // Renders a header's date-time as the window shows it (the system locale's
 // short date and time).
 QString RenderHeaderDate(double dayNumber);
