@@ -1,4 +1,5 @@
 #include "import/ImportSession.h"
+#include "import/ImportLog.h"
 
 #include <QDate>
 #include <QDateTime>
@@ -196,6 +197,7 @@ void TImportSession::ChooseProduct(std::uint8_t kind) {
         return -a->Text.localeAwareCompare(b->Text);
     });
     for (const TKeyed* k : order) files_.push_back(k->Header);
+    qCInfo(lcImport).noquote() << QStringLiteral("%1: %2 client files in %3").arg(ProductKey(kind)).arg(files_.size()).arg(dataDir);
 }
 
 kv::TProjHdr* TImportSession::File(int index) const {
@@ -259,6 +261,7 @@ void TImportSession::ChooseSolution(int index) {
     model_ = std::make_unique<kv::TModelData>(kind_, solutions_->Find(index), solutions_.get(), solutions_.get(),
                                               nullptr, path, entries_.get(), settings_);
     model_->Load();
+    qCInfo(lcImport).noquote() << "solution read:" << QString::fromStdString(model_->ReadPath());
     solution_ = index;
 
     for (const auto& p : model_->Participants()) {

@@ -8,6 +8,7 @@
 #include <QWindow>
 #include <cmath>
 
+#include "import/ImportLog.h"
 #include "parties/KvFnParty.h"
 
 namespace tessary {
@@ -139,6 +140,7 @@ void TdlgFromFile::Init(int mode) {
 
 void TdlgFromFile::Report(const std::exception& e) {
     const QString message = QString::fromUtf8(e.what());
+    qCInfo(lcImport).noquote() << message;
     // Before the dialog is up the message waits for it, so it appears over the dialog.
     if (!isVisible()) {
         pendingError_ = message;

@@ -20,6 +20,7 @@
 #include "core/Vocabulary.h"
 #include "window/ImportDialog.h"
 #include "window/Language.h"
+#include "window/WindowLog.h"
 
 namespace tessary {
 
@@ -342,8 +343,10 @@ void TForm1::hbtMinimizeClick() { showMinimized(); }
 void TForm1::hbtBgndClick() { ToggleMaximized(); }
 
 void TForm1::AdvRepeatButton3Click() {
-    if (!LaunchHelp(helpFile_ + QStringLiteral(">Second")))
+    if (!LaunchHelp(helpFile_ + QStringLiteral(">Second"))) {
+        qCInfo(lcWindow).noquote() << "the help page could not be opened:" << helpFile_;
         QMessageBox::information(this, tr("Help"), tr("The help page could not be opened: %1").arg(helpFile_));
+    }
 }
 
 } // namespace tessary

@@ -3,11 +3,11 @@
 #include <QCommandLineParser>
 #include <QFile>
 #include <QTimer>
-#include <cstdio>
 
 #include "cli/Commands.h"
 #include "window/Language.h"
 #include "window/MainWindow.h"
+#include "window/WindowLog.h"
 
 int main(int argc, char** argv) {
     QApplication app(argc, argv);
@@ -50,7 +50,7 @@ int main(int argc, char** argv) {
             form.LoadInputs(accounts.isEmpty() ? QByteArray() : tessary::ReadWholeFile(accounts),
                             classes.isEmpty() ? QByteArray() : tessary::ReadWholeFile(classes));
     } catch (const std::exception& e) {
-        std::fprintf(stderr, "tessary: %s\n", e.what());
+        qCCritical(tessary::lcWindow).noquote() << e.what();
         return 1;
     }
     // A worksheet that cannot be read is reported in the window, which then starts empty.
@@ -62,7 +62,7 @@ int main(int argc, char** argv) {
     if (!shot.isEmpty()) {
         QTimer::singleShot(300, &form, [&form, shot] {
             const bool ok = form.grab().save(shot, "PNG");
-            if (!ok) std::fprintf(stderr, "tessary: cannot write %s\n", qPrintable(shot));
+            if (!ok) qCCritical(tessary::lcWindow).noquote() << "cannot write" << shot;
             QApplication::exit(ok ? 0 : 1);
         });
     }
