@@ -25,6 +25,8 @@ struct TModel {
     static constexpr std::size_t Name2Slot = 256;   // offset 201: length byte + 255
     static constexpr std::size_t BlockSize = 82;    // offset 496
 
+    // Number3, Number4, Name2, Byte476, Words480, Int488 and Int492: the file
+    // format leaves these unnamed; they are kept to be written back.
     // Tokens of the first text (offset 0).
     std::string Name;             // 1: display name, cut to 80 characters
     std::int32_t ID = 0;          // 2: identifier; a stored 0 reads as SubstituteID(Name)

@@ -100,9 +100,9 @@ void TProjHdr::ReadHeaderRecords(TBufReadFile& reader) {
     FlagE = FlagToken(TokenAt(t, 9), 0);
     FlagF = FlagToken(TokenAt(t, 10), 1);
     FlagG = FlagToken(TokenAt(t, 11), 0);
-    FlagH = FlagToken(TokenAt(t, 12), 0);
+    HideNamesFlag = FlagToken(TokenAt(t, 12), 0);
     KeySeed = std::string(TokenAt(t, 13));
-    FlagI = FlagToken(TokenAt(t, 14), 0);
+    ProtectionFlag = FlagToken(TokenAt(t, 14), 0);
     Text4 = std::string(TokenAt(t, 15));
     Integer = ModelTextToIntDef(TokenAt(t, 16), -1);
     if (IsProtected()) {
@@ -214,8 +214,8 @@ void TProjHdr::Save(const TModels& main, const TModels& needs) const {
     const std::string record2 = JoinTokens(std::vector<std::string>{
         text1, text2, Date == 0 ? std::string() : FloatToModelText(Date), IntToModelText(FlagA),
         FloatToModelText(Number), Text3, IntToModelText(FlagB), IntToModelText(FlagC), IntToModelText(FlagD),
-        IntToModelText(FlagE), IntToModelText(FlagF), IntToModelText(FlagG), IntToModelText(FlagH), KeySeed,
-        IntToModelText(FlagI), Text4, IntToModelText(Integer)});
+        IntToModelText(FlagE), IntToModelText(FlagF), IntToModelText(FlagG), IntToModelText(HideNamesFlag), KeySeed,
+        IntToModelText(ProtectionFlag), Text4, IntToModelText(Integer)});
     if (TrailingSections >= 1) {
         if (Pairs.size() > 255) throw EKvError("At most 255 text pairs can be stored in a client file's header");
         for (const auto& [a, b] : Pairs)

@@ -71,8 +71,8 @@ public:
     // configured key).
     std::string Key() const;
     const TLibrarySettings& Settings() const noexcept { return *settings_; }
-    bool HideNames() const noexcept { return FlagH != 0; }
-    bool IsProtected() const noexcept { return FlagI != 0; }
+    bool HideNames() const noexcept { return HideNamesFlag != 0; }
+    bool IsProtected() const noexcept { return ProtectionFlag != 0; }
 
     std::string HeaderPath;  // BaseDir + Folder + FileName
     std::string FileName;
@@ -83,7 +83,9 @@ public:
     // Header record 1.
     std::string Name;        // token 1
     std::int32_t ID = 0;     // token 2; a stored 0 reads as SubstituteID(HeaderPath)
-    // Header record 2 (token numbers from 1).
+    // Header record 2 (token numbers from 1). The file format leaves texts 1
+    // to 4, flags A to G, the number and the integer unnamed; they are kept
+    // to be written back.
     std::string Text1;       // 1, enciphered when IsProtected()
     std::string Text2;       // 2, enciphered when IsProtected()
     double Date = 0;         // 3: day count, model-file number text; 0 when empty or unreadable
@@ -96,9 +98,9 @@ public:
     std::uint8_t FlagE = 0;  // 10
     std::uint8_t FlagF = 1;  // 11: default 1
     std::uint8_t FlagG = 0;  // 12
-    std::uint8_t FlagH = 0;  // 13: hide solution names
+    std::uint8_t HideNamesFlag = 0;   // 13: hide solution names
     std::string KeySeed;     // 14
-    std::uint8_t FlagI = 0;  // 15: texts are enciphered
+    std::uint8_t ProtectionFlag = 0;  // 15: texts are enciphered
     std::string Text4;       // 16
     std::int32_t Integer = -1; // 17
 

@@ -113,6 +113,8 @@ public:
 struct TPay {
     explicit TPay(std::int32_t kind = 0) : Kind(kind) {}
     std::int32_t Kind;
+    // Int1 and Value2: the file format leaves these unnamed (a value child's
+    // pays keep the year in Int1); they are kept to be written back.
     double Value = 0;
     std::int32_t Int1 = 0;
     double Value2 = 0;
@@ -137,6 +139,8 @@ public:
     TItemOwner* Model;
     std::int32_t ID;
     std::string Name;
+    // Date1, Date2, Code and Text: the file format leaves these unnamed; they
+    // are kept to be written back.
     double Date1 = 0, Date2 = 0;
     double Value = 0;
     std::uint8_t Code = 0;

@@ -61,6 +61,8 @@ public:
     std::string Text;
     std::string SavedText;        // Text as last read; changes are measured against it
     std::int32_t Reference = 0;   // kind 2: the library model followed
+    // Flag1, Flag2 and Flag4: the text form leaves these unnamed; they are
+    // kept to be written back.
     std::int32_t Flag1 = 0;
     std::int32_t Flag2 = 0;
     std::int32_t Kind = 0;

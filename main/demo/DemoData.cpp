@@ -293,7 +293,7 @@ void WriteClient(const fs::path& dataDir, std::uint8_t kind, kv::TEntries& chart
     hdr.Date = c.Date;
     hdr.Text1 = "Catherine Lavoie, CFP";
     hdr.Text2 = "Lavoie Planification financière, Québec";
-    hdr.FlagI = c.Protected ? 1 : 0;
+    hdr.ProtectionFlag = c.Protected ? 1 : 0;
     hdr.KeySeed = c.KeySeed;
     hdr.ReportSettings = {"Portrait", "Letter", "1", "1", "0", "Arial", "10", "", "", "", "1"};
 

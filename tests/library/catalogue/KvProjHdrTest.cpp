@@ -73,10 +73,10 @@ TEST(CatalogueProjHdr, TokensOfTheSecondRecordAndTheirDefaults) {
         EXPECT_EQ(h.FlagA, x.flagA);
         EXPECT_EQ(h.Number, x.number);
         EXPECT_EQ(h.Text3, x.text3);
-        EXPECT_EQ(std::vector<int>({h.FlagB, h.FlagC, h.FlagD, h.FlagE, h.FlagF, h.FlagG, h.FlagH}),
+        EXPECT_EQ(std::vector<int>({h.FlagB, h.FlagC, h.FlagD, h.FlagE, h.FlagF, h.FlagG, h.HideNamesFlag}),
                   std::vector<int>({x.b, x.c, x.d, x.e, x.f, x.g, x.h}));
         EXPECT_EQ(h.KeySeed, x.keySeed);
-        EXPECT_EQ(h.FlagI, x.i);
+        EXPECT_EQ(h.ProtectionFlag, x.i);
         EXPECT_EQ(h.Text4, x.text4);
         EXPECT_EQ(h.Integer, x.integer);
         EXPECT_EQ(h.HideNames(), x.h != 0);
@@ -125,9 +125,9 @@ kv::TProjHdr SampleHeader(const std::string& base, bool protect,
     h.FlagE = 5;
     h.FlagF = 0;
     h.FlagG = 7;
-    h.FlagH = 1;
+    h.HideNamesFlag = 1;
     h.KeySeed = "s33d";
-    h.FlagI = protect ? 1 : 0;
+    h.ProtectionFlag = protect ? 1 : 0;
     h.Text4 = "four";
     h.Integer = -99;
     h.Pairs = {{"k1", "v1"}, {"", "v2"}};
@@ -171,8 +171,8 @@ void ExpectSameHeader(const kv::TProjHdr& a, const kv::TProjHdr& b) {
     EXPECT_EQ(a.FlagA, b.FlagA);
     EXPECT_EQ(a.Number, b.Number);
     EXPECT_EQ(a.Text3, b.Text3);
-    EXPECT_EQ(std::vector<int>({a.FlagB, a.FlagC, a.FlagD, a.FlagE, a.FlagF, a.FlagG, a.FlagH, a.FlagI}),
-              std::vector<int>({b.FlagB, b.FlagC, b.FlagD, b.FlagE, b.FlagF, b.FlagG, b.FlagH, b.FlagI}));
+    EXPECT_EQ(std::vector<int>({a.FlagB, a.FlagC, a.FlagD, a.FlagE, a.FlagF, a.FlagG, a.HideNamesFlag, a.ProtectionFlag}),
+              std::vector<int>({b.FlagB, b.FlagC, b.FlagD, b.FlagE, b.FlagF, b.FlagG, b.HideNamesFlag, b.ProtectionFlag}));
     EXPECT_EQ(a.KeySeed, b.KeySeed);
     EXPECT_EQ(a.Text4, b.Text4);
     EXPECT_EQ(a.Integer, b.Integer);
@@ -406,7 +406,7 @@ TEST(CatalogueProjHdr, SaveRefusesBeforeTouchingTheFile) {
         h.Name = c.name;
         h.ID = 1;
         h.Text1 = c.text1;
-        h.FlagI = c.protect ? 1 : 0;
+        h.ProtectionFlag = c.protect ? 1 : 0;
         kv::TModels main(h.BaseDir, "Main", h.Folder, key), needs(h.BaseDir, "Needs", h.Folder, key);
         needs.Enciphered = c.protect;
         kv::TModel e;

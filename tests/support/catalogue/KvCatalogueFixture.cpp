@@ -48,8 +48,8 @@ std::string WriteClientFolder(const std::string& baseDir, const std::string& fol
     hdr.Date = clientFile.Date;
     hdr.Text1 = "Adviser";
     hdr.Text2 = "Office";
-    hdr.FlagH = clientFile.HideNames ? 1 : 0;
-    hdr.FlagI = clientFile.Protected ? 1 : 0;
+    hdr.HideNamesFlag = clientFile.HideNames ? 1 : 0;
+    hdr.ProtectionFlag = clientFile.Protected ? 1 : 0;
     hdr.KeySeed = clientFile.KeySeed;
     if (clientFile.TrailingSections) {
         hdr.ReportSettings = {"Portrait", "Letter", "1", "1", "0", "Arial", "10", "", "", "", "1"};
