@@ -28,7 +28,8 @@ struct Fixture {
         bytes = static_cast<std::int64_t>(fs::file_size(path));
     }
     std::unique_ptr<kv::TModelData> New() {
-        return std::make_unique<kv::TModelData>(0, nullptr, models.get(), models.get(), nullptr, path, entries.get(), models->Settings());
+        return std::make_unique<kv::TModelData>(0, nullptr, models.get(), models.get(), nullptr, path, entries.get(),
+                                                models->Settings());
     }
     tessary_bench::TempFolder folder;
     fs::path dir;

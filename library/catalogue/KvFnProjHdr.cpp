@@ -488,7 +488,8 @@ void TProjHdrLst::Load(bool includeAlternate) {
         const std::vector<std::size_t> dirs = table.Dirs(prefix_ + "db*");
         for (auto it = dirs.rbegin(); it != dirs.rend(); ++it) {
             TDirTable::Entry& e = table[*it];
-            std::unique_ptr<TProjHdr> hdr = ReadFolderHeader(e.name, HeaderBase(e.name, true, dataDir_, altDir_, *settings_), kind_, *settings_);
+            std::unique_ptr<TProjHdr> hdr =
+                ReadFolderHeader(e.name, HeaderBase(e.name, true, dataDir_, altDir_, *settings_), kind_, *settings_);
             const std::size_t first = e.name.find('_');
             const std::size_t second = e.name.find('_', first + 1);
             const std::string target = e.name.substr(0, second) + "_" + FolderSafe(hdr->Name);

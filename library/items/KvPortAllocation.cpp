@@ -72,7 +72,8 @@ std::string DateTimeToText(double dateTime) {
     if (!std::isfinite(dateTime) || dateTime < -693593 || dateTime >= 2958466) dateTime = 0;
     const TCivilDateTime t = DateTimeOfDayNumber(dateTime);
     const std::int64_t ms = t.Millisecond;
-    return Pad(t.Date.Year, 4) + "-" + Pad(t.Date.Month, 2) + "-" + Pad(t.Date.Day, 2) + " " + Pad(ms / 3600000, 2) + ":" +
+    return Pad(t.Date.Year, 4) + "-" + Pad(t.Date.Month, 2) + "-" + Pad(t.Date.Day, 2) + " " +
+           Pad(ms / 3600000, 2) + ":" +
            Pad(ms / 60000 % 60, 2) + ":" + Pad(ms / 1000 % 60, 2) + "." + Pad(ms % 1000, 3);
 }
 
@@ -244,7 +245,8 @@ std::unique_ptr<TPortAllocation> TFeesAssetClassesPr::Clone() const {
 
 double TFeesAssetClassesPr::AnnualFee(const TLibAllocYear& year, double total) const {
     double fee = 0;
-    for (int c = 0; c < kAlcClsCount; ++c) fee += total * fields::Pos(year.GetClsShare(c)) * FeeRates[std::size_t(c)] / 100;
+    for (int c = 0; c < kAlcClsCount; ++c)
+        fee += total * fields::Pos(year.GetClsShare(c)) * FeeRates[std::size_t(c)] / 100;
     return fee;
 }
 

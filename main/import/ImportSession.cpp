@@ -197,7 +197,8 @@ void TImportSession::ChooseProduct(std::uint8_t kind) {
         return -a->Text.localeAwareCompare(b->Text);
     });
     for (const TKeyed* k : order) files_.push_back(k->Header);
-    qCInfo(lcImport).noquote() << QStringLiteral("%1: %2 client files in %3").arg(ProductKey(kind)).arg(files_.size()).arg(dataDir);
+    qCInfo(lcImport).noquote()
+        << QStringLiteral("%1: %2 client files in %3").arg(ProductKey(kind)).arg(files_.size()).arg(dataDir);
 }
 
 kv::TProjHdr* TImportSession::File(int index) const {
