@@ -30,7 +30,7 @@ const std::string& Dir() {
 void BM_CatalogueScan(benchmark::State& state) {
     const std::string& dir = Dir();
     for (auto _ : state) {
-        kv::TProjHdrLst list(dir, "", 0);
+        kv::TProjHdrLst list(dir, "", 0, kv::kDefaultLibrarySettings);
         list.Load(false);
         if (list.Count() != ClientCount) state.SkipWithError("wrong client count");
         benchmark::DoNotOptimize(list.Count());

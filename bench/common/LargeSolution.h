@@ -18,7 +18,8 @@ namespace D = kv::DemoEntry;
 // Writes the solution to path; entries is a demo chart of the product kind.
 inline void WriteLargeSolution(const std::string& path, kv::TEntries* entries, kv::TModels* models,
                                std::uint8_t kind = 0) {
-    auto m = std::make_unique<kv::TModelData>(kind, nullptr, models, models, nullptr, path, entries);
+    auto m = std::make_unique<kv::TModelData>(kind, nullptr, models, models, nullptr, path, entries,
+                                              models->Settings());
     for (int p = 1; p <= 50; ++p) {
         auto party = kv::CreateParty(kind, p, p <= 2 ? 1 : 0, p % 10 == 0 ? 150 : 0);
         party->FirstName = "First" + std::to_string(p);

@@ -40,9 +40,9 @@ struct Accounts {
         clientFile.Name = "Big";
         kv::WriteClientFolder(data.string() + "/", "md_db1_Big", 0, clientFile);
         auto chart = kv::MakeDemoChart(0, (core / "Entries.dat").string());
-        kv::TModels models(data.string() + "/", "Main", "md_db1_Big/");
+        kv::TModels models(data.string() + "/", "Main", "md_db1_Big/", kv::kDefaultLibrarySettings);
         kv::TModelData m(0, nullptr, &models, &models, nullptr, (data / "md_db1_Big" / "Main" / "FinItems.dat").string(),
-                         chart.get());
+                         chart.get(), kv::kDefaultLibrarySettings);
         m.AddParticipant(kv::CreateParty(0, 1, 1, 0))->FirstName = "Ann";
         const std::int32_t kinds[] = {D::LIRA, D::NonReg, D::TFSA, D::RRSP, D::DCP, D::InvestAccount};
         for (int i = 0; i < n; ++i) {
@@ -73,8 +73,8 @@ BENCHMARK(BM_ImportAccounts)->Arg(5000)->Arg(50000)->Unit(benchmark::kMillisecon
 // A corporation with one common share class and n holdings of the one
 // shareholder asked about, each under a top-level item of its own.
 struct Holdings {
-    explicit Holdings(int n) : chart(kv::MakeDemoChart(1, "")), models("", "Main", ""),
-                               model(1, nullptr, &models, &models, nullptr, "", chart.get()) {
+    explicit Holdings(int n) : chart(kv::MakeDemoChart(1, "")), models("", "Main", "", kv::kDefaultLibrarySettings),
+                               model(1, nullptr, &models, &models, nullptr, "", chart.get(), kv::kDefaultLibrarySettings) {
         model.AddParticipant(kv::CreateParty(1, 1, 1, 150));   // the corporation
         model.AddParticipant(kv::CreateParty(1, 2, 40, 0));    // the shareholder
         for (int i = 0; i < n; ++i) {

@@ -47,7 +47,7 @@ kv::TEntries& Chart() {
 std::string PropertyRowsFile(std::size_t n) {
     const std::string path = (Folder() / ("rows-" + std::to_string(n) + ".dat")).string();
     if (fs::exists(path)) return path;
-    kv::TModelData m(0, nullptr, nullptr, nullptr, nullptr, path, &Chart());
+    kv::TModelData m(0, nullptr, nullptr, nullptr, nullptr, path, &Chart(), kv::kDefaultLibrarySettings);
     auto party = kv::CreateParty(0, 1, 1, 0);
     party->Props.resize(n);
     m.AddParticipant(std::move(party));
@@ -84,7 +84,7 @@ void BM_EntriesEmptyTaxLabels(benchmark::State& state) {
 void BM_FinItemsEmptyPropertyRows(benchmark::State& state) {
     const std::string path = PropertyRowsFile(kUnit * std::size_t(state.range(0)));
     for (auto _ : state) {
-        kv::TModelData m(0, nullptr, nullptr, nullptr, nullptr, path, &Chart());
+        kv::TModelData m(0, nullptr, nullptr, nullptr, nullptr, path, &Chart(), kv::kDefaultLibrarySettings);
         try {
             m.Load();
         } catch (const kv::EMemoryBudget&) {

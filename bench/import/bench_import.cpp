@@ -45,7 +45,7 @@ struct Fixture {
             s.ChooseProduct(0);
             s.ChooseFile(0);
             const std::string path = s.Solutions()->Path(0) + "FinItems.dat";
-            kv::TModelData small(0, nullptr, s.Solutions(), s.Solutions(), nullptr, path, mdChart.get());
+            kv::TModelData small(0, nullptr, s.Solutions(), s.Solutions(), nullptr, path, mdChart.get(), kv::kDefaultLibrarySettings);
             auto party = kv::CreateParty(0, 1, 1, 0);
             party->FirstName = "Only";
             small.AddParticipant(std::move(party));

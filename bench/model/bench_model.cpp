@@ -23,12 +23,13 @@ struct Fixture {
     Fixture() : folder("model"), dir(folder.Path()) {
         path = (dir / "FinItems.dat").string();
         entries = kv::MakeDemoChart(0, (dir / "Entries.dat").string());
-        models = std::make_unique<kv::TModels>(dir.string() + "/", "Main", "md_db1/");
+        models = std::make_unique<kv::TModels>(dir.string() + "/", "Main", "md_db1/", kv::kDefaultLibrarySettings);
         tessary_bench::WriteLargeSolution(path, entries.get(), models.get());
         bytes = static_cast<std::int64_t>(fs::file_size(path));
     }
     std::unique_ptr<kv::TModelData> New() {
-        return std::make_unique<kv::TModelData>(0, nullptr, models.get(), models.get(), nullptr, path, entries.get());
+        return std::make_unique<kv::TModelData>(0, nullptr, models.get(), models.get(), nullptr, path, entries.get(),
+                                                models->Settings());
     }
     tessary_bench::TempFolder folder;
     fs::path dir;

@@ -13,8 +13,8 @@ namespace {
 
 std::uint32_t RandomBelow(std::uint32_t m) {
     if (m == 0) return 0;
-    thread_local std::mt19937 engine{std::random_device{}()};
-    return std::uniform_int_distribution<std::uint32_t>(0, m - 1)(engine);
+    std::random_device device;   // no state kept between calls
+    return std::uniform_int_distribution<std::uint32_t>(0, m - 1)(device);
 }
 
 } // namespace

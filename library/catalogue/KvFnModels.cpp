@@ -136,10 +136,11 @@ Record EncodeRecord(const TModel& m, std::uint8_t kind, const std::string* key, 
 
 } // namespace
 
-TModels::TModels(std::string baseDir, std::string listName, std::string folder)
+TModels::TModels(std::string baseDir, std::string listName, std::string folder, const TLibrarySettings& settings)
     : baseDir_(WithTrailingSlash(std::move(baseDir))),
       listName_(std::move(listName)),
-      folder_(WithTrailingSlash(std::move(folder))) {}
+      folder_(WithTrailingSlash(std::move(folder))),
+      settings_(&settings) {}
 
 void TModels::ReadData(TBufReadFile& reader, std::uint8_t kind) {
     Clear();
@@ -158,7 +159,7 @@ void TModels::ReadData(TBufReadFile& reader, std::uint8_t kind) {
                          std::to_string(TModel::RecordSize) + " bytes announced, " + std::to_string(left) +
                          " bytes left");
     std::string key;
-    if (Enciphered) key = RunTimeKey(ClientName, KeySeed);
+    if (Enciphered) key = RunTimeKey(*settings_, ClientName, KeySeed);
     reader.ChargeEach(std::uint64_t(count), sizeof(std::unique_ptr<TModel>) + sizeof(TModel));
     items_.reserve(std::size_t(count));
     Record r;
@@ -170,7 +171,7 @@ void TModels::ReadData(TBufReadFile& reader, std::uint8_t kind) {
 
 void TModels::SaveData(TBufWriteFile& writer, std::uint8_t kind) const {
     std::string key;
-    if (Enciphered && !items_.empty()) key = RunTimeKey(ClientName, KeySeed);
+    if (Enciphered && !items_.empty()) key = RunTimeKey(*settings_, ClientName, KeySeed);
     std::vector<Record> records;
     records.reserve(items_.size());
     for (std::size_t i = 0; i < items_.size(); ++i)
@@ -221,7 +222,7 @@ std::string TModels::AliasName() const {
 
 std::string TModels::DisplayName(std::int32_t index) const {
     const TModel& m = Get(index);
-    if (HideNames && !ProgramSettings().ShowHiddenNames) return "*Solution #" + std::to_string(index + 1) + "*";
+    if (HideNames && !settings_->ShowHiddenNames) return "*Solution #" + std::to_string(index + 1) + "*";
     return m.Name;
 }
 

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "KvSettings.h"
+
 namespace kv {
 
 class TBufReadFile;
@@ -23,6 +25,8 @@ struct TModel {
     static constexpr std::size_t Name2Slot = 256;   // offset 201: length byte + 255
     static constexpr std::size_t BlockSize = 82;    // offset 496
 
+    // Number3, Number4, Name2, Byte476, Words480, Int488 and Int492: the file
+    // format leaves these unnamed; they are kept to be written back.
     // Tokens of the first text (offset 0).
     std::string Name;             // 1: display name, cut to 80 characters
     std::int32_t ID = 0;          // 2: identifier; a stored 0 reads as SubstituteID(Name)
@@ -48,7 +52,10 @@ struct TModel {
 // keep a reference to one while the list lives.
 class TModels {
 public:
-    TModels(std::string baseDir, std::string listName, std::string folder);
+    // The list keeps a reference to the settings (the client-file key, whether
+    // hidden names show); the caller keeps them alive as long as the list.
+    TModels(std::string baseDir, std::string listName, std::string folder, const TLibrarySettings& settings);
+    TModels(std::string, std::string, std::string, const TLibrarySettings&&) = delete;
     TModels(const TModels&) = delete;
     TModels& operator=(const TModels&) = delete;
     TModels(TModels&&) = default;
@@ -57,7 +64,7 @@ public:
     // Reads the selected index, the count (with the stored number when the
     // count is -1) and that many records. The count is checked against the
     // bytes left before anything is allocated (EReadError). Enciphered lists
-    // decipher both texts of every record with RunTimeKey(ClientName, KeySeed):
+    // decipher both texts of every record with RunTimeKey(Settings(), ClientName, KeySeed):
     // EKeyMissing when no key is configured, EInvalidData for a wrong key.
     void ReadData(TBufReadFile& reader, std::uint8_t kind);
     // Writes the same layout. Throws EKvError, before writing anything, when a
@@ -82,7 +89,7 @@ public:
     // "MD" + list name + the second index ("" when it is 0).
     std::string AliasName() const;
     // The name to show and to choose by: "*Solution #<index + 1>*" when the list
-    // hides names and ProgramSettings().ShowHiddenNames is off, else Name.
+    // hides names and Settings().ShowHiddenNames is off, else Name.
     std::string DisplayName(std::int32_t index) const;
     // Index of the first entry whose DisplayName equals name, else -1.
     std::int32_t FindByDisplayName(const std::string& name) const;
@@ -90,6 +97,7 @@ public:
     const std::string& BaseDir() const noexcept { return baseDir_; }
     const std::string& ListName() const noexcept { return listName_; }
     const std::string& Folder() const noexcept { return folder_; }
+    const TLibrarySettings& Settings() const noexcept { return *settings_; }
 
     std::int32_t StoredNumber = 0;
     bool HasStoredNumber = true;     // written as count -1, stored number, count
@@ -105,6 +113,7 @@ private:
     std::string baseDir_;  // trailing "/"
     std::string listName_;
     std::string folder_;   // trailing "/"
+    const TLibrarySettings* settings_;
     std::vector<std::unique_ptr<TModel>> items_;
 };
 

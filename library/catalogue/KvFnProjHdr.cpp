@@ -48,18 +48,20 @@ std::string Deciphered(std::string_view token, const std::string& key) {
 
 } // namespace
 
-TProjHdr::TProjHdr(std::uint8_t kind, std::string fileName, std::string folder, std::string baseDir)
+TProjHdr::TProjHdr(std::uint8_t kind, std::string fileName, std::string folder, std::string baseDir,
+                   const TLibrarySettings& settings)
     : FileName(std::move(fileName)),
       BaseDir(WithTrailingSlash(std::move(baseDir))),
       Folder(WithTrailingSlash(std::move(folder))),
-      Kind(kind) {
+      Kind(kind),
+      settings_(&settings) {
     HeaderPath = BaseDir + Folder + FileName;
 }
 
 std::string TProjHdr::Key() const {
     // Named by its path here: the client's name may be empty or shared.
     if (KeySeed.size() > MaxKeySeedBytes) throw KeySeedTooLong(HeaderPath, KeySeed.size());
-    return RunTimeKey(Name, KeySeed);
+    return RunTimeKey(*settings_, Name, KeySeed);
 }
 
 namespace {
@@ -98,9 +100,9 @@ void TProjHdr::ReadHeaderRecords(TBufReadFile& reader) {
     FlagE = FlagToken(TokenAt(t, 9), 0);
     FlagF = FlagToken(TokenAt(t, 10), 1);
     FlagG = FlagToken(TokenAt(t, 11), 0);
-    FlagH = FlagToken(TokenAt(t, 12), 0);
+    HideNamesFlag = FlagToken(TokenAt(t, 12), 0);
     KeySeed = std::string(TokenAt(t, 13));
-    FlagI = FlagToken(TokenAt(t, 14), 0);
+    ProtectionFlag = FlagToken(TokenAt(t, 14), 0);
     Text4 = std::string(TokenAt(t, 15));
     Integer = ModelTextToIntDef(TokenAt(t, 16), -1);
     if (IsProtected()) {
@@ -185,7 +187,7 @@ TModelLists TProjHdr::LoadFrom(bool loadModels) {
     ReadHeaderRecords(reader);
     TModelLists lists;
     for (auto [list, name] : {std::pair{&lists.Main, "Main"}, std::pair{&lists.Needs, "Needs"}}) {
-        *list = std::make_unique<TModels>(BaseDir, name, Folder);
+        *list = std::make_unique<TModels>(BaseDir, name, Folder, *settings_);
         TModels& m = **list;
         m.HideNames = HideNames();
         m.Enciphered = IsProtected();
@@ -212,8 +214,8 @@ void TProjHdr::Save(const TModels& main, const TModels& needs) const {
     const std::string record2 = JoinTokens(std::vector<std::string>{
         text1, text2, Date == 0 ? std::string() : FloatToModelText(Date), IntToModelText(FlagA),
         FloatToModelText(Number), Text3, IntToModelText(FlagB), IntToModelText(FlagC), IntToModelText(FlagD),
-        IntToModelText(FlagE), IntToModelText(FlagF), IntToModelText(FlagG), IntToModelText(FlagH), KeySeed,
-        IntToModelText(FlagI), Text4, IntToModelText(Integer)});
+        IntToModelText(FlagE), IntToModelText(FlagF), IntToModelText(FlagG), IntToModelText(HideNamesFlag), KeySeed,
+        IntToModelText(ProtectionFlag), Text4, IntToModelText(Integer)});
     if (TrailingSections >= 1) {
         if (Pairs.size() > 255) throw EKvError("At most 255 text pairs can be stored in a client file's header");
         for (const auto& [a, b] : Pairs)
@@ -425,11 +427,13 @@ std::string FolderSafe(std::string_view name) {
 
 } // namespace
 
-TProjHdrLst::TProjHdrLst(std::string dataDir, std::string altDir, std::uint8_t kind)
+TProjHdrLst::TProjHdrLst(std::string dataDir, std::string altDir, std::uint8_t kind,
+                         const TLibrarySettings& settings)
     : dataDir_(WithTrailingSlash(std::move(dataDir))),
       altDir_(WithTrailingSlash(std::move(altDir))),
       prefix_(KindPrefix(kind)),
-      kind_(kind) {}
+      kind_(kind),
+      settings_(&settings) {}
 
 TProjHdr& TProjHdrLst::Get(std::int32_t index) const {
     if (index < 0 || index >= Count()) throw EListError(index);
@@ -442,14 +446,15 @@ namespace {
 // holds a copy and may be used ("_db" matched with case ignored, like the
 // listing), else the data directory when the folder is there; "" for neither.
 std::string HeaderBase(const std::string& name, bool inDataDir, const std::string& dataDir,
-                       const std::string& altDir) {
-    if (ContainsDb(name) && !altDir.empty() && !ProgramSettings().ForbidAltDir && IsDirectory(altDir + name))
+                       const std::string& altDir, const TLibrarySettings& settings) {
+    if (ContainsDb(name) && !altDir.empty() && !settings.ForbidAltDir && IsDirectory(altDir + name))
         return altDir;
     return inDataDir ? dataDir : std::string();
 }
 
-std::unique_ptr<TProjHdr> ReadFolderHeader(const std::string& name, const std::string& base, std::uint8_t kind) {
-    auto hdr = std::make_unique<TProjHdr>(kind, ModelsFileName, name, base);
+std::unique_ptr<TProjHdr> ReadFolderHeader(const std::string& name, const std::string& base, std::uint8_t kind,
+                                           const TLibrarySettings& settings) {
+    auto hdr = std::make_unique<TProjHdr>(kind, ModelsFileName, name, base, settings);
     try {
         hdr->LoadHeader();
     } catch (const EInvalidDataIn&) {
@@ -462,9 +467,10 @@ std::unique_ptr<TProjHdr> ReadFolderHeader(const std::string& name, const std::s
 
 // Null when the header is protected and no key is configured: one such file
 // must not hide the client files that need none.
-std::unique_ptr<TProjHdr> ReadUnlessLocked(const std::string& name, const std::string& base, std::uint8_t kind) {
+std::unique_ptr<TProjHdr> ReadUnlessLocked(const std::string& name, const std::string& base, std::uint8_t kind,
+                                           const TLibrarySettings& settings) {
     try {
-        return ReadFolderHeader(name, base, kind);
+        return ReadFolderHeader(name, base, kind, settings);
     } catch (const EKeyMissing&) {
         return nullptr;
     }
@@ -495,7 +501,7 @@ void TProjHdrLst::Load(bool includeAlternate) {
         const std::vector<std::size_t> dirs = table.Dirs(prefix_ + "db*");
         for (auto it = dirs.rbegin(); it != dirs.rend(); ++it) {
             TDirTable::Entry& e = table[*it];
-            std::unique_ptr<TProjHdr> hdr = ReadUnlessLocked(e.name, HeaderBase(e.name, true, dataDir_, altDir_), kind_);
+            std::unique_ptr<TProjHdr> hdr = ReadUnlessLocked(e.name, HeaderBase(e.name, true, dataDir_, altDir_, *settings_), kind_, *settings_);
             if (!hdr) {
                 e.locked = true;
                 continue;
@@ -516,9 +522,9 @@ void TProjHdrLst::Load(bool includeAlternate) {
         TDirTable alt(altDir_);
         for (std::size_t i : alt.Dirs("_db")) {
             const std::string& name = alt[i].name;
-            const std::string base = HeaderBase(name, table.IsDir(name), dataDir_, altDir_);
+            const std::string base = HeaderBase(name, table.IsDir(name), dataDir_, altDir_, *settings_);
             if (base.empty()) continue;
-            if (auto hdr = ReadUnlessLocked(name, base, kind_))
+            if (auto hdr = ReadUnlessLocked(name, base, kind_, *settings_))
                 items.push_back(std::move(hdr));
             else
                 locked_.push_back(name);
@@ -532,10 +538,10 @@ void TProjHdrLst::Load(bool includeAlternate) {
             locked_.push_back(e.name);
             continue;
         }
-        const std::string base = HeaderBase(e.name, true, dataDir_, altDir_);
+        const std::string base = HeaderBase(e.name, true, dataDir_, altDir_, *settings_);
         if (e.hdr && e.hdr->BaseDir == base)
             items.push_back(std::move(e.hdr));
-        else if (auto hdr = ReadUnlessLocked(e.name, base, kind_))
+        else if (auto hdr = ReadUnlessLocked(e.name, base, kind_, *settings_))
             items.push_back(std::move(hdr));
         else
             locked_.push_back(e.name);

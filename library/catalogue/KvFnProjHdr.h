@@ -46,8 +46,12 @@ public:
     static constexpr int ReportSettingCount = 11;
     static constexpr int TrailingSectionCount = 4;
 
-    // folder and baseDir get a trailing "/" if they lack one.
-    TProjHdr(std::uint8_t kind, std::string fileName, std::string folder, std::string baseDir);
+    // folder and baseDir get a trailing "/" if they lack one. The header keeps
+    // a reference to the settings and hands it to the lists it loads; the
+    // caller keeps them alive as long as the header and its lists.
+    TProjHdr(std::uint8_t kind, std::string fileName, std::string folder, std::string baseDir,
+             const TLibrarySettings& settings);
+    TProjHdr(std::uint8_t, std::string, std::string, std::string, const TLibrarySettings&&) = delete;
 
     // Reads the two header records only. Errors: EInOutError (file), EReadError
     // (truncated), EKeyMissing / EInvalidData (protected texts 1 and 2).
@@ -66,8 +70,9 @@ public:
     // The run-time key of this file's enciphered texts (EKeyMissing without a
     // configured key).
     std::string Key() const;
-    bool HideNames() const noexcept { return FlagH != 0; }
-    bool IsProtected() const noexcept { return FlagI != 0; }
+    const TLibrarySettings& Settings() const noexcept { return *settings_; }
+    bool HideNames() const noexcept { return HideNamesFlag != 0; }
+    bool IsProtected() const noexcept { return ProtectionFlag != 0; }
 
     std::string HeaderPath;  // BaseDir + Folder + FileName
     std::string FileName;
@@ -78,7 +83,9 @@ public:
     // Header record 1.
     std::string Name;        // token 1
     std::int32_t ID = 0;     // token 2; a stored 0 reads as SubstituteID(HeaderPath)
-    // Header record 2 (token numbers from 1).
+    // Header record 2 (token numbers from 1). The file format leaves texts 1
+    // to 4, flags A to G, the number and the integer unnamed; they are kept
+    // to be written back.
     std::string Text1;       // 1, enciphered when IsProtected()
     std::string Text2;       // 2, enciphered when IsProtected()
     double Date = 0;         // 3: day count, model-file number text; 0 when empty or unreadable
@@ -91,9 +98,9 @@ public:
     std::uint8_t FlagE = 0;  // 10
     std::uint8_t FlagF = 1;  // 11: default 1
     std::uint8_t FlagG = 0;  // 12
-    std::uint8_t FlagH = 0;  // 13: hide solution names
+    std::uint8_t HideNamesFlag = 0;   // 13: hide solution names
     std::string KeySeed;     // 14
-    std::uint8_t FlagI = 0;  // 15: texts are enciphered
+    std::uint8_t ProtectionFlag = 0;  // 15: texts are enciphered
     std::string Text4;       // 16
     std::int32_t Integer = -1; // 17
 
@@ -106,6 +113,8 @@ public:
     int TrailingSections = TrailingSectionCount;
 
 private:
+    const TLibrarySettings* settings_;
+
     TModelLists LoadFrom(bool loadModels);
     void ReadHeaderRecords(TBufReadFile& reader);
     void ReadTrailing(TBufReadFile& reader);
@@ -113,8 +122,11 @@ private:
 
 class TProjHdrLst {
 public:
-    // altDir "" means no alternate directory. Both get a trailing "/".
-    TProjHdrLst(std::string dataDir, std::string altDir, std::uint8_t kind);
+    // altDir "" means no alternate directory. Both get a trailing "/". The
+    // list keeps a reference to the settings and hands it to its headers; the
+    // caller keeps them alive as long as the list and what it loads.
+    TProjHdrLst(std::string dataDir, std::string altDir, std::uint8_t kind, const TLibrarySettings& settings);
+    TProjHdrLst(std::string, std::string, std::uint8_t, const TLibrarySettings&&) = delete;
     TProjHdrLst(const TProjHdrLst&) = delete;
     TProjHdrLst& operator=(const TProjHdrLst&) = delete;
 
@@ -152,12 +164,14 @@ public:
     const std::string& AltDir() const noexcept { return altDir_; }
     const std::string& Prefix() const noexcept { return prefix_; }
     std::uint8_t Kind() const noexcept { return kind_; }
+    const TLibrarySettings& Settings() const noexcept { return *settings_; }
 
 private:
     std::string dataDir_;
     std::string altDir_;
     std::string prefix_;
     std::uint8_t kind_;
+    const TLibrarySettings* settings_;
     std::vector<std::unique_ptr<TProjHdr>> items_;
     std::vector<std::string> locked_;
 };

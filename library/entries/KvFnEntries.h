@@ -49,7 +49,7 @@ std::int32_t ExpectedEntriesVersion(std::uint8_t product);
 struct TEntryType {
     std::uint8_t Code = 0;
     std::string Name;
-    std::uint8_t Code2 = 0;
+    std::uint8_t Code2 = 0;   // unnamed in the file format; kept to be written back
     bool Flag = false;
 };
 
@@ -70,6 +70,8 @@ public:
     std::array<std::int32_t, 3> Ints{};
     // The two bytes after them; the first is the group identifier.
     std::uint8_t GroupID = 0;
+    // Byte2 to Double1, LongText, Name2 and FrenchName2: the file format
+    // leaves these unnamed; they are kept to be written back.
     std::uint8_t Byte2 = 0;
     std::array<std::uint8_t, 4> Data4{};
     std::uint8_t Data1 = 0;

@@ -40,15 +40,12 @@ struct TFdGuard {
     }
 };
 
-// Padding needs no cryptographic quality, only variety.
-std::mt19937& PaddingRandom() {
-    thread_local std::mt19937 gen{std::random_device{}()};
-    return gen;
-}
-
+// Padding needs no cryptographic quality, only variety; a draw keeps no state
+// between calls.
 std::uint32_t RandomBelow(std::uint32_t m) {
     if (m == 0) return 0;
-    return std::uniform_int_distribution<std::uint32_t>(0, m - 1)(PaddingRandom());
+    std::random_device device;
+    return std::uniform_int_distribution<std::uint32_t>(0, m - 1)(device);
 }
 
 constexpr std::size_t kHugePage = std::size_t(2) << 20;

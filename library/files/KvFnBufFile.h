@@ -184,7 +184,7 @@ public:
     TBufWriteFile(const TBufWriteFile&) = delete;
     TBufWriteFile& operator=(const TBufWriteFile&) = delete;
 
-    // Writes the waiting bytes (the name is the library's own).
+    // Flushes: writes the waiting bytes ("Flash" is the library's own spelling).
     void Flash();
     // Flushes and closes; throws EInOutError when either fails. Idempotent.
     void Close();

@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "KvErrors.h"
+#include "KvSettings.h"
 #include "decl/KvModelFormat.h"
 #include "entries/KvFnEntries.h"
 #include "files/KvAnsi.h"
@@ -168,6 +169,8 @@ void TSpecProps::Remove(std::string_view name) {
 TFinItem::TFinItem(const TEntry* entry, TItemOwner* model, std::int32_t id) : Entry(entry), Model(model), ID(id) {}
 
 TFinItem::~TFinItem() = default;
+
+const TLibrarySettings& TFinItem::Settings() const { return Model ? Model->Settings() : kDefaultLibrarySettings; }
 
 std::int32_t TFinItem::EntryID() const { return Entry ? Entry->EntryID : StoredEntryID; }
 

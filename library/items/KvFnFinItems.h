@@ -18,6 +18,7 @@ class TEntries;
 class TEntry;
 class TFinItem;
 class TParticipant;
+struct TLibrarySettings;
 
 using TFinItemList = std::vector<std::unique_ptr<TFinItem>>;
 
@@ -30,6 +31,8 @@ public:
     virtual const std::vector<std::unique_ptr<TParticipant>>& Participants() const = 0;
     virtual const TFinItemList& Items() const = 0;
     virtual void RaiseHighestItemID(std::int32_t id) = 0;
+    // The settings the model was made with (planning date, language, flags).
+    virtual const TLibrarySettings& Settings() const = 0;
 
 protected:
     ~TItemOwner() = default;
@@ -124,6 +127,8 @@ public:
 struct TPay {
     explicit TPay(std::int32_t kind = 0) : Kind(kind) {}
     std::int32_t Kind;
+    // Int1 and Value2: the file format leaves these unnamed (a value child's
+    // pays keep the year in Int1); they are kept to be written back.
     double Value = 0;
     std::int32_t Int1 = 0;
     double Value2 = 0;
@@ -149,6 +154,8 @@ public:
     std::int32_t ID;
     std::int32_t StoredEntryID = 0;        // as read; EntryID() when the chart lacks the entry
     std::string Name;
+    // Date1, Date2, Code and Text: the file format leaves these unnamed; they
+    // are kept to be written back.
     double Date1 = 0, Date2 = 0;
     double Value = 0;
     std::uint8_t Code = 0;
@@ -161,6 +168,8 @@ public:
     TFinItemList Children;
 
     std::int32_t EntryID() const;
+    // The settings of the item's model; the defaults for an item without one.
+    const TLibrarySettings& Settings() const;
 
     // The item's own ownership list or, while that is null or empty, the one of
     // the nearest ancestor that has entries (possibly null or empty).

@@ -1,10 +1,10 @@
 #include "items/KvFnPortfolio.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 
 #include "KvSettings.h"
+#include "decl/KvDayNumbers.h"
 #include "decl/KvModelFormat.h"
 #include "entries/KvFnEntries.h"
 #include "items/KvPropTable.h"
@@ -36,17 +36,14 @@ KV_ITEM_CLASS_DEFINE(TRetPlanOwnership, TFinItem)
 
 namespace {
 
-using namespace std::chrono;
-
 std::int32_t YearOfDate(double dayNumber) {
     if (!std::isfinite(dayNumber) || std::abs(dayNumber) > 3.0e6) return 0;
-    const sys_days day = sys_days(1899y / December / 30) + days(static_cast<long>(std::floor(dayNumber)));
-    return static_cast<std::int32_t>(static_cast<int>(year_month_day(day).year()));
+    return static_cast<std::int32_t>(DateOfDayNumber(static_cast<std::int64_t>(std::floor(dayNumber))).Year);
 }
 
-std::int32_t PlanningYear() {
-    if (ProgramSettings().CurrentYear != 0) return ProgramSettings().CurrentYear;
-    return YearOfDate(CurrentPlanningDate());
+std::int32_t PlanningYear(const TLibrarySettings& settings) {
+    if (settings.CurrentYear != 0) return settings.CurrentYear;
+    return YearOfDate(CurrentPlanningDate(settings));
 }
 
 const TParticipant* OwnerOf(const TFinItem& item) {
@@ -253,11 +250,7 @@ const TPropDesc<TDBP> kDBPListProps[] = {
 
 } // namespace
 
-double CurrentPlanningDate() {
-    if (ProgramSettings().PlanningDate != 0) return ProgramSettings().PlanningDate;
-    const auto today = floor<days>(system_clock::now());
-    return static_cast<double>((today - sys_days(1899y / December / 30)).count());
-}
+double CurrentPlanningDate(const TLibrarySettings& settings) { return settings.PlanningDate; }
 
 TAccountKind AccountKindOf(const TFinItem& item) {
     switch (item.EntryID()) {
@@ -287,8 +280,8 @@ bool IsBankingAccount(const TFinItem& item) {
 void TPortfolioBase::DecodeSpecProps() {
     TFinItem::DecodeSpecProps();
     DecodeProps(*this, SpecProps, kPortfolioBaseProps);
-    StatementDate = statementDateRead_ = SpecProps.GetFloat("StatementDate", CurrentPlanningDate());
-    AddFeesTaxDed = addFeesTaxDedRead_ = SpecProps.GetInt("AddFeesTaxDed", ProgramSettings().DefaultFeesTaxDeductible);
+    StatementDate = statementDateRead_ = SpecProps.GetFloat("StatementDate", CurrentPlanningDate(Settings()));
+    AddFeesTaxDed = addFeesTaxDedRead_ = SpecProps.GetInt("AddFeesTaxDed", Settings().DefaultFeesTaxDeductible);
 }
 
 void TPortfolioBase::EncodeSpecProps() {
@@ -460,7 +453,7 @@ std::string TDCP::ClassGroupName() const { return (Entry ? Entry->Name : std::st
 
 std::int32_t TDCP::LastPlanContributionYear() const {
     if (const TParticipant* owner = OwnerOf(*this)) return LastPossibleContributionYear(*owner);
-    return PlanningYear() - 1;
+    return PlanningYear(Settings()) - 1;
 }
 
 const char* TRRSP::KindLabel(std::int32_t rrspType) {
@@ -528,7 +521,7 @@ std::int32_t TRRSP::MaxEndYear() const {
     const std::int32_t stored = SpecProps.GetInt("MaxEndYear", 0);
     if (stored != 0) return stored;
     const TParticipant* owner = OwnerOf(*this);
-    return owner ? LastPossibleContributionYear(*owner) : PlanningYear();
+    return owner ? LastPossibleContributionYear(*owner) : PlanningYear(Settings());
 }
 
 TContributionYears TRRSP::CalcLastConYears() const {
@@ -538,16 +531,16 @@ TContributionYears TRRSP::CalcLastConYears() const {
     switch (Kind()) {
     case TRRSPKind::LockedIn:
     case TRRSPKind::ESPP:
-        y.LastContribution = owner ? LastSalaryYear(*owner) : PlanningYear() - 1;
+        y.LastContribution = owner ? LastSalaryYear(*owner) : PlanningYear(Settings()) - 1;
         break;
     case TRRSPKind::Spousal: {
         const TParticipant* spouse = FindContributor();
         y.LastContribution = spouse && spouse != owner ? LastPossibleContributionYear(*spouse) + 1 : 0;
-        if (y.LastContribution == 0) y.LastContribution = PlanningYear() - 1;
+        if (y.LastContribution == 0) y.LastContribution = PlanningYear(Settings()) - 1;
         break;
     }
     default:
-        y.LastContribution = owner ? LastPossibleContributionYear(*owner) + 1 : PlanningYear() - 1;
+        y.LastContribution = owner ? LastPossibleContributionYear(*owner) + 1 : PlanningYear(Settings()) - 1;
         break;
     }
     y.LastContributionCapped = std::min(y.LastContribution, MaxEndYear());
@@ -569,7 +562,7 @@ void TRRSP::SetDefaultConvertToType() {
 
 void TRRSP::SetDefConNames() {
     if (Kind() != TRRSPKind::Spousal) return;
-    const bool french = ProgramSettings().French;
+    const bool french = Settings().French;
     if (Links[0])
         Links[0]->Name = french ? "Contributions du conjoint en " + Name : "Spousal " + Name + " contributions";
     if (Links[1]) Links[1]->Name = french ? "Contributions du conjoint en %" : "Spousal % contributions";

@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "decl/KvFnDecl.h"
+#include "decl/KvValueLists.h"
 #include "items/KvFnFinItems.h"
-#include "items/KvPTTools.h"
+#include "items/KvPortAllocation.h"
 
 namespace kv {
 
@@ -32,8 +32,9 @@ bool IsBankingAccount(const TFinItem& item);
 // The entry identifiers the import looks for, in its order.
 inline constexpr std::array<std::int32_t, 9> kImportEntryIDs = {948, 2232, 6105, 2333, 1239, 1132, 1307, 5098, 1375};
 
-// The date of the planning library (ProgramSettings().PlanningDate, or today).
-double CurrentPlanningDate();
+// The planning date of the settings: the caller's today, a day number. The
+// library never reads the clock.
+double CurrentPlanningDate(const TLibrarySettings& settings);
 
 class TPortfolioBase : public TFinItem {
     KV_ITEM_CLASS_BODY(TPortfolioBase, TFinItem)

@@ -69,9 +69,10 @@ std::int32_t SectionedMagic(std::uint8_t kind) {
 }
 
 TModelData::TModelData(std::uint8_t kind, const TModel* model, TModels* models, TModels* flagModels, void* owner,
-                       std::string path, TEntries* entries)
+                       std::string path, TEntries* entries, const TLibrarySettings& settings)
     : kind_(kind), path_(std::move(path)), model_(model), models_(models), flagModels_(flagModels),
-      owner_(owner), entries_(entries), namesEncrypted_(flagModels && flagModels->Enciphered),
+      owner_(owner), entries_(entries), librarySettings_(&settings),
+      namesEncrypted_(flagModels && flagModels->Enciphered),
       strategy_(MakeStrategy(kind)) {}
 
 TModelData::~TModelData() = default;
@@ -138,7 +139,8 @@ TRecordContext TModelData::Context(std::int32_t version, bool sectioned) const {
     ctx.KeepUnknownEntries = KeepUnknownEntries;
     if (ctx.EncipherNames) {
         const TModels* list = flagModels_ ? flagModels_ : models_;
-        ctx.Key = RunTimeKey(list && !list->ClientName.empty() ? list->ClientName : path_, list ? list->KeySeed : "");
+        ctx.Key = RunTimeKey(*librarySettings_, list && !list->ClientName.empty() ? list->ClientName : path_,
+                             list ? list->KeySeed : "");
     }
     return ctx;
 }

@@ -85,10 +85,13 @@ class TModelData : public TItemOwner {
 public:
     // Arguments in the original order: kind, the solution record, the solution
     // list, the list whose flag says whether names are enciphered, an outer
-    // owner, the path of "FinItems.dat", the chart of accounts. The caller
-    // keeps the record, the lists and the chart alive as long as the model.
+    // owner, the path of "FinItems.dat", the chart of accounts; then the
+    // library settings. The caller keeps the record, the lists, the chart and
+    // the settings alive as long as the model.
     TModelData(std::uint8_t kind, const TModel* model, TModels* models, TModels* flagModels, void* owner,
-               std::string path, TEntries* entries);
+               std::string path, TEntries* entries, const TLibrarySettings& settings);
+    TModelData(std::uint8_t, const TModel*, TModels*, TModels*, void*, std::string, TEntries*,
+               const TLibrarySettings&&) = delete;
     ~TModelData();
     TModelData(const TModelData&) = delete;
     TModelData& operator=(const TModelData&) = delete;
@@ -144,6 +147,7 @@ public:
     const TModel* Model() const { return model_; }
     TModels* Models() const { return models_; }
     TEntries* Entries() const override { return entries_; }
+    const TLibrarySettings& Settings() const override { return *librarySettings_; }
     bool NamesEncrypted() const { return namesEncrypted_; }
     const TStrategy& Strategy() const { return *strategy_; }
     TStrategy& Strategy() { return *strategy_; }
@@ -218,6 +222,7 @@ private:
     TModels* flagModels_;
     void* owner_;
     TEntries* entries_;
+    const TLibrarySettings* librarySettings_;
     bool namesEncrypted_ = false;
     std::unique_ptr<TStrategy> strategy_;
     std::vector<std::unique_ptr<TParticipant>> participants_;

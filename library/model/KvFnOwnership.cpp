@@ -56,9 +56,10 @@ void FindByEntryID(TModelData& model, TItemRefs* list, std::span<const std::int3
     });
 }
 
-bool ListOwnedBy(const TSharesList* list, std::int32_t partyID, bool whole, bool joint, bool bit1Switch) {
+bool ListOwnedBy(const TSharesList* list, std::int32_t partyID, bool whole, bool joint, bool bit1Switch,
+                 const TLibrarySettings& settings) {
     if (!list || list->Empty()) return true;   // everybody's
-    if (partyID == -1 && ProgramSettings().AnyParty) return true;
+    if (partyID == -1 && settings.AnyParty) return true;
     const auto& entries = list->Items;
 
     if (joint) {
@@ -98,7 +99,7 @@ bool ListOwnedBy(const TSharesList* list, std::int32_t partyID, bool whole, bool
 bool ItemOwnedBy(const TFinItem& item, std::int32_t partyID, bool bit1Switch, bool jointSwitch, bool wholeSwitch) {
     const bool whole = WholeFlag(item, wholeSwitch);
     const bool joint = jointSwitch && item.IsJoint();
-    if (ListOwnedBy(item.OwnershipList(), partyID, whole, joint, bit1Switch)) return true;
+    if (ListOwnedBy(item.OwnershipList(), partyID, whole, joint, bit1Switch, item.Settings())) return true;
     const auto owner = item.OwnerPartyID();
     return owner && *owner == partyID && !joint;
 }

@@ -39,8 +39,10 @@ void FindByEntryIDOwnedX(TModelData& model, TItemRefs* list, std::span<const std
 void FindByClassOwned(TModelData& model, TItemRefs& list, const TFinItemClass& cls, std::int32_t partyID);
 void FindByClassInheritsOwned(TModelData& model, TItemRefs& list, const TFinItemClass& cls, std::int32_t partyID);
 
-// The list test: whether an ownership list gives the party the item.
-bool ListOwnedBy(const TSharesList* list, std::int32_t partyID, bool whole, bool joint, bool bit1Switch);
+// The list test: whether an ownership list gives the party the item. With
+// settings.AnyParty, party -1 owns every list.
+bool ListOwnedBy(const TSharesList* list, std::int32_t partyID, bool whole, bool joint, bool bit1Switch,
+                 const TLibrarySettings& settings);
 // The single-item test, with its three switches.
 bool ItemOwnedBy(const TFinItem& item, std::int32_t partyID, bool bit1Switch = false, bool jointSwitch = false,
                  bool wholeSwitch = false);

@@ -87,6 +87,8 @@ public:
 
     std::uint8_t TaxStatus = 0;
     std::string ThirdName;
+    // Fields 9 to 15 of the party record: the file format leaves these
+    // unnamed; they are kept to be written back.
     std::uint8_t Code9 = 0;
     std::string Text10;
     bool Flag11 = false;

@@ -199,12 +199,13 @@ void AddImportOptions(QCommandLineParser& parser, bool core) {
 std::unique_ptr<TImportSession> OpenSession(const QCommandLineParser& parser) {
     const int kind = ProductKindOf(Required(parser, QStringLiteral("product")));
     if (kind < 0) throw CliError(QStringLiteral("Unknown product \"%1\" (MD, BS or QR)").arg(parser.value("product")).toStdString());
-    ApplyClientKey(parser.value(QStringLiteral("key")));
+    kv::TLibrarySettings settings = TodaysLibrarySettings();
+    ApplyClientKey(settings, parser.value(QStringLiteral("key")));
     TFolderOverrides o;
     o.DataRoot = parser.value(QStringLiteral("data-root"));
     o.DataDir = parser.value(QStringLiteral("data-dir"));
     o.CoreDir = parser.value(QStringLiteral("core-dir"));
-    auto session = std::make_unique<TImportSession>(o);
+    auto session = std::make_unique<TImportSession>(o, std::move(settings));
     session->ChooseProduct(static_cast<std::uint8_t>(kind));
     return session;
 }

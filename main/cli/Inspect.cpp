@@ -98,11 +98,13 @@ std::unique_ptr<kv::TEntries> LoadChartGuessing(const std::string& path, int hin
 struct TInspectOptions {
     QString coreDir;
     bool json = false;
+    kv::TLibrarySettings settings = TodaysLibrarySettings();   // outlives every model read with it
 };
 
 // ------------------------------------------------------------ FinItems.dat
 
 struct TLoadedModel {
+    const kv::TLibrarySettings* settings = nullptr;
     int kind = 0;
     std::unique_ptr<kv::TModels> main, needs;
     std::unique_ptr<kv::TEntries> chart;
@@ -113,13 +115,14 @@ struct TLoadedModel {
 
 std::unique_ptr<kv::TModelData> NewModel(TLoadedModel& l, const std::string& path) {
     auto m = std::make_unique<kv::TModelData>(static_cast<std::uint8_t>(l.kind), nullptr, l.main.get(), l.main.get(),
-                                              nullptr, path, l.chart.get());
+                                              nullptr, path, l.chart.get(), *l.settings);
     m->KeepUnknownEntries = true;
     return m;
 }
 
 TLoadedModel LoadModel(const QString& file, const TInspectOptions& o) {
     TLoadedModel l;
+    l.settings = &o.settings;
     const QFileInfo info(file);
     const QDir solutionDir = info.absoluteDir();
     QDir clientDir = solutionDir;
@@ -136,12 +139,12 @@ TLoadedModel LoadModel(const QString& file, const TInspectOptions& o) {
         QDir base = clientDir;
         base.cdUp();
         kv::TProjHdr hdr(static_cast<std::uint8_t>(l.kind), kv::ModelsFileName, Path8(clientDir.dirName()),
-                         Path8(base.absolutePath()));
+                         Path8(base.absolutePath()), o.settings);
         kv::TModelLists lists = hdr.Load(true);
         l.main = std::move(lists.Main);
         l.needs = std::move(lists.Needs);
     } else {
-        l.main = std::make_unique<kv::TModels>(Path8(clientDir.absolutePath()), "Main", std::string());
+        l.main = std::make_unique<kv::TModels>(Path8(clientDir.absolutePath()), "Main", std::string(), o.settings);
     }
 
     QString coreDir = o.coreDir;
@@ -368,14 +371,14 @@ QString RoundTrip(TLoadedModel& l) {
 
 // ------------------------------------------------------------ Models.dat
 
-QString ShowModels(const QString& file, bool json) {
+QString ShowModels(const QString& file, bool json, const kv::TLibrarySettings& settings) {
     const QFileInfo info(file);
     QDir clientDir = info.absoluteDir();
     QDir base = clientDir;
     base.cdUp();
     const int kind = std::max(KindOfFolder(clientDir.dirName()), 0);
     kv::TProjHdr hdr(static_cast<std::uint8_t>(kind), Path8(info.fileName()), Path8(clientDir.dirName()),
-                     Path8(base.absolutePath()));
+                     Path8(base.absolutePath()), settings);
     const kv::TModelLists lists = hdr.Load(true);
     const std::pair<const char*, const kv::TModels*> both[] = {{"Main", lists.Main.get()}, {"Needs", lists.Needs.get()}};
     if (json) {
@@ -473,7 +476,7 @@ QString RunInspect(const QStringList& args) {
     o.json = parser.isSet(QStringLiteral("json"));
     try {
         if (!QFileInfo(file).isFile()) throw CliError("no such file");
-        ApplyClientKey(parser.value(QStringLiteral("key")));
+        ApplyClientKey(o.settings, parser.value(QStringLiteral("key")));
         const TKindOfFile what = KindOfFile(file);
         if (parser.isSet(QStringLiteral("roundtrip"))) {
             if (what != TKindOfFile::FinItems) throw CliError("--roundtrip compares FinItems.dat files only");
@@ -483,7 +486,7 @@ QString RunInspect(const QStringList& args) {
             return verdict + QLatin1Char('\n');
         }
         switch (what) {
-        case TKindOfFile::Models: return ShowModels(file, o.json);
+        case TKindOfFile::Models: return ShowModels(file, o.json, o.settings);
         case TKindOfFile::Entries: return ShowEntries(file, o.json);
         case TKindOfFile::FinItems: break;
         }

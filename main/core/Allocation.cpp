@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "core/OriginalSort.h"
+#include "core/ProductQuicksort.h"
 #include "core/Vocabulary.h"
 
 namespace tessary {

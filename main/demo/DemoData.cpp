@@ -1,6 +1,5 @@
 #include "demo/DemoData.h"
 
-#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -10,6 +9,7 @@
 
 #include "KvErrors.h"
 #include "KvSettings.h"
+#include "decl/KvDayNumbers.h"
 #include "catalogue/KvFnModels.h"
 #include "catalogue/KvFnProjHdr.h"
 #include "demo/DemoChart.h"
@@ -41,9 +41,7 @@ constexpr std::int32_t kSequentialVersion = 40000;
 static_assert(kSequentialVersion > kv::kVersionPropArrays && kSequentialVersion < kv::kVersionEnciphered);
 
 double DayNumber(int y, unsigned m, unsigned d, int hour = 0, int minute = 0) {
-    using namespace std::chrono;
-    const auto days = sys_days(year(y) / month(m) / day(d)) - sys_days(year(1899) / December / 30);
-    return static_cast<double>(days.count()) + (hour * 60 + minute) / 1440.0;
+    return static_cast<double>(kv::DayNumberOfDate(y, m, d)) + (hour * 60 + minute) / 1440.0;
 }
 
 struct Owner {
@@ -256,23 +254,6 @@ struct ProductDef {
 
 // ---------------------------------------------------------------- writing
 
-// Restores the configured client-file key however the write ends.
-class KeyScope {
-public:
-    explicit KeyScope(bool active) : saved_(kv::ProgramSettings().ClientFileKey), active_(active) {
-        if (active_) kv::ProgramSettings().ClientFileKey = kDemoClientKey;
-    }
-    ~KeyScope() {
-        if (active_) kv::ProgramSettings().ClientFileKey = saved_;
-    }
-    KeyScope(const KeyScope&) = delete;
-    KeyScope& operator=(const KeyScope&) = delete;
-
-private:
-    std::string saved_;
-    bool active_;
-};
-
 void MakeDir(const fs::path& path) {
     std::error_code ec;
     fs::create_directories(path, ec);
@@ -304,21 +285,20 @@ void FillList(kv::TModels& list, const kv::TProjHdr& hdr) {
     list.StoredNumber = list.Count();
 }
 
-void WriteClient(const fs::path& dataDir, std::uint8_t kind, kv::TEntries& chart, const ClientDef& c) {
-    const KeyScope key(c.Protected);
-
-    kv::TProjHdr hdr(kind, kv::ModelsFileName, c.Folder, dataDir.string());
+void WriteClient(const fs::path& dataDir, std::uint8_t kind, kv::TEntries& chart, const ClientDef& c,
+                 const kv::TLibrarySettings& settings) {
+    kv::TProjHdr hdr(kind, kv::ModelsFileName, c.Folder, dataDir.string(), settings);
     hdr.Name = c.Name;
     hdr.ID = c.ID;
     hdr.Date = c.Date;
     hdr.Text1 = "Catherine Lavoie, CFP";
     hdr.Text2 = "Lavoie Planification financière, Québec";
-    hdr.FlagI = c.Protected ? 1 : 0;
+    hdr.ProtectionFlag = c.Protected ? 1 : 0;
     hdr.KeySeed = c.KeySeed;
     hdr.ReportSettings = {"Portrait", "Letter", "1", "1", "0", "Arial", "10", "", "", "", "1"};
 
-    kv::TModels main(hdr.BaseDir, "Main", hdr.Folder);
-    kv::TModels needs(hdr.BaseDir, "Needs", hdr.Folder);
+    kv::TModels main(hdr.BaseDir, "Main", hdr.Folder, settings);
+    kv::TModels needs(hdr.BaseDir, "Needs", hdr.Folder, settings);
     for (std::size_t i = 0; i < c.Solutions.size(); ++i) {
         const std::int32_t n = static_cast<std::int32_t>(i);
         kv::TModel m;
@@ -339,7 +319,8 @@ void WriteClient(const fs::path& dataDir, std::uint8_t kind, kv::TEntries& chart
 
     for (std::int32_t i = 0; i < main.Count(); ++i) {
         const SolutionDef& s = c.Solutions[static_cast<std::size_t>(i)];
-        kv::TModelData model(kind, &main.Get(i), &main, &main, nullptr, main.Path(i) + "FinItems.dat", &chart);
+        kv::TModelData model(kind, &main.Get(i), &main, &main, nullptr, main.Path(i) + "FinItems.dat", &chart,
+                                 settings);
         model.Header.Title = s.Name;
         model.Header.Text = s.Description;
         model.Header.Date = c.Date;
@@ -379,6 +360,10 @@ void WriteDemoData(const std::string& root) {
         {"Basalto", 1, {CoteHoldings()}},
         {"Quorren", 2, {RoyTrust()}},
     };
+    // The writer's own settings: the demo key enciphers the protected client
+    // file; the others are written in the clear and never ask for a key.
+    kv::TLibrarySettings settings;
+    settings.ClientFileKey = kDemoClientKey;
     for (const ProductDef& p : products) {
         const fs::path core = base / p.Dir / "Core";
         const fs::path data = base / p.Dir / "Data";
@@ -387,7 +372,7 @@ void WriteDemoData(const std::string& root) {
         // Items must be built on the chart that is on disk.
         kv::TEntries chart(p.Kind, kv::WriteDemoChart(p.Kind, core.string()));
         chart.Load(false);
-        for (const ClientDef& c : p.Clients) WriteClient(data, p.Kind, chart, c);
+        for (const ClientDef& c : p.Clients) WriteClient(data, p.Kind, chart, c, settings);
     }
 }
 

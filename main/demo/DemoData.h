@@ -14,9 +14,8 @@ constexpr const char* kDemoClientKey = "tessary-demo";
 // Writes root/<Product>/Data/<client folders> and root/<Product>/Core/ for
 // Meridel, Basalto and Quorren. Creates root when missing; throws
 // kv::EKvError, before writing anything, when root is empty text or exists
-// and is not an empty folder. Sets kv::ProgramSettings().ClientFileKey to
-// kDemoClientKey while it writes the protected client file and restores it
-// afterwards.
+// and is not an empty folder. The protected client file is enciphered with
+// kDemoClientKey, held in the writer's own library settings.
 void WriteDemoData(const std::string& root);
 
 } // namespace tessary

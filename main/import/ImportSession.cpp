@@ -1,4 +1,5 @@
 #include "import/ImportSession.h"
+#include "import/ImportLog.h"
 
 #include <QDate>
 #include <QDateTime>
@@ -15,8 +16,9 @@
 #include "KvSettings.h"
 #include "catalogue/KvFnModels.h"
 #include "catalogue/KvFnProjHdr.h"
+#include "decl/KvDayNumbers.h"
 #include "core/Grid.h"
-#include "core/OriginalSort.h"
+#include "core/ProductQuicksort.h"
 #include "entries/KvFnEntries.h"
 #include "items/KvFnPortfolio.h"
 #include "model/KvFnModelData.h"
@@ -108,21 +110,41 @@ QString ConfiguredClientKey(const QString& option) {
     return settings.value(QStringLiteral("Keys/ClientFileKey")).toString();
 }
 
-void ApplyClientKey(const QString& option) { kv::ProgramSettings().ClientFileKey = Utf8(ConfiguredClientKey(option)); }
+void ApplyClientKey(kv::TLibrarySettings& settings, const QString& option) {
+    settings.ClientFileKey = Utf8(ConfiguredClientKey(option));
+}
+
+kv::TLibrarySettings TodaysLibrarySettings() {
+    const QDate today = QDate::currentDate();
+    kv::TLibrarySettings settings;
+    settings.PlanningDate = static_cast<double>(kv::DayNumberOfDate(today.year(), unsigned(today.month()),
+                                                                    unsigned(today.day())));
+    settings.CurrentYear = today.year();
+    return settings;
+}
 
 QString PartyName(const kv::TParticipant& party) { return QString::fromStdString(party.FullName()); }
 
+QDateTime DateTimeOfDayNumber(double dayNumber) {
+    // A value that is not finite, or lies beyond 4e14 ms (about 12,700 years)
+    // of the epoch, stands for the epoch itself.
+    if (!std::isfinite(dayNumber) || !(std::abs(std::round(dayNumber * 86400000.0)) < 4.0e14)) dayNumber = 0;
+    const kv::TCivilDateTime t = kv::DateTimeOfDayNumber(dayNumber);
+    // Qt counts years without a year 0: astronomical year 0 is its year -1.
+    const auto year = static_cast<int>(t.Date.Year <= 0 ? t.Date.Year - 1 : t.Date.Year);
+    return QDateTime(QDate(year, int(t.Date.Month), int(t.Date.Day)),
+                     QTime::fromMSecsSinceStartOfDay(static_cast<int>(t.Millisecond)), Qt::UTC);
+}
+
 QString RenderHeaderDate(double dayNumber, const QLocale& locale) {
     // Local time would shift the text by the offset; the stored number is wall-clock.
-    const QDateTime epoch(QDate(1899, 12, 30), QTime(0, 0), Qt::UTC);
-    const double ms = std::isfinite(dayNumber) ? std::round(dayNumber * 86400000.0) : 0;
-    const QDateTime when = std::abs(ms) < 4.0e14 ? epoch.addMSecs(static_cast<qint64>(ms)) : epoch;
-    return locale.toString(when, locale.dateTimeFormat(QLocale::ShortFormat));
+    return locale.toString(DateTimeOfDayNumber(dayNumber), locale.dateTimeFormat(QLocale::ShortFormat));
 }
 
 QString RenderHeaderDate(double dayNumber) { return RenderHeaderDate(dayNumber, QLocale::system()); }
 
-TImportSession::TImportSession(TFolderOverrides overrides) : overrides_(std::move(overrides)) {}
+TImportSession::TImportSession(TFolderOverrides overrides, kv::TLibrarySettings settings)
+    : overrides_(std::move(overrides)), settings_(std::move(settings)) {}
 
 TImportSession::~TImportSession() = default;
 
@@ -165,7 +187,7 @@ void TImportSession::ChooseProduct(std::uint8_t kind) {
     if (dataDir.isEmpty()) return;
     RequireListableFolder(dataDir, ProductKey(kind), folderState_);
     folderState_ = TFolderState::Listed;
-    list_ = std::make_unique<kv::TProjHdrLst>(Utf8(dataDir), std::string(), kind);
+    list_ = std::make_unique<kv::TProjHdrLst>(Utf8(dataDir), std::string(), kind, settings_);
     list_->Load(false);
     if (list_->Items().empty() && list_->Locked().empty()) folderState_ = TFolderState::Empty;
     // Descending by the rendered date-time texts, as the planning products order
@@ -187,6 +209,8 @@ void TImportSession::ChooseProduct(std::uint8_t kind) {
         return -a->Text.localeAwareCompare(b->Text);
     });
     for (const TKeyed* k : order) files_.push_back(k->Header);
+    qCInfo(lcImport).noquote()
+        << QStringLiteral("%1: %2 client files in %3").arg(ProductKey(kind)).arg(files_.size()).arg(dataDir);
 }
 
 kv::TProjHdr* TImportSession::File(int index) const {
@@ -255,9 +279,9 @@ void TImportSession::ChooseSolution(int index) {
 
     const std::string path = solutions_->Path(index) + "FinItems.dat";
     model_ = std::make_unique<kv::TModelData>(kind_, solutions_->Find(index), solutions_.get(), solutions_.get(),
-                                              nullptr, path, entries_.get());
-    kv::ProgramSettings().CurrentYear = QDate::currentDate().year();
+                                              nullptr, path, entries_.get(), settings_);
     model_->Load();
+    qCInfo(lcImport).noquote() << "solution read:" << QString::fromStdString(model_->ReadPath());
     solution_ = index;
 
     for (const auto& p : model_->Participants()) {

@@ -3,6 +3,7 @@
 // command line.
 #pragma once
 
+#include <QDateTime>
 #include <QLocale>
 #include <QString>
 #include <QStringList>
@@ -10,6 +11,7 @@
 #include <memory>
 #include <vector>
 
+#include "KvSettings.h"
 #include "core/ImportMerge.h"
 
 namespace kv {
@@ -37,8 +39,12 @@ QString ReadProductValue(const QString& productKey, const QString& valueName);
 // The configured client-file key: the option, else TESSARY_CLIENT_KEY, else
 // the program's setting "Keys/ClientFileKey".
 QString ConfiguredClientKey(const QString& option);
-// Makes it the library's key for this run.
-void ApplyClientKey(const QString& option);
+// Makes it the client-file key of the settings.
+void ApplyClientKey(kv::TLibrarySettings& settings, const QString& option);
+// The library settings of a run of the window or the command line: today's
+// date (read here, never by the library) as the planning date and its year as
+// the planning year; no client-file key.
+kv::TLibrarySettings TodaysLibrarySettings();
 
 // Why a product's data folder gives no client files; the dialog says it in a
 // line of its own.
@@ -57,7 +63,9 @@ struct TFolderOverrides {
 
 class TImportSession {
 public:
-    explicit TImportSession(TFolderOverrides overrides = {});
+    // The session owns its library settings and hands them to the catalogue
+    // and the model it loads.
+    explicit TImportSession(TFolderOverrides overrides = {}, kv::TLibrarySettings settings = TodaysLibrarySettings());
     ~TImportSession();
     TImportSession(const TImportSession&) = delete;
     TImportSession& operator=(const TImportSession&) = delete;
@@ -66,6 +74,10 @@ public:
     int Mode = 0;
 
     std::uint8_t Kind() const { return kind_; }
+    // Changes apply to what is loaded afterwards (and to later queries of
+    // what is loaded).
+    kv::TLibrarySettings& Settings() { return settings_; }
+    const kv::TLibrarySettings& Settings() const { return settings_; }
     QString DataDir() const;
     QString CoreDir() const;
 
@@ -122,6 +134,7 @@ private:
     void ReleaseSolution();
 
     TFolderOverrides overrides_;
+    kv::TLibrarySettings settings_;   // outlives everything below, which refers to it
     std::uint8_t kind_ = 0;
     TFolderState folderState_ = TFolderState::NotConfigured;
     std::unique_ptr<kv::TProjHdrLst> list_;
@@ -139,6 +152,9 @@ private:
 // Display name of a party, as the lists show it.
 QString PartyName(const kv::TParticipant& party);
 
+// The date and time of a day number (kv::DateTimeOfDayNumber) as a UTC
+// QDateTime: the stored number is wall-clock time.
+QDateTime DateTimeOfDayNumber(double dayNumber);
 // Renders a header's date-time as the window shows it (the system locale's
 // short date and time).
 QString RenderHeaderDate(double dayNumber);

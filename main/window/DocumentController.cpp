@@ -16,6 +16,7 @@
 #include "report/Report.h"
 #include "report/Worksheet.h"
 #include "window/SettingsStore.h"
+#include "window/WindowLog.h"
 
 namespace tessary {
 
@@ -109,6 +110,7 @@ QString TDocumentController::UpdateState() {
 }
 
 void TDocumentController::Fail(const QString& message) {
+    qCInfo(lcWindow).noquote() << "worksheet:" << message;
     if (ShowError) {
         ShowError(message);
         return;

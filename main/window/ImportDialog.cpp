@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "import/ImportLog.h"
 #include "parties/KvFnParty.h"
 
 namespace tessary {
@@ -31,8 +32,10 @@ int Scaled(double v, double zoom) { return static_cast<int>(std::lround(v * zoom
 
 } // namespace
 
-TdlgFromFile::TdlgFromFile(TFolderOverrides folders, double zoom, QWidget* parent)
-    : QDialog(parent, Qt::Dialog | Qt::FramelessWindowHint), session_(std::move(folders)), zoom_(zoom) {
+TdlgFromFile::TdlgFromFile(TFolderOverrides folders, double zoom, QWidget* parent, kv::TLibrarySettings settings)
+    : QDialog(parent, Qt::Dialog | Qt::FramelessWindowHint),
+      session_(std::move(folders), std::move(settings)),
+      zoom_(zoom) {
     setObjectName(QStringLiteral("dlgFromFile"));
     setWindowTitle(tr("Select File"));
     setModal(true);
@@ -150,6 +153,7 @@ void TdlgFromFile::Init(int mode) {
 
 void TdlgFromFile::Report(const std::exception& e) {
     const QString message = QString::fromUtf8(e.what());
+    qCInfo(lcImport).noquote() << message;
     // Before the dialog is up the message waits for it, so it appears over the dialog.
     if (!isVisible()) {
         pendingError_ = message;

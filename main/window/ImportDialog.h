@@ -19,8 +19,10 @@ namespace tessary {
 class TdlgFromFile : public QDialog {
     Q_OBJECT
 public:
-    // zoom: the main window's, so both look alike.
-    explicit TdlgFromFile(TFolderOverrides folders = {}, double zoom = 1.0, QWidget* parent = nullptr);
+    // zoom: the main window's, so both look alike; settings: the library
+    // settings of the dialog's import session.
+    explicit TdlgFromFile(TFolderOverrides folders = {}, double zoom = 1.0, QWidget* parent = nullptr,
+                          kv::TLibrarySettings settings = TodaysLibrarySettings());
     ~TdlgFromFile() override;
 
     // Stores the mode (1: the model's identifying text) and hides the party lists.

@@ -22,6 +22,7 @@
 #include "core/Vocabulary.h"
 #include "window/ImportDialog.h"
 #include "window/Language.h"
+#include "window/WindowLog.h"
 
 namespace tessary {
 
@@ -311,7 +312,7 @@ void TForm1::LoadInputs(const QByteArray& accountsCsv, const QByteArray& classes
 }
 
 void TForm1::btnImpClick() {
-    auto dlg = std::make_unique<TdlgFromFile>(importFolders_, cnf_.Zoom, this);
+    auto dlg = std::make_unique<TdlgFromFile>(importFolders_, cnf_.Zoom, this, importSettings_);
     if (dlg->exec() != QDialog::Accepted) return;
     int column = 1;
     if (dlg->productBsRadio->isChecked()) column = 2;
@@ -390,8 +391,10 @@ void TForm1::hbtMinimizeClick() { showMinimized(); }
 void TForm1::hbtBgndClick() { ToggleMaximized(); }
 
 void TForm1::AdvRepeatButton3Click() {
-    if (!LaunchHelp(helpFile_ + QStringLiteral(">Second")))
+    if (!LaunchHelp(helpFile_ + QStringLiteral(">Second"))) {
+        qCInfo(lcWindow).noquote() << "the help page could not be opened:" << helpFile_;
         QMessageBox::information(this, tr("Help"), tr("The help page could not be opened: %1").arg(helpFile_));
+    }
 }
 
 } // namespace tessary

@@ -52,6 +52,8 @@ public:
 
     // Where the import dialog finds the products' folders instead of their configuration.
     void SetImportFolders(const TFolderOverrides& folders) { importFolders_ = folders; }
+    // The library settings each import dialog's session starts from.
+    void SetImportSettings(const kv::TLibrarySettings& settings) { importSettings_ = settings; }
 
     // Fills the input grids from CSV texts (an empty text leaves its grid as it is).
     void LoadInputs(const QByteArray& accountsCsv, const QByteArray& classesCsv);
@@ -119,6 +121,7 @@ private:
     double baseFontSize_ = 8;
     QString helpFile_;
     TFolderOverrides importFolders_;
+    kv::TLibrarySettings importSettings_ = TodaysLibrarySettings();
 };
 
 } // namespace tessary

@@ -9,6 +9,7 @@
 #include "cli/Commands.h"
 #include "window/Language.h"
 #include "window/MainWindow.h"
+#include "window/WindowLog.h"
 
 int main(int argc, char** argv) {
     // Before the application: asking the version needs no display.
@@ -49,13 +50,16 @@ int main(int argc, char** argv) {
     parser.addPositionalArgument(QStringLiteral("worksheet"), QStringLiteral("A .tessary worksheet to open."),
                                  QStringLiteral("[worksheet]"));
     parser.process(app);
-    tessary::ApplyClientKey(parser.value(QStringLiteral("key")));
+    // The run's library settings: today's date and the configured client-file key.
+    kv::TLibrarySettings settings = tessary::TodaysLibrarySettings();
+    tessary::ApplyClientKey(settings, parser.value(QStringLiteral("key")));
     tessary::ApplyLanguage(tessary::StartLanguage());
 
     tessary::TForm1 form;
     tessary::TFolderOverrides folders;
     folders.DataRoot = parser.value(QStringLiteral("data-root"));
     form.SetImportFolders(folders);
+    form.SetImportSettings(settings);
     try {
         const QString accounts = parser.value(QStringLiteral("accounts"));
         const QString classes = parser.value(QStringLiteral("classes"));
@@ -63,7 +67,7 @@ int main(int argc, char** argv) {
             form.LoadInputs(accounts.isEmpty() ? QByteArray() : tessary::ReadWholeFile(accounts),
                             classes.isEmpty() ? QByteArray() : tessary::ReadWholeFile(classes));
     } catch (const std::exception& e) {
-        std::fprintf(stderr, "tessary: %s\n", e.what());
+        qCCritical(tessary::lcWindow).noquote() << e.what();
         return 1;
     }
     // A worksheet that cannot be read is reported in the window, which then starts empty.
@@ -80,7 +84,7 @@ int main(int argc, char** argv) {
     if (!shot.isEmpty()) {
         QTimer::singleShot(300, &form, [&form, shot] {
             const bool ok = form.grab().save(shot, "PNG");
-            if (!ok) std::fprintf(stderr, "tessary: cannot write %s\n", qPrintable(shot));
+            if (!ok) qCCritical(tessary::lcWindow).noquote() << "cannot write" << shot;
             QApplication::exit(ok ? 0 : 1);
         });
     }

@@ -8,7 +8,9 @@
 #include <string_view>
 
 #include "KvErrors.h"
-#include "items/KvPTTools.h"
+#include "items/KvAllocationYears.h"
+#include "items/KvAssetSubClasses.h"
+#include "items/KvPortAllocation.h"
 
 namespace {
 

@@ -7,8 +7,9 @@
 #include <vector>
 
 #include "KvErrors.h"
+#include "KvSettings.h"
 #include "files/KvFnBufFile.h"
-#include "items/KvfnBalance.h"
+#include "items/KvBalance.h"
 #include "model/KvFnModelData.h"
 #include "parties/KvFnParty.h"
 
@@ -20,7 +21,8 @@ struct TNullBuf : std::streambuf {
 
 kv::TModelData& Model() {
     static kv::TModelData* m = [] {
-        auto* model = new kv::TModelData(0, nullptr, nullptr, nullptr, nullptr, "/nonexistent/FinItems.dat", nullptr);
+        auto* model = new kv::TModelData(0, nullptr, nullptr, nullptr, nullptr, "/nonexistent/FinItems.dat", nullptr,
+                                         kv::kDefaultLibrarySettings);
         for (std::int32_t id : {1, 2}) model->AddParticipant(kv::CreateParty(0, id, 1, 0));
         return model;
     }();

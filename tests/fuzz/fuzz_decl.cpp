@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "decl/KvFnDecl.h"
+#include "decl/KvValueLists.h"
 #include "decl/KvModelFormat.h"
 
 namespace {

@@ -66,11 +66,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     static const std::uint8_t kKinds[4] = {0, 1, 2, 4};
     const std::uint8_t kind = kKinds[data[0] & 3];
     const bool enciphered = (data[0] & 4) != 0;
-    kv::ProgramSettings().ClientFileKey = kvfuzz::kClientKey;
 
     TSetting& s = SettingOf(kind);
     kv::TModels* list = enciphered ? s.Enciphered.get() : s.Plain.get();
-    kv::TModelData model(kind, nullptr, list, list, nullptr, kPath, s.Chart.get());
+    kv::TModelData model(kind, nullptr, list, list, nullptr, kPath, s.Chart.get(), kvfuzz::kSettings);
     kv::TBufReadFile r = kv::TBufReadFile::FromBytes(std::vector<std::uint8_t>(data + 1, data + size), kPath);
     try {
         model.Load(r);

@@ -10,8 +10,11 @@ namespace kvfuzz {
 
 inline constexpr const char* kClientKey = "fuzz";
 
+// The library settings both load and write with: the client-file key above.
+inline const kv::TLibrarySettings kSettings{.ClientFileKey = kClientKey};
+
 inline std::unique_ptr<kv::TModels> MakeSolutionList(bool enciphered) {
-    auto list = std::make_unique<kv::TModels>("/nonexistent-tessary-fuzz/", "Main", "md_db1_Fuzz/");
+    auto list = std::make_unique<kv::TModels>("/nonexistent-tessary-fuzz/", "Main", "md_db1_Fuzz/", kSettings);
     list->ClientName = "Fuzz Client";
     list->KeySeed = "fuzz-seed";
     list->Enciphered = enciphered;

@@ -36,13 +36,13 @@ void Walk(const kv::TModels& list) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     // The seeds' protected files were written with this key.
-    kv::ProgramSettings().ClientFileKey = "fuzz";
+    static const kv::TLibrarySettings settings{.ClientFileKey = "fuzz"};
     {
         std::ofstream out(DataDir() + "md_db1/Models.dat", std::ios::binary | std::ios::trunc);
         out.write(reinterpret_cast<const char*>(data), std::streamsize(size));
     }
     for (std::uint8_t kind : {0, 1}) {
-        kv::TProjHdr hdr(kind, kv::ModelsFileName, "md_db1", DataDir());
+        kv::TProjHdr hdr(kind, kv::ModelsFileName, "md_db1", DataDir(), settings);
         try {
             hdr.LoadHeader();
         } catch (const kv::EKvError&) {

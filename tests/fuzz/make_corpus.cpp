@@ -17,7 +17,7 @@
 #include "KvSettings.h"
 #include "catalogue/KvCatalogueFixture.h"
 #include "catalogue/KvFnProjHdr.h"
-#include "decl/KvFnDecl.h"
+#include "decl/KvValueLists.h"
 #include "decl/KvModelFormat.h"
 #include "demo/DemoChart.h"
 #include "demo/DemoData.h"
@@ -27,8 +27,11 @@
 #include "fuzz_buffile_ops.h"
 #include "fuzz_finitems_setup.h"
 #include "items/KvFnClassRegistry.h"
-#include "items/KvPTTools.h"
-#include "items/KvfnBalance.h"
+#include "items/KvAllocationYears.h"
+#include "items/KvAssetSubClasses.h"
+#include "items/KvPortAllocation.h"
+#include "items/KvReturnStatistics.h"
+#include "items/KvBalance.h"
 #include "BalanceFixture.h"
 #include "ModelTestUtil.h"
 #include "model/KvFnModelData.h"
@@ -127,7 +130,7 @@ namespace models {
 void Write(const char* const* argv) {
     const fs::path out = argv[0];
     const fs::path scratch = out / "scratch.tmp";
-    kv::ProgramSettings().ClientFileKey = "fuzz";  // the key fuzz_models configures
+    const kv::TLibrarySettings settings{.ClientFileKey = "fuzz"};  // the key fuzz_models configures
 
     struct Seed {
         const char* name;
@@ -150,7 +153,7 @@ void Write(const char* const* argv) {
     };
     for (const Seed& seed : seeds) {
         fs::remove_all(scratch);
-        const std::string path = kv::WriteClientFolder(scratch.string(), "md_db1", seed.kind, seed.clientFile);
+        const std::string path = kv::WriteClientFolder(scratch.string(), "md_db1", seed.kind, seed.clientFile, settings);
         fs::copy_file(path, out / seed.name, fs::copy_options::overwrite_existing);
     }
     fs::remove_all(scratch);
@@ -256,7 +259,6 @@ void Write(const char* const* argv) {
                           Demo{"demo-qr", 2, "Quorren/Data/qr_db1_Fiducie familiale Roy/Main/FinItems.dat"}})
         WriteSeed(out, d.seed, SettingByte(d.kind, false), scratch / "demo" / d.file);
 
-    kv::ProgramSettings().ClientFileKey = kvfuzz::kClientKey;
     struct Rich {
         const char* seed;
         std::uint8_t kind;
@@ -277,7 +279,7 @@ void Write(const char* const* argv) {
         auto chart = kv::MakeDemoChart(r.kind, (dir / "Entries.dat").string());
         auto list = kvfuzz::MakeSolutionList(r.enciphered);
         kv::TModelData m(r.kind, nullptr, list.get(), list.get(), nullptr, (dir / "FinItems.dat").string(),
-                         chart.get());
+                         chart.get(), kvfuzz::kSettings);
         Fill(m, *chart);
         m.Save(r.layout, r.version);
         WriteSeed(out, r.seed, SettingByte(r.kind, r.enciphered), dir / "FinItems.dat");

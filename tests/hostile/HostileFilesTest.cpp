@@ -28,7 +28,7 @@
 #include "demo/DemoChart.h"
 #include "entries/KvFnEntries.h"
 #include "items/KvFnPortfolio.h"
-#include "items/KvfnBalance.h"
+#include "items/KvBalance.h"
 #include "model/KvFnModelData.h"
 #include "items/KvFnClassRegistry.h"
 #include "model/KvFnOwnership.h"
@@ -37,6 +37,9 @@
 namespace fs = std::filesystem;
 
 namespace {
+
+// The library settings every reader loads with: the demo's client-file key.
+const kv::TLibrarySettings kDemoSettings{.ClientFileKey = tessary::kDemoClientKey};
 
 // Room for the reader's own bookkeeping beside a buffer of the file's size.
 constexpr std::size_t kSlack = 64 * 1024;
@@ -104,7 +107,7 @@ Reader ModelsReader(const char* name, std::uint8_t kind, const char* product, co
     return {name, fixture, fs::path(folder) / kv::ModelsFileName,
             nullptr,
             [kind, folder = std::string(folder)](const fs::path& dir) {
-                kv::TProjHdr hdr(kind, kv::ModelsFileName, folder, dir.string());
+                kv::TProjHdr hdr(kind, kv::ModelsFileName, folder, dir.string(), kDemoSettings);
                 kv::TModelLists lists = hdr.Load(true);
                 for (std::int32_t i = 0; i < lists.Main->Count(); ++i) (void)lists.Main->DisplayName(i);
             },
@@ -142,13 +145,13 @@ Reader FinItemsReader(const char* name, std::uint8_t kind, const char* product, 
         std::unique_ptr<kv::TModels> List;
     };
     auto ctx = std::make_shared<Context>();
-    kv::TProjHdr hdr(kind, kv::ModelsFileName, folder, data.string());
+    kv::TProjHdr hdr(kind, kv::ModelsFileName, folder, data.string(), kDemoSettings);
     ctx->List = std::move(hdr.Load(true).Main);
     ctx->Chart = kv::MakeDemoChart(kind, (TheCorpus().Demo / product / "Core" / "Entries.dat").string());
     return {name, data / folder / "Main" / "FinItems.dat", "FinItems.dat", nullptr,
             [kind, ctx](const fs::path& dir) {
                 kv::TModelData m(kind, &ctx->List->Get(0), ctx->List.get(), ctx->List.get(), nullptr,
-                                 (dir / "FinItems.dat").string(), ctx->Chart.get());
+                                 (dir / "FinItems.dat").string(), ctx->Chart.get(), kDemoSettings);
                 m.Load();
                 for (const auto& p : m.Participants()) {
                     kv::TItemRefs accounts;
@@ -164,7 +167,7 @@ Reader FinItemsReader(const char* name, std::uint8_t kind, const char* product, 
 
 Reader BalanceReader() {
     struct Context {
-        kv::TModelData Model{0, nullptr, nullptr, nullptr, nullptr, "/nonexistent/FinItems.dat", nullptr};
+        kv::TModelData Model{0, nullptr, nullptr, nullptr, nullptr, "/nonexistent/FinItems.dat", nullptr, kDemoSettings};
     };
     auto ctx = std::make_shared<Context>();
     for (std::int32_t id : {1, 2}) ctx->Model.AddParticipant(kv::CreateParty(0, id, 1, 0));
@@ -176,7 +179,6 @@ Reader BalanceReader() {
 }
 
 std::vector<Reader> Readers() {
-    kv::ProgramSettings().ClientFileKey = tessary::kDemoClientKey;
     return {
         ModelsReader("models_md", 0, "Meridel", "md_db1_Tremblay"),
         ModelsReader("models_md_protected", 0, "Meridel", "md_db3_Gagnon", 3),
@@ -214,7 +216,6 @@ public:
     explicit Runner(const Reader& r) : reader_(r), dir_(MakeTempDir("tessary-hostile-case")) {
         fs::create_directories((dir_ / reader_.Target).parent_path());
         if (reader_.Prepare) reader_.Prepare(dir_);
-        kv::ProgramSettings().ClientFileKey = tessary::kDemoClientKey;
     }
     ~Runner() {
         std::error_code ec;
@@ -354,7 +355,7 @@ TEST(Findings, LoadWithoutError) {
     for (const auto& [file, kind] : {std::pair{"finitems-qr-section-length-overflow.dat", std::uint8_t(2)}}) {
         auto chart = kv::MakeDemoChart(kind, "/nonexistent/Entries.dat");
         kv::TModelData m(kind, nullptr, nullptr, nullptr, nullptr,
-                         std::string(TESSARY_TEST_DATA) + "/hostile/" + file, chart.get());
+                         std::string(TESSARY_TEST_DATA) + "/hostile/" + file, chart.get(), kDemoSettings);
         EXPECT_NO_THROW(m.Load()) << file;
     }
 }
@@ -391,13 +392,13 @@ std::function<void()> Solution(const fs::path& dir, const std::function<void(kv:
     auto chart = std::shared_ptr<kv::TEntries>(kv::MakeDemoChart(0, "/nonexistent/Entries.dat"));
     const std::string path = (dir / "FinItems.dat").string();
     {
-        kv::TModelData m(0, nullptr, nullptr, nullptr, nullptr, path, chart.get());
+        kv::TModelData m(0, nullptr, nullptr, nullptr, nullptr, path, chart.get(), kDemoSettings);
         m.AddParticipant(kv::CreateParty(0, 1, 1, 0));
         fill(m, *chart);
         m.Save();
     }
     return [chart, path] {
-        kv::TModelData m(0, nullptr, nullptr, nullptr, nullptr, path, chart.get());
+        kv::TModelData m(0, nullptr, nullptr, nullptr, nullptr, path, chart.get(), kDemoSettings);
         m.Load();
     };
 }
@@ -498,13 +499,13 @@ const Oversized kOversized[] = {
          });
      }},
     {"models_empty_texts", "md_db1_Big/Models.dat", false, [](const fs::path& dir) {
-         kv::TProjHdr hdr(0, kv::ModelsFileName, "md_db1_Big", dir.string());
+         kv::TProjHdr hdr(0, kv::ModelsFileName, "md_db1_Big", dir.string(), kDemoSettings);
          hdr.Name = "Big";
          hdr.Texts.assign(kMany / 2, "");
-         kv::TProjHdrLst(dir.string(), "", 0).SaveOne(hdr, kv::TModels(dir.string(), "Main", "md_db1_Big"),
-                                                     kv::TModels(dir.string(), "Needs", "md_db1_Big"));
+         kv::TProjHdrLst(dir.string(), "", 0, kDemoSettings).SaveOne(hdr, kv::TModels(dir.string(), "Main", "md_db1_Big", kDemoSettings),
+                                                     kv::TModels(dir.string(), "Needs", "md_db1_Big", kDemoSettings));
          return std::function<void()>([dir] {
-             kv::TProjHdr h(0, kv::ModelsFileName, "md_db1_Big", dir.string());
+             kv::TProjHdr h(0, kv::ModelsFileName, "md_db1_Big", dir.string(), kDemoSettings);
              (void)h.Load(true);
          });
      }},
@@ -542,14 +543,14 @@ INSTANTIATE_TEST_SUITE_P(Counts, SmallFileLargeModel, ::testing::ValuesIn(kOvers
 TEST(ClientListing, ReadsOnlyTheHeaderOfAHugeClientFile) {
     const fs::path dir = MakeTempDir("tessary-sparse");
     {
-        kv::TProjHdr hdr(0, kv::ModelsFileName, "md_db1_Big", dir.string());
+        kv::TProjHdr hdr(0, kv::ModelsFileName, "md_db1_Big", dir.string(), kDemoSettings);
         hdr.Name = "Big";
-        kv::TProjHdrLst(dir.string(), "", 0).SaveOne(hdr, kv::TModels(dir.string(), "Main", "md_db1_Big"),
-                                                     kv::TModels(dir.string(), "Needs", "md_db1_Big"));
+        kv::TProjHdrLst(dir.string(), "", 0, kDemoSettings).SaveOne(hdr, kv::TModels(dir.string(), "Main", "md_db1_Big", kDemoSettings),
+                                                     kv::TModels(dir.string(), "Needs", "md_db1_Big", kDemoSettings));
     }
     const fs::path models = dir / "md_db1_Big" / kv::ModelsFileName;
     fs::resize_file(models, std::uintmax_t(3) << 30);
-    kv::TProjHdrLst list(dir.string(), "", 0);
+    kv::TProjHdrLst list(dir.string(), "", 0, kDemoSettings);
     kvtest::ResetAllocationCounts();
     list.Load(false);
     const std::size_t peak = kvtest::PeakLiveGrowth();

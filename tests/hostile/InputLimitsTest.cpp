@@ -61,7 +61,8 @@ TEST_P(SpecialFiles, AreRefusedByName) {
     const SpecialCase& c = GetParam();
     TempDir root;
     tessary::WriteDemoData(root.Path().string());
-    kv::ProgramSettings().ClientFileKey = tessary::kDemoClientKey;   // the listing reads the protected one too
+    kv::TLibrarySettings settings;
+    settings.ClientFileKey = tessary::kDemoClientKey;   // the listing reads the protected one too
     const fs::path data = root.Path() / "Meridel" / "Data";
     const fs::path core = root.Path() / "Meridel" / "Core";
     const fs::path target = root.Path() / c.Target;
@@ -76,7 +77,7 @@ TEST_P(SpecialFiles, AreRefusedByName) {
     std::function<void()> load;
     const std::string name = target.filename().string();
     if (name == "Models.dat") {
-        load = [&] { kv::TProjHdrLst(data.string(), "", 0).Load(false); };
+        load = [&] { kv::TProjHdrLst(data.string(), "", 0, settings).Load(false); };
     } else if (name == "Entries.dat" || name == "French.dat") {
         load = [&] {
             kv::TEntries chart(0, (core / "Entries.dat").string());
@@ -86,7 +87,7 @@ TEST_P(SpecialFiles, AreRefusedByName) {
         load = [&] {
             auto chart = kv::MakeDemoChart(0, "/nonexistent/Entries.dat");
             kv::TModelData m(0, nullptr, nullptr, nullptr, nullptr, (target.parent_path() / "FinItems.dat").string(),
-                             chart.get());
+                             chart.get(), settings);
             m.Load();
         };
     }
@@ -108,13 +109,13 @@ INSTANTIATE_TEST_SUITE_P(Readers, SpecialFiles, ::testing::ValuesIn([] {
 
 // A protected client file with a seed of n bytes. The writer refuses seeds
 // beyond the limit, so a longer one is made by lengthening a written one.
-fs::path ClientWithSeed(const fs::path& base, std::size_t n) {
+fs::path ClientWithSeed(const fs::path& base, std::size_t n, const kv::TLibrarySettings& settings) {
     kv::TClientFileSpec clientFile;
     clientFile.Name = "Seeded";
     clientFile.Protected = true;
     clientFile.Solutions = 2;
     clientFile.KeySeed = std::string(std::min(n, kv::MaxKeySeedBytes), 'k');
-    const fs::path header = kv::WriteClientFolder(base.string(), "md_db1", 0, clientFile);
+    const fs::path header = kv::WriteClientFolder(base.string(), "md_db1", 0, clientFile, settings);
     if (n > kv::MaxKeySeedBytes) {
         kvtest::Bytes b = kvtest::ReadBytes(header);
         const std::size_t record2 = 1 + std::size_t(static_cast<unsigned char>(b[0]));   // after record 1 (ShortStr)
@@ -130,12 +131,13 @@ fs::path ClientWithSeed(const fs::path& base, std::size_t n) {
 }
 
 TEST(KeySeeds, UpToTheLimitLoadBeyondItAreRefused) {
-    kv::ProgramSettings().ClientFileKey = "configured";
+    kv::TLibrarySettings settings;
+    settings.ClientFileKey = "configured";
     for (std::size_t n : {std::size_t(0), std::size_t(40), kv::MaxKeySeedBytes, kv::MaxKeySeedBytes + 1,
                           std::size_t(100) << 10}) {
         TempDir dir;
-        const fs::path header = ClientWithSeed(dir.Path(), n);
-        kv::TProjHdr hdr(0, kv::ModelsFileName, "md_db1", dir.Path().string());
+        const fs::path header = ClientWithSeed(dir.Path(), n, settings);
+        kv::TProjHdr hdr(0, kv::ModelsFileName, "md_db1", dir.Path().string(), settings);
         std::string error;
         kv::TModelLists lists;
         error = ErrorOf([&] { lists = hdr.Load(true); });
@@ -149,10 +151,9 @@ TEST(KeySeeds, UpToTheLimitLoadBeyondItAreRefused) {
         }
     }
     // Lists and solutions that carry a seed of their own check it too.
-    EXPECT_NE(ErrorOf([] { (void)kv::RunTimeKey("Seeded", std::string(kv::MaxKeySeedBytes + 1, 'k')); })
+    EXPECT_NE(ErrorOf([&] { (void)kv::RunTimeKey(settings, "Seeded", std::string(kv::MaxKeySeedBytes + 1, 'k')); })
                   .find("Client file \"Seeded\""),
               std::string::npos);
-    kv::ProgramSettings().ClientFileKey.clear();
 }
 
 // ------------------------------------------------------------ enciphered texts
@@ -187,7 +188,7 @@ TEST(ClientFolderNames, HoldNothingThatSomePlatformRefuses) {
         kv::TClientFileSpec clientFile;
         clientFile.Name = c.name;
         kv::WriteClientFolder(dir.Path().string(), "md_db1", 0, clientFile);
-        kv::TProjHdrLst list(dir.Path().string(), "", 0);
+        kv::TProjHdrLst list(dir.Path().string(), "", 0, kv::kDefaultLibrarySettings);
         list.Load(false);
         ASSERT_EQ(list.Count(), 1);
         EXPECT_EQ(list.Get(0).Name, c.name);

@@ -72,9 +72,9 @@ fs::path WriteTree(const fs::path& root) {
 
 // Everything the import can be asked for, as "product/file/solution/party/holder: kind=amount ...".
 std::vector<std::string> ImportEverything(const fs::path& demo) {
-    kv::ProgramSettings().ClientFileKey = tessary::kDemoClientKey;
     std::vector<std::string> lines;
     tessary::TImportSession session({QString::fromStdString(demo.string()), {}, {}});
+    session.Settings().ClientFileKey = tessary::kDemoClientKey;
     for (std::uint8_t kind : {0, 1, 2}) {
         session.ChooseProduct(kind);
         for (int f = 0; f < session.FileCount(); ++f) {

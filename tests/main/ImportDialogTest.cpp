@@ -47,13 +47,14 @@ void Pick(QComboBox* c, const QString& text) {
 class ImportDialog : public ::testing::Test {
 protected:
     void SetUp() override { kv_key(QString::fromLatin1(kDemoClientKey)); }
-    static void kv_key(const QString& key) { ApplyClientKey(key); }
+    void kv_key(const QString& key) { ApplyClientKey(settings, key); }
     std::unique_ptr<TdlgFromFile> Open(TFolderOverrides folders = Demo()) {
-        auto dlg = std::make_unique<TdlgFromFile>(folders, 1.0);
+        auto dlg = std::make_unique<TdlgFromFile>(folders, 1.0, nullptr, settings);
         dlg->ShowError = [this](const QString& m) { errors << m; };
         return dlg;
     }
     QStringList errors;
+    kv::TLibrarySettings settings = TodaysLibrarySettings();
 };
 
 TEST_F(ImportDialog, ProductChoiceFillsTheListsAndLabels) {
@@ -222,9 +223,11 @@ TEST_F(ImportDialog, LooksLikeTheMainWindow) {
 class WindowImport : public ::testing::Test {
 protected:
     void SetUp() override {
-        ApplyClientKey(QString::fromLatin1(kDemoClientKey));
+        kv::TLibrarySettings settings = TodaysLibrarySettings();
+        ApplyClientKey(settings, QString::fromLatin1(kDemoClientKey));
         form = std::make_unique<TForm1>();
         form->SetImportFolders(Demo());
+        form->SetImportSettings(settings);
         form->show();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(form.get()));
     }

@@ -35,16 +35,15 @@ protected:
         ASSERT_TRUE(dir_.isValid());
         root_ = fs::path(dir_.path().toStdString()) / "root";
         WriteDemoData(root_.string());
-        saved_ = kv::ProgramSettings();
-        kv::ProgramSettings().ClientFileKey = kDemoClientKey;
+        settings_.ClientFileKey = kDemoClientKey;
     }
-    void TearDown() override { kv::ProgramSettings() = saved_; }
 
     fs::path Core(const char* product) const { return root_ / product / "Core"; }
     fs::path Data(const char* product) const { return root_ / product / "Data"; }
 
     std::unique_ptr<TImportSession> Open(std::uint8_t kind, const char* file, const char* solution) const {
-        auto s = std::make_unique<TImportSession>(TFolderOverrides{QString::fromStdString(root_.string()), {}, {}});
+        auto s = std::make_unique<TImportSession>(TFolderOverrides{QString::fromStdString(root_.string()), {}, {}},
+                                                   settings_);
         s->ChooseProduct(kind);
         s->ChooseFile(s->FindFile(QString::fromUtf8(file)));
         s->ChooseSolution(s->FindSolution(QString::fromUtf8(solution)));
@@ -88,7 +87,7 @@ protected:
 
     QTemporaryDir dir_;
     fs::path root_;
-    kv::TProgramSettings saved_;
+    kv::TLibrarySettings settings_ = TodaysLibrarySettings();
 };
 
 // Demo Tremblay, current plan, as the documented table gives it.
@@ -217,7 +216,7 @@ TEST_F(ImportSession, AConfiguredDataFolderMustBeThere) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         const QString dir = c.dataDir(root_.parent_path());
-        TImportSession s(TFolderOverrides{{}, dir, {}});
+        TImportSession s(TFolderOverrides{{}, dir, {}}, settings_);
         if (c.error) {
             try {
                 s.ChooseProduct(1);

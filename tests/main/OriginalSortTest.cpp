@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "OriginalQuicksort.h"
-#include "core/OriginalSort.h"
+#include "core/ProductQuicksort.h"
 
 using namespace tessary;
 

@@ -158,7 +158,6 @@ TEST_F(Translation, EveryTextOfTheWindowReadsInFrenchAlsoAfterASwitch) {
 TEST_F(Translation, ImportDialogReadsInFrenchInEveryState) {
     QTemporaryDir root;
     WriteDemoData(QFile::encodeName(root.filePath("demo")).toStdString());
-    ApplyClientKey(QString());
     auto walk = [&](TTexts& texts, QStringList& data) {
         for (const QString& dataRoot : {root.filePath("demo"), root.filePath("none")}) {
             TFolderOverrides folders;

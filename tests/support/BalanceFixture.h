@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "items/KvfnBalance.h"
+#include "items/KvBalance.h"
 
 namespace kvtest {
 

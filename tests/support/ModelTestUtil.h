@@ -20,19 +20,22 @@ namespace kvtest {
 
 namespace fs = std::filesystem;
 
-// A solution's surroundings: chart of accounts and solution list.
+// A solution's surroundings: library settings, chart of accounts and
+// solution list. The settings stay where they are when the surroundings move.
 struct Surroundings {
     explicit Surroundings(std::uint8_t kind, const TempDir& dir)
-        : entries(kv::MakeDemoChart(kind, dir.File("Entries.dat"))),
-          models(std::make_unique<kv::TModels>(dir.Path().string() + "/", "Main", "md_db1/")) {
+        : settings(std::make_unique<kv::TLibrarySettings>()),
+          entries(kv::MakeDemoChart(kind, dir.File("Entries.dat"))),
+          models(std::make_unique<kv::TModels>(dir.Path().string() + "/", "Main", "md_db1/", *settings)) {
         models->ClientName = "Test Client";
     }
+    std::unique_ptr<kv::TLibrarySettings> settings;
     std::unique_ptr<kv::TEntries> entries;
     std::unique_ptr<kv::TModels> models;
 
     std::unique_ptr<kv::TModelData> NewModel(std::uint8_t kind, const std::string& path) {
         return std::make_unique<kv::TModelData>(kind, nullptr, models.get(), models.get(), nullptr, path,
-                                                entries.get());
+                                                entries.get(), *settings);
     }
     kv::TEntry* Entry(std::int32_t id) { return entries->GetEntryByID(id); }
 };

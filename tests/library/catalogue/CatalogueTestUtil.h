@@ -26,17 +26,13 @@ using kvtest::TempDir;
 using kvtest::WriteBytes;
 using Bytes = kvtest::ByteWriter;
 
-// Sets the configured client-file key (and the other settings the catalogue
-// reads) for one test and restores them afterwards.
-class SettingsGuard {
-public:
-    explicit SettingsGuard(std::string key = {}) : saved_(kv::ProgramSettings()) {
-        kv::ProgramSettings().ClientFileKey = std::move(key);
-    }
-    ~SettingsGuard() { kv::ProgramSettings() = saved_; }
-
-private:
-    kv::TProgramSettings saved_;
+// The library settings of one test, with its configured client-file key (and
+// the other settings the catalogue reads); the test hands them to the objects
+// it makes.
+struct SettingsGuard {
+    explicit SettingsGuard(std::string key = {}) { settings.ClientFileKey = std::move(key); }
+    operator const kv::TLibrarySettings&() const { return settings; }
+    kv::TLibrarySettings settings;
 };
 
 // The same snapshot with top-level names replaced as renames would.

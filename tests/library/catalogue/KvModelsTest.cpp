@@ -61,7 +61,7 @@ std::vector<std::uint8_t> ListBytes(std::int32_t selected, const std::vector<Raw
 
 kv::TModels ReadList(const std::vector<std::uint8_t>& bytes, std::uint8_t kind) {
     kv::TBufReadFile r = kv::TBufReadFile::FromBytes(bytes, "list.dat");
-    kv::TModels m("/base", "Main", "md_db1_X");
+    kv::TModels m("/base", "Main", "md_db1_X", kv::kDefaultLibrarySettings);
     m.ReadData(r, kind);
     return m;
 }
@@ -168,7 +168,7 @@ TEST(CatalogueModels, CountMinusOneIsFollowedByTheStoredNumber) {
     b.b.insert(b.b.end(), rec.begin(), rec.end());
     b.I32(9);  // what follows the list stays unread
     kv::TBufReadFile reader = kv::TBufReadFile::FromBytes(b.b, "list.dat");
-    kv::TModels m("/b", "Main", "f");
+    kv::TModels m("/b", "Main", "f", kv::kDefaultLibrarySettings);
     m.ReadData(reader, 0);
     EXPECT_TRUE(m.HasStoredNumber);
     EXPECT_EQ(m.StoredNumber, 77);
@@ -199,7 +199,7 @@ TEST(CatalogueModels, CountsAreCheckedAgainstTheBytesLeft) {
         for (auto v : c.ints) b.I32(v);
         b.b.resize(b.b.size() + c.recordBytes, 0);
         kv::TBufReadFile reader = kv::TBufReadFile::FromBytes(b.b, "list.dat");
-        kv::TModels m("/b", "Main", "f");
+        kv::TModels m("/b", "Main", "f", kv::kDefaultLibrarySettings);
         if (c.throws) {
             EXPECT_THROW(m.ReadData(reader, 0), kv::EReadError) << c.ints[1];
         } else {
@@ -209,8 +209,8 @@ TEST(CatalogueModels, CountsAreCheckedAgainstTheBytesLeft) {
     }
 }
 
-kv::TModels SampleList(bool enciphered) {
-    kv::TModels m("/data/", "Main", "md_db1_Ann/");
+kv::TModels SampleList(bool enciphered, const kv::TLibrarySettings& settings) {
+    kv::TModels m("/data/", "Main", "md_db1_Ann/", settings);
     m.Enciphered = enciphered;
     m.KeySeed = "seed";
     m.ClientName = "Ann";
@@ -255,9 +255,9 @@ std::vector<std::uint8_t> SaveList(const kv::TModels& m, std::uint8_t kind) {
 TEST(CatalogueModels, RoundTripPlainAndEnciphered) {
     cattest::SettingsGuard key("configured");
     for (bool enciphered : {false, true}) {
-        const kv::TModels saved = SampleList(enciphered);
+        const kv::TModels saved = SampleList(enciphered, key);
         const auto bytes = SaveList(saved, 0);
-        kv::TModels read("/data/", "Main", "md_db1_Ann/");
+        kv::TModels read("/data/", "Main", "md_db1_Ann/", key);
         read.Enciphered = enciphered;
         read.KeySeed = "seed";
         read.ClientName = "Ann";
@@ -274,29 +274,21 @@ TEST(CatalogueModels, RoundTripPlainAndEnciphered) {
 }
 
 TEST(CatalogueModels, EncipheredListsNeedTheRightKey) {
-    std::vector<std::uint8_t> bytes;
-    {
-        cattest::SettingsGuard key("right");
-        bytes = SaveList(SampleList(true), 0);
-    }
-    auto read = [&] {
-        kv::TModels m("/d", "Main", "f");
+    const std::vector<std::uint8_t> bytes = SaveList(SampleList(true, cattest::SettingsGuard("right")), 0);
+    auto read = [&](const kv::TLibrarySettings& settings) {
+        kv::TModels m("/d", "Main", "f", settings);
         m.Enciphered = true;
         m.KeySeed = "seed";
         m.ClientName = "Ann";
         kv::TBufReadFile r = kv::TBufReadFile::FromBytes(bytes, "list.dat");
         m.ReadData(r, 0);
     };
-    {
-        cattest::SettingsGuard key("wrong");
-        EXPECT_THROW(read(), kv::EInvalidData);
-    }
-    cattest::SettingsGuard none;
-    EXPECT_THROW(read(), kv::EKeyMissing);
+    EXPECT_THROW(read(cattest::SettingsGuard("wrong")), kv::EInvalidData);
+    EXPECT_THROW(read(cattest::SettingsGuard()), kv::EKeyMissing);
 }
 
 TEST(CatalogueModels, SelectedIndexBelowZeroIsWrittenAsZero) {
-    kv::TModels m("/d", "Main", "f");
+    kv::TModels m("/d", "Main", "f", kv::kDefaultLibrarySettings);
     m.SelectedIndex = -1;
     m.HasStoredNumber = false;
     EXPECT_EQ(SaveList(m, 0), (Bytes().I32(0).I32(0).b));
@@ -309,7 +301,7 @@ TEST(CatalogueModels, SelectedIndexBelowZeroIsWrittenAsZero) {
 TEST(CatalogueModels, ShortEncipheredTextsAlwaysFitTheirSlots) {
     // Short texts get a random padding that, uncapped, would often overflow.
     cattest::SettingsGuard key("k");
-    kv::TModels m("/d", "Main", "f");
+    kv::TModels m("/d", "Main", "f", key);
     m.Enciphered = true;
     m.ClientName = "C";
     for (int i = 0; i < 60; ++i) {
@@ -320,7 +312,7 @@ TEST(CatalogueModels, ShortEncipheredTextsAlwaysFitTheirSlots) {
         m.Add(e);
     }
     const auto bytes = SaveList(m, 1);
-    kv::TModels read("/d", "Main", "f");
+    kv::TModels read("/d", "Main", "f", key);
     read.Enciphered = true;
     read.ClientName = "C";
     kv::TBufReadFile r = kv::TBufReadFile::FromBytes(bytes, "list.dat");
@@ -344,7 +336,7 @@ TEST(CatalogueModels, TextsThatCannotBeStoredAreRefused) {
         {true, "a|b", "", false},                      // the reader would cut at "|"
     };
     for (const auto& c : cases) {
-        kv::TModels m("/d", "Main", "f");
+        kv::TModels m("/d", "Main", "f", key);
         m.Enciphered = c.enciphered;
         m.ClientName = "C";
         kv::TModel e;
@@ -366,8 +358,8 @@ TEST(CatalogueModels, TextsThatCannotBeStoredAreRefused) {
 }
 
 TEST(CatalogueModels, SolutionFoldersFollowTheirNumbers) {
-    kv::TModels m("/data/dir", "Main", "md_db3_Zoe");
-    kv::TModels n("/data/dir/", "Needs", "md_db3_Zoe/");
+    kv::TModels m("/data/dir", "Main", "md_db3_Zoe", kv::kDefaultLibrarySettings);
+    kv::TModels n("/data/dir/", "Needs", "md_db3_Zoe/", kv::kDefaultLibrarySettings);
     for (std::int32_t f : {3, 0, 12}) {
         kv::TModel e;
         e.FolderNo = f;
@@ -387,7 +379,7 @@ TEST(CatalogueModels, SolutionFoldersFollowTheirNumbers) {
 
 TEST(CatalogueModels, HiddenNamesShowAsSolutionNumbers) {
     cattest::SettingsGuard guard;
-    kv::TModels m("/d", "Main", "f");
+    kv::TModels m("/d", "Main", "f", guard);
     for (const char* name : {"Alpha", "Beta"}) {
         kv::TModel e;
         e.Name = name;
@@ -404,7 +396,7 @@ TEST(CatalogueModels, HiddenNamesShowAsSolutionNumbers) {
     };
     for (const auto& c : cases) {
         m.HideNames = c.hide;
-        kv::ProgramSettings().ShowHiddenNames = c.show;
+        guard.settings.ShowHiddenNames = c.show;
         EXPECT_EQ(m.DisplayName(0), c.first);
         EXPECT_EQ(m.DisplayName(1), c.second);
     }

@@ -39,7 +39,7 @@ std::vector<std::string> Folders(const kv::TProjHdrLst& l) {
 TEST(CatalogueScan, EmptyOrMissingDataDirectoryGivesNoClientFiles) {
     TempDir dir;
     for (const std::string& d : {dir.Dir(), dir.Dir() + "missing", std::string()}) {
-        kv::TProjHdrLst l(d, "", 0);
+        kv::TProjHdrLst l(d, "", 0, kv::kDefaultLibrarySettings);
         l.Load(true);
         EXPECT_EQ(l.Count(), 0) << d;
     }
@@ -51,7 +51,7 @@ TEST(CatalogueScan, LegacyFolderTakesFirstFreeNumberThenTheClientName) {
     Client(dir, "md_db1", "First");
     Client(dir, "db7", "Seventh");
     const auto before = cattest::TreeDigest(dir.Path());
-    kv::TProjHdrLst l(dir.Dir(), "", 0);
+    kv::TProjHdrLst l(dir.Dir(), "", 0, kv::kDefaultLibrarySettings);
     l.Load(false);
     EXPECT_EQ(cattest::TopLevel(dir.Path()), (std::vector<std::string>{"md_db1_First", "md_db2_Seventh"}));
     EXPECT_EQ(Names(l), (std::vector<std::string>{"First", "Seventh"}));
@@ -69,7 +69,7 @@ TEST(CatalogueScan, LegacyFoldersAreWalkedFromTheLastInListingOrder) {
     Client(dir, "DB2", "two");
     Client(dir, "md_db2", "taken");  // number 2 is in use
     const auto before = cattest::TreeDigest(dir.Path());
-    kv::TProjHdrLst l(dir.Dir(), "", 0);
+    kv::TProjHdrLst l(dir.Dir(), "", 0, kv::kDefaultLibrarySettings);
     l.Load(true);
     EXPECT_EQ(cattest::TopLevel(dir.Path()),
               (std::vector<std::string>{"md_db1_two", "md_db2_taken", "md_db3_ten", "md_db4_one"}));
@@ -89,7 +89,7 @@ TEST(CatalogueScan, OtherProductsAndFilesAreLeftAlone) {
     fs::create_directories(dir.Path() / "md_xdb1");          // does not match md_db*
     const auto before = cattest::TreeDigest(dir.Path());
     for (int kind : {0, 1, 2}) {
-        kv::TProjHdrLst l(dir.Dir(), "", std::uint8_t(kind));
+        kv::TProjHdrLst l(dir.Dir(), "", std::uint8_t(kind), kv::kDefaultLibrarySettings);
         l.Load(true);
         const std::vector<std::vector<std::string>> expected = {{"Person"}, {"Corp"}, {}};
         EXPECT_EQ(Names(l), expected[std::size_t(kind)]) << kind;
@@ -110,7 +110,7 @@ TEST(CatalogueScan, AnExistingTargetIsNeverReplaced) {
     Client(dir, "db1", "Eve");
     Client(dir, "MD_DB1", "Mia");                // number 1 is taken, whatever the case
     const auto before = cattest::TreeDigest(dir.Path());
-    kv::TProjHdrLst l(dir.Dir(), "", 0);
+    kv::TProjHdrLst l(dir.Dir(), "", 0, kv::kDefaultLibrarySettings);
     l.Load(true);
     EXPECT_EQ(cattest::TreeDigest(dir.Path()),
               cattest::Renamed(before, {{"db1", "md_db2_Eve"}, {"MD_DB1", "MD_DB1_Mia"}}));
@@ -123,7 +123,7 @@ TEST(CatalogueScan, AnEmptyFolderIsNotReplacedEither) {
     Client(dir, "md_db6_dave", "DAVE");
     fs::create_directories(dir.Path() / "md_db6_DAVE");
     const auto before = cattest::TreeDigest(dir.Path());
-    kv::TProjHdrLst l(dir.Dir(), "", 0);
+    kv::TProjHdrLst l(dir.Dir(), "", 0, kv::kDefaultLibrarySettings);
     // The empty folder has no header, which fails the load once the renames are done.
     EXPECT_THROW(l.Load(true), kv::EInOutError);
     EXPECT_EQ(cattest::TreeDigest(dir.Path()), before);
@@ -135,7 +135,7 @@ TEST(CatalogueScan, AFailedRenameIsIgnored) {
     Client(dir, "md_db1", std::string(250, 'L'));
     Client(dir, "md_db2", "Short");
     const auto before = cattest::TreeDigest(dir.Path());
-    kv::TProjHdrLst l(dir.Dir(), "", 0);
+    kv::TProjHdrLst l(dir.Dir(), "", 0, kv::kDefaultLibrarySettings);
     EXPECT_NO_THROW(l.Load(true));
     EXPECT_EQ(Names(l), (std::vector<std::string>{std::string(250, 'L'), "Short"}));
     EXPECT_EQ(l.Get(0).Folder, "md_db1/");
@@ -147,7 +147,7 @@ TEST(CatalogueScan, ListingOrderIgnoresAsciiCase) {
     const std::vector<std::pair<std::string, std::string>> folders = {
         {"md_dbZ_zed", "zed"}, {"MD_DBa_alpha", "alpha"}, {"md_dbB_beta", "beta"}, {"Md_db__", "_"}, {"md_db1_one", "one"}};
     for (const auto& [folder, name] : folders) Client(dir, folder, name);
-    kv::TProjHdrLst l(dir.Dir(), "", 0);
+    kv::TProjHdrLst l(dir.Dir(), "", 0, kv::kDefaultLibrarySettings);
     l.Load(true);
     // Byte order would put the capitals first, and "_" after them; compared
     // with letters lowered (as strcasecmp does), "_" comes before every letter.
@@ -176,12 +176,12 @@ TEST(CatalogueScan, AHeaderThatCannotBeReadFailsTheLoadNamingTheFile) {
             kv::TClientFileSpec clientFile;
             clientFile.Name = "Bad";
             clientFile.Protected = true;
-            kv::WriteClientFolder(dir.Dir(), "md_db2_Bad", 0, clientFile);
+            kv::WriteClientFolder(dir.Dir(), "md_db2_Bad", 0, clientFile, key);
         } else if (!c.bytes.empty()) {
             cattest::WriteBytes(path, c.bytes);
         }
         cattest::SettingsGuard key(c.key);
-        kv::TProjHdrLst l(dir.Dir(), "", 0);
+        kv::TProjHdrLst l(dir.Dir(), "", 0, key);
         try {
             l.Load(true);
             ADD_FAILURE() << c.what;
@@ -203,11 +203,11 @@ TEST(CatalogueScan, ProtectedFoldersWithoutAKeyAreSetAsideAndNotRenamed) {
         kv::TClientFileSpec clientFile;
         clientFile.Name = "Locked";
         clientFile.Protected = true;
-        kv::WriteClientFolder(dir.Dir(), "md_db2", 0, clientFile);     // would be renamed with a key
-        kv::WriteClientFolder(dir.Dir(), "md_db0_Old", 0, clientFile);
+        kv::WriteClientFolder(dir.Dir(), "md_db2", 0, clientFile, key);   // would be renamed with a key
+        kv::WriteClientFolder(dir.Dir(), "md_db0_Old", 0, clientFile, key);
     }
     cattest::SettingsGuard noKey;
-    kv::TProjHdrLst l(dir.Dir(), "", 0);
+    kv::TProjHdrLst l(dir.Dir(), "", 0, noKey);
     l.Load(false);
     EXPECT_EQ(Names(l), (std::vector<std::string>{"Zed", "Amy"}));
     EXPECT_EQ(l.Locked(), (std::vector<std::string>{"md_db0_Old", "md_db2"}));
@@ -218,19 +218,19 @@ TEST(CatalogueScan, AlternateDirectoryCopyIsReadUnlessForbidden) {
     TempDir data, alt;
     Client(data, "md_db1_Carl", "Carl");
     Client(alt, "md_db1_Carl", "Carl");
-    kv::TProjHdr newer(0, "Models.dat", "md_db1_Carl", alt.Dir());
+    kv::TProjHdr newer(0, "Models.dat", "md_db1_Carl", alt.Dir(), kv::kDefaultLibrarySettings);
     newer.LoadHeader();
     for (bool forbid : {false, true}) {
         cattest::SettingsGuard guard;
-        kv::ProgramSettings().ForbidAltDir = forbid;
-        kv::TProjHdrLst l(data.Dir(), alt.Dir(), 0);
+        guard.settings.ForbidAltDir = forbid;
+        kv::TProjHdrLst l(data.Dir(), alt.Dir(), 0, guard);
         l.Load(false);
         ASSERT_EQ(l.Count(), 1);
         EXPECT_EQ(l.Get(0).BaseDir, forbid ? data.Dir() : alt.Dir());
     }
     // Step 3 lists a folder named "_db" of the alternate directory first.
     Client(alt, "_db", "Underscore");
-    kv::TProjHdrLst l(data.Dir(), alt.Dir(), 0);
+    kv::TProjHdrLst l(data.Dir(), alt.Dir(), 0, kv::kDefaultLibrarySettings);
     l.Load(true);
     EXPECT_EQ(Names(l), (std::vector<std::string>{"Underscore", "Carl"}));
     l.Load(false);

@@ -58,7 +58,7 @@ TEST(CatalogueProjHdr, TokensOfTheSecondRecordAndTheirDefaults) {
     };
     for (const auto& c : cases) {
         cattest::TempDir dir;
-        kv::TProjHdr h(0, "Models.dat", "md_db1", WriteHeader(dir, "Name\x01!", c.record2));
+        kv::TProjHdr h(0, "Models.dat", "md_db1", WriteHeader(dir, "Name\x01!", c.record2), kv::kDefaultLibrarySettings);
         h.LoadHeader();
         const HeaderFields& x = c.x;
         SCOPED_TRACE(c.record2);
@@ -70,10 +70,10 @@ TEST(CatalogueProjHdr, TokensOfTheSecondRecordAndTheirDefaults) {
         EXPECT_EQ(h.FlagA, x.flagA);
         EXPECT_EQ(h.Number, x.number);
         EXPECT_EQ(h.Text3, x.text3);
-        EXPECT_EQ(std::vector<int>({h.FlagB, h.FlagC, h.FlagD, h.FlagE, h.FlagF, h.FlagG, h.FlagH}),
+        EXPECT_EQ(std::vector<int>({h.FlagB, h.FlagC, h.FlagD, h.FlagE, h.FlagF, h.FlagG, h.HideNamesFlag}),
                   std::vector<int>({x.b, x.c, x.d, x.e, x.f, x.g, x.h}));
         EXPECT_EQ(h.KeySeed, x.keySeed);
-        EXPECT_EQ(h.FlagI, x.i);
+        EXPECT_EQ(h.ProtectionFlag, x.i);
         EXPECT_EQ(h.Text4, x.text4);
         EXPECT_EQ(h.Integer, x.integer);
         EXPECT_EQ(h.HideNames(), x.h != 0);
@@ -95,7 +95,7 @@ TEST(CatalogueProjHdr, IdentifierZeroIsSubstitutedFromThePath) {
     };
     for (const auto& c : cases) {
         cattest::TempDir dir;
-        kv::TProjHdr h(1, "Models.dat", "md_db1/", WriteHeader(dir, c.record1, ""));
+        kv::TProjHdr h(1, "Models.dat", "md_db1/", WriteHeader(dir, c.record1, ""), kv::kDefaultLibrarySettings);
         h.LoadHeader();
         EXPECT_EQ(h.HeaderPath, dir.Dir() + "md_db1/Models.dat");
         EXPECT_EQ(h.Name, c.name);
@@ -103,8 +103,9 @@ TEST(CatalogueProjHdr, IdentifierZeroIsSubstitutedFromThePath) {
     }
 }
 
-kv::TProjHdr SampleHeader(const std::string& base, bool protect) {
-    kv::TProjHdr h(0, "Models.dat", "md_db4_Ann", base);
+kv::TProjHdr SampleHeader(const std::string& base, bool protect,
+                          const kv::TLibrarySettings& settings = kv::kDefaultLibrarySettings) {
+    kv::TProjHdr h(0, "Models.dat", "md_db4_Ann", base, settings);
     h.Name = "Ann \u00C9lise";
     h.ID = 123456;
     h.Text1 = "Adviser M\u00FCller";
@@ -119,9 +120,9 @@ kv::TProjHdr SampleHeader(const std::string& base, bool protect) {
     h.FlagE = 5;
     h.FlagF = 0;
     h.FlagG = 7;
-    h.FlagH = 1;
+    h.HideNamesFlag = 1;
     h.KeySeed = "s33d";
-    h.FlagI = protect ? 1 : 0;
+    h.ProtectionFlag = protect ? 1 : 0;
     h.Text4 = "four";
     h.Integer = -99;
     h.Pairs = {{"k1", "v1"}, {"", "v2"}};
@@ -165,8 +166,8 @@ void ExpectSameHeader(const kv::TProjHdr& a, const kv::TProjHdr& b) {
     EXPECT_EQ(a.FlagA, b.FlagA);
     EXPECT_EQ(a.Number, b.Number);
     EXPECT_EQ(a.Text3, b.Text3);
-    EXPECT_EQ(std::vector<int>({a.FlagB, a.FlagC, a.FlagD, a.FlagE, a.FlagF, a.FlagG, a.FlagH, a.FlagI}),
-              std::vector<int>({b.FlagB, b.FlagC, b.FlagD, b.FlagE, b.FlagF, b.FlagG, b.FlagH, b.FlagI}));
+    EXPECT_EQ(std::vector<int>({a.FlagB, a.FlagC, a.FlagD, a.FlagE, a.FlagF, a.FlagG, a.HideNamesFlag, a.ProtectionFlag}),
+              std::vector<int>({b.FlagB, b.FlagC, b.FlagD, b.FlagE, b.FlagF, b.FlagG, b.HideNamesFlag, b.ProtectionFlag}));
     EXPECT_EQ(a.KeySeed, b.KeySeed);
     EXPECT_EQ(a.Text4, b.Text4);
     EXPECT_EQ(a.Integer, b.Integer);
@@ -181,13 +182,13 @@ TEST(CatalogueProjHdr, SaveAndLoadRoundTripPlainAndProtected) {
     cattest::SettingsGuard key("configured key");
     for (bool protect : {false, true}) {
         cattest::TempDir dir;
-        const kv::TProjHdr saved = SampleHeader(dir.Dir(), protect);
-        kv::TModels main(saved.BaseDir, "Main", saved.Folder), needs(saved.BaseDir, "Needs", saved.Folder);
+        const kv::TProjHdr saved = SampleHeader(dir.Dir(), protect, key);
+        kv::TModels main(saved.BaseDir, "Main", saved.Folder, key), needs(saved.BaseDir, "Needs", saved.Folder, key);
         FillLists(main, needs, saved);
         fs::create_directories(dir.Path() / "md_db4_Ann");
         saved.Save(main, needs);
 
-        kv::TProjHdr read(0, "Models.dat", "md_db4_Ann", dir.Dir());
+        kv::TProjHdr read(0, "Models.dat", "md_db4_Ann", dir.Dir(), key);
         kv::TModelLists lists = read.Load(true);
         ExpectSameHeader(saved, read);
         ASSERT_TRUE(lists.Main && lists.Needs);
@@ -205,7 +206,7 @@ TEST(CatalogueProjHdr, SaveAndLoadRoundTripPlainAndProtected) {
 
         // Saving what was read gives back a file that reads the same.
         read.Save(*lists.Main, *lists.Needs);
-        kv::TProjHdr again(0, "Models.dat", "md_db4_Ann", dir.Dir());
+        kv::TProjHdr again(0, "Models.dat", "md_db4_Ann", dir.Dir(), key);
         kv::TModelLists lists2 = again.Load(true);
         ExpectSameHeader(saved, again);
         EXPECT_EQ(lists2.Main->Count(), 4);
@@ -224,11 +225,11 @@ TEST(CatalogueProjHdr, ProtectedHeaderNeedsTheRightKey) {
         clientFile.Protected = true;
         clientFile.KeySeed = "seed";
         clientFile.Solutions = 2;
-        kv::WriteClientFolder(dir.Dir(), "md_db1_P", 0, clientFile);
+        kv::WriteClientFolder(dir.Dir(), "md_db1_P", 0, clientFile, key);
     }
     auto load = [&](const std::string& key, bool loadModels) {
         cattest::SettingsGuard guard(key);
-        kv::TProjHdr h(0, "Models.dat", "md_db1_P", dir.Dir());
+        kv::TProjHdr h(0, "Models.dat", "md_db1_P", dir.Dir(), guard);
         kv::TModelLists lists = h.Load(loadModels);
         EXPECT_EQ(h.Text1, "Adviser");
         EXPECT_EQ(lists.Main->Get(1).Name, "Solution 2");
@@ -252,7 +253,8 @@ TEST(CatalogueProjHdr, SolutionRecordsThatDoNotDecipherNameTheFile) {
     std::vector<std::uint8_t> withRight, withOther;
     for (auto [key, bytes] : {std::pair{"right", &withRight}, std::pair{"other", &withOther}}) {
         cattest::SettingsGuard guard(key);
-        *bytes = cattest::ReadBytes(kv::WriteClientFolder(dir.Dir(), std::string("md_db1_") + key, 0, clientFile));
+        *bytes =
+            cattest::ReadBytes(kv::WriteClientFolder(dir.Dir(), std::string("md_db1_") + key, 0, clientFile, guard));
     }
     const std::size_t lists = 8 + 2 * kv::TModel::RecordSize + 8;   // "Main" with two records, empty "Needs"
     std::vector<std::uint8_t> spliced(withRight.begin(), withRight.end() - std::ptrdiff_t(lists));
@@ -260,7 +262,7 @@ TEST(CatalogueProjHdr, SolutionRecordsThatDoNotDecipherNameTheFile) {
     cattest::WriteBytes(dir.Path() / "md_db1_right" / "Models.dat", spliced);
 
     cattest::SettingsGuard guard("right");
-    kv::TProjHdr h(0, "Models.dat", "md_db1_right", dir.Dir());
+    kv::TProjHdr h(0, "Models.dat", "md_db1_right", dir.Dir(), guard);
     EXPECT_NO_THROW(h.LoadHeader());
     try {
         (void)h.Load(true);
@@ -276,11 +278,12 @@ TEST(CatalogueProjHdr, OptionalSectionsAreReadOnlyWhileTheFileLasts) {
         cattest::TempDir dir;
         kv::TProjHdr h = SampleHeader(dir.Dir(), false);
         h.TrailingSections = sections;
-        kv::TModels main(h.BaseDir, "Main", h.Folder), needs(h.BaseDir, "Needs", h.Folder);
+        kv::TModels main(h.BaseDir, "Main", h.Folder, kv::kDefaultLibrarySettings),
+            needs(h.BaseDir, "Needs", h.Folder, kv::kDefaultLibrarySettings);
         FillLists(main, needs, h);
         fs::create_directories(dir.Path() / "md_db4_Ann");
         h.Save(main, needs);
-        kv::TProjHdr r(0, "Models.dat", "md_db4_Ann", dir.Dir());
+        kv::TProjHdr r(0, "Models.dat", "md_db4_Ann", dir.Dir(), kv::kDefaultLibrarySettings);
         (void)r.Load(true);
         EXPECT_EQ(r.TrailingSections, sections);
         EXPECT_EQ(r.Pairs.size(), sections >= 1 ? 2u : 0u);
@@ -297,7 +300,7 @@ TEST(CatalogueProjHdr, LoadHeaderReadsOnlyTheTwoRecords) {
     Bytes b;
     b.Short("Only header\x01!").Str("").I32(0).I32(0x7FFFFFFF);
     cattest::WriteBytes(dir.Path() / "md_db1" / "Models.dat", b.b);
-    kv::TProjHdr h(0, "Models.dat", "md_db1", dir.Dir());
+    kv::TProjHdr h(0, "Models.dat", "md_db1", dir.Dir(), kv::kDefaultLibrarySettings);
     EXPECT_NO_THROW(h.LoadHeader());
     EXPECT_EQ(h.Name, "Only header");
     kv::TModelLists none = h.Load(false);
@@ -309,7 +312,7 @@ TEST(CatalogueProjHdr, LoadHeaderReadsOnlyTheTwoRecords) {
 TEST(CatalogueProjHdr, SaveRefusesBeforeTouchingTheFile) {
     cattest::SettingsGuard key("k");
     cattest::TempDir dir;
-    const std::string path = kv::WriteClientFolder(dir.Dir(), "md_db1", 0, kv::TClientFileSpec{});
+    const std::string path = kv::WriteClientFolder(dir.Dir(), "md_db1", 0, kv::TClientFileSpec{}, key);
     const auto before = cattest::ReadBytes(path);
     struct Case {
         std::string name, text1;
@@ -322,12 +325,12 @@ TEST(CatalogueProjHdr, SaveRefusesBeforeTouchingTheFile) {
         {"ok", "", true},                        // fine on its own, but the list below is not
     };
     for (const auto& c : cases) {
-        kv::TProjHdr h(0, "Models.dat", "md_db1", dir.Dir());
+        kv::TProjHdr h(0, "Models.dat", "md_db1", dir.Dir(), key);
         h.Name = c.name;
         h.ID = 1;
         h.Text1 = c.text1;
-        h.FlagI = c.protect ? 1 : 0;
-        kv::TModels main(h.BaseDir, "Main", h.Folder), needs(h.BaseDir, "Needs", h.Folder);
+        h.ProtectionFlag = c.protect ? 1 : 0;
+        kv::TModels main(h.BaseDir, "Main", h.Folder, key), needs(h.BaseDir, "Needs", h.Folder, key);
         needs.Enciphered = c.protect;
         kv::TModel e;
         e.Name2 = std::string(200, 'z');
@@ -340,7 +343,7 @@ TEST(CatalogueProjHdr, SaveRefusesBeforeTouchingTheFile) {
 
 TEST(CatalogueProjHdr, MissingFileIsAnInputOutputErrorNamingIt) {
     cattest::TempDir dir;
-    kv::TProjHdr h(2, "Models.dat", "qr_db1", dir.Dir());
+    kv::TProjHdr h(2, "Models.dat", "qr_db1", dir.Dir(), kv::kDefaultLibrarySettings);
     try {
         h.LoadHeader();
         FAIL();

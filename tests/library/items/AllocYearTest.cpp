@@ -11,7 +11,10 @@
 #include <vector>
 
 #include "KvErrors.h"
-#include "items/KvPTTools.h"
+#include "items/KvAllocationYears.h"
+#include "items/KvAssetSubClasses.h"
+#include "items/KvPortAllocation.h"
+#include "items/KvReturnStatistics.h"
 
 using kv::TLibAllocYear;
 

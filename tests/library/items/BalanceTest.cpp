@@ -13,7 +13,8 @@
 #include "BalanceFixture.h"
 #include "TestFiles.h"
 #include "files/KvFnBufFile.h"
-#include "items/KvfnBalance.h"
+#include "items/KvBalance.h"
+#include "KvSettings.h"
 #include "model/KvFnModelData.h"
 #include "parties/KvFnParty.h"
 
@@ -25,7 +26,7 @@ using Lay = ByteWriter;
 
 std::unique_ptr<kv::TModelData> ModelWithParties() {
     auto m = std::make_unique<kv::TModelData>(0, nullptr, nullptr, nullptr, nullptr, "/nonexistent/FinItems.dat",
-                                              nullptr);
+                                              nullptr, kv::kDefaultLibrarySettings);
     for (auto [id, first, last] : {std::tuple{1, "Anne", "Roy"}, std::tuple{2, "Marc", "Roy"}}) {
         auto p = kv::CreateParty(0, id, 1, 0);
         p->FirstName = first;

@@ -21,11 +21,9 @@ namespace {
 class Accounts : public ::testing::Test {
 protected:
     void SetUp() override {
-        saved = kv::ProgramSettings();
-        kv::ProgramSettings().CurrentYear = 2026;
-        kv::ProgramSettings().PlanningDate = 46000;
+        s.settings->CurrentYear = 2026;
+        s.settings->PlanningDate = 46000;
     }
-    void TearDown() override { kv::ProgramSettings() = saved; }
 
     // A raw record: no class of its own, so its properties are written as given.
     kv::TFinItem* Raw(kv::TFinItem* parent, std::int32_t entryID, std::int32_t id,
@@ -57,7 +55,6 @@ protected:
         return *t;
     }
 
-    kv::TProgramSettings saved;
     TempDir dir;
     Surroundings s{0, dir};
     std::string path = dir.File("FinItems.dat");
@@ -112,7 +109,7 @@ TEST_F(Accounts, SettingsSurviveASaveOfTheirOwn) {
     Raw(nullptr, D::CorpShares, 2, {"ShareClass=Class A", "ShareCount=100", "AsCommon=1"});
     Load();
     loaded->Save();
-    kv::TModelData again(0, nullptr, s.models.get(), s.models.get(), nullptr, path, s.entries.get());
+    kv::TModelData again(0, nullptr, s.models.get(), s.models.get(), nullptr, path, s.entries.get(), *s.settings);
     again.Load();
     auto& rrsp = dynamic_cast<kv::TRRSP&>(*again.Get(0));
     EXPECT_EQ(rrsp.RRSPType, 2);

@@ -8,7 +8,10 @@
 
 #include "KvErrors.h"
 #include "catalogue/KvIdentText.h"
-#include "items/KvPTTools.h"
+#include "items/KvAllocationYears.h"
+#include "items/KvAssetSubClasses.h"
+#include "items/KvPortAllocation.h"
+#include "items/KvReturnStatistics.h"
 
 namespace {
 

@@ -196,16 +196,13 @@ const Case kCases[] = {
     {"sequential, enciphered", false, 42969, true, true},
 };
 
-class FinItemsGolden : public ::testing::TestWithParam<Case> {
-protected:
-    void SetUp() override { kv::ProgramSettings().ClientFileKey = kConfiguredKey; }
-    void TearDown() override { kv::ProgramSettings().ClientFileKey.clear(); }
-};
+class FinItemsGolden : public ::testing::TestWithParam<Case> {};
 
 TEST_P(FinItemsGolden, ReadsEveryFieldAsLaidOut) {
     const Case& c = GetParam();
     TempDir dir;
     Surroundings s(0, dir);
+    s.settings->ClientFileKey = kConfiguredKey;
     s.entries->AddEntry(kValueEntry, 0, "Values", 1).Ints[0] = kv::kValueChildKind;
     s.models->Enciphered = c.flag;
     s.models->KeySeed = kKeySeed;
@@ -316,6 +313,7 @@ TEST_P(FinItemsGolden, SavesWhatItRead) {
     const Case& c = GetParam();
     TempDir dir;
     Surroundings s(0, dir);
+    s.settings->ClientFileKey = kConfiguredKey;
     s.entries->AddEntry(kValueEntry, 0, "Values", 1).Ints[0] = kv::kValueChildKind;
     s.models->Enciphered = c.flag;
     s.models->KeySeed = kKeySeed;

@@ -103,8 +103,8 @@ TEST(SettingsAsRead, DefaultsAbsentOrPresentAreSavedAsStored) {
         m->Save();
     }
     const auto stored = ReadBytes(path);
-    kv::ProgramSettings().PlanningDate = 46000.5;
-    kv::ProgramSettings().DefaultFeesTaxDeductible = 1;
+    s.settings->PlanningDate = 46000.5;
+    s.settings->DefaultFeesTaxDeductible = 1;
     auto m = s.NewModel(0, path);
     m->Load();
     for (std::size_t i = 0; i < std::size(cases); ++i) {
@@ -112,8 +112,6 @@ TEST(SettingsAsRead, DefaultsAbsentOrPresentAreSavedAsStored) {
         EXPECT_EQ(m->Get(int(2 * i + 1))->SpecProps.Lines(), cases[i].defaults);
     }
     m->Save();
-    kv::ProgramSettings().PlanningDate = 0;
-    kv::ProgramSettings().DefaultFeesTaxDeductible = 0;
     EXPECT_EQ(ReadBytes(path), stored);
 }
 
@@ -154,8 +152,6 @@ TEST(SettingsAsRead, SavingWritesWhatTheProgramChanged) {
 
 class ModelFile : public ::testing::Test {
 protected:
-    void SetUp() override { kv::ProgramSettings().ClientFileKey.clear(); }
-    void TearDown() override { kv::ProgramSettings().ClientFileKey.clear(); }
     std::unique_ptr<kv::TModelData> Saved(std::uint8_t kind, kv::TFileLayout layout, std::int32_t version) {
         auto m = s.NewModel(kind, path);
         FillEveryRecord(*m, *s.entries);
@@ -203,7 +199,7 @@ TEST_F(ModelFile, ManySmallestItemsLoadInBothLayouts) {
 TEST_F(ModelFile, NamesAreEncipheredFromTheirVersionOn) {
     s.models->Enciphered = true;
     s.models->KeySeed = "seed-42";
-    kv::ProgramSettings().ClientFileKey = "office key";
+    s.settings->ClientFileKey = "office key";
 
     Saved(0, kv::TFileLayout::Sectioned, 42968);
     EXPECT_TRUE(Contains(ReadBytes(path), "Joint account"));
@@ -215,9 +211,9 @@ TEST_F(ModelFile, NamesAreEncipheredFromTheirVersionOn) {
         EXPECT_FALSE(Contains(bytes, plain)) << plain;
     EXPECT_EQ(Dump(*Loaded()), Dump(*m));
 
-    kv::ProgramSettings().ClientFileKey = "wrong key";
+    s.settings->ClientFileKey = "wrong key";
     EXPECT_THROW(Loaded(), kv::EInvalidData);
-    kv::ProgramSettings().ClientFileKey.clear();
+    s.settings->ClientFileKey.clear();
     EXPECT_THROW(Loaded(), kv::EKeyMissing);
 }
 

@@ -20,8 +20,6 @@ struct Owner {
 
 class Ownership : public ::testing::Test {
 protected:
-    void TearDown() override { kv::ProgramSettings().AnyParty = false; }
-
     void Party(std::int32_t id, std::uint8_t role, std::uint8_t type = 0, std::int32_t benefKey = 0) {
         auto p = kv::CreateParty(kind, id, role, type);
         p->LastName = "Party " + std::to_string(id);
@@ -161,10 +159,10 @@ TEST_F(Ownership, ListTestSwitches) {
         {2, 3, true, false, false, true},
     };
     for (const Case& c : cases)
-        EXPECT_EQ(kv::ListOwnedBy(list(c.item), c.party, c.whole, c.joint, c.bit1), c.want)
+        EXPECT_EQ(kv::ListOwnedBy(list(c.item), c.party, c.whole, c.joint, c.bit1, *s.settings), c.want)
             << "item " << c.item << " party " << c.party;
-    kv::ProgramSettings().AnyParty = true;
-    EXPECT_TRUE(kv::ListOwnedBy(list(0), -1, false, false, false));
+    s.settings->AnyParty = true;
+    EXPECT_TRUE(kv::ListOwnedBy(list(0), -1, false, false, false, *s.settings));
 }
 
 TEST_F(Ownership, CommonSharesFraction) {

@@ -66,17 +66,13 @@ protected:
         std::error_code ec;
         fs::remove_all(tmp_, ec);
     }
-    void SetUp() override {
-        saved_ = kv::ProgramSettings();
-        kv::ProgramSettings().ClientFileKey = tessary::kDemoClientKey;
-    }
-    void TearDown() override { kv::ProgramSettings() = saved_; }
-
     // The import as the dialog and the command line run it.
     static std::unique_ptr<tessary::TImportSession> Session(const std::string& product, const std::string& file,
                                                             const std::string& solution) {
+        kv::TLibrarySettings settings = tessary::TodaysLibrarySettings();
+        settings.ClientFileKey = tessary::kDemoClientKey;
         auto session = std::make_unique<tessary::TImportSession>(
-            tessary::TFolderOverrides{QString::fromStdString(root_.string()), {}, {}});
+            tessary::TFolderOverrides{QString::fromStdString(root_.string()), {}, {}}, settings);
         session->ChooseProduct(KindOf(product));
         session->ChooseFile(session->FindFile(QString::fromStdString(file)));
         session->ChooseSolution(session->FindSolution(QString::fromStdString(solution)));
@@ -94,7 +90,6 @@ protected:
         return nullptr;
     }
 
-    kv::TProgramSettings saved_;
     static inline std::string tmp_;
     static inline fs::path root_;
 };
@@ -248,7 +243,6 @@ TEST_F(DemoData, WritesOnlyIntoAMissingOrEmptyFolder) {
         fs::create_directories(root.parent_path());
         if (c.Prepare) c.Prepare(root);
         const auto before = Snapshot(root);
-        kv::ProgramSettings().ClientFileKey = "adviser-key";
         if (c.Writes) {
             EXPECT_NO_THROW(tessary::WriteDemoData(root.string())) << c.Name;
             EXPECT_EQ(Listing(root), Listing(root_)) << c.Name;
@@ -256,7 +250,6 @@ TEST_F(DemoData, WritesOnlyIntoAMissingOrEmptyFolder) {
             EXPECT_THROW(tessary::WriteDemoData(root.string()), kv::EKvError) << c.Name;
             EXPECT_EQ(Snapshot(root), before) << c.Name;
         }
-        EXPECT_EQ(kv::ProgramSettings().ClientFileKey, "adviser-key") << c.Name;
     }
     EXPECT_THROW(tessary::WriteDemoData(""), kv::EKvError);
     std::error_code ec;

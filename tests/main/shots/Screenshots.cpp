@@ -62,12 +62,14 @@ int main(int argc, char** argv) {
         QTemporaryDir root;
         const QString demo = root.path() + "/demo";
         WriteDemoData(QFile::encodeName(demo).toStdString());
-        ApplyClientKey(QString::fromLatin1(kDemoClientKey));
+        kv::TLibrarySettings settings = TodaysLibrarySettings();
+        ApplyClientKey(settings, QString::fromLatin1(kDemoClientKey));
 
         TForm1 form;
         TFolderOverrides folders;
         folders.DataRoot = demo;
         form.SetImportFolders(folders);
+        form.SetImportSettings(settings);
         form.LoadInputs({}, ReadWholeFile(QString::fromLocal8Bit(argv[2])));
         form.show();
         if (!QTest::qWaitForWindowExposed(&form)) throw std::runtime_error("the window was not shown");
@@ -91,7 +93,7 @@ int main(int argc, char** argv) {
 
         // Without a key the protected file is listed last, locked, and says why.
         qunsetenv("TESSARY_CLIENT_KEY");
-        ApplyClientKey(QString());
+        form.SetImportSettings(TodaysLibrarySettings());
         Import(form, [&](TdlgFromFile& d) {
             d.fileCombo->setCurrentIndex(d.fileCombo->count() - 1);
             emit d.fileCombo->activated(d.fileCombo->count() - 1);

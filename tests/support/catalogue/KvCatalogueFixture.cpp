@@ -41,23 +41,23 @@ void Fill(TModels& list, const TProjHdr& hdr, int count, const std::string& pref
 } // namespace
 
 std::string WriteClientFolder(const std::string& baseDir, const std::string& folder, std::uint8_t kind,
-                              const TClientFileSpec& clientFile) {
-    TProjHdr hdr(kind, ModelsFileName, folder, baseDir);
+                              const TClientFileSpec& clientFile, const TLibrarySettings& settings) {
+    TProjHdr hdr(kind, ModelsFileName, folder, baseDir, settings);
     hdr.Name = clientFile.Name;
     hdr.ID = clientFile.ID;
     hdr.Date = clientFile.Date;
     hdr.Text1 = "Adviser";
     hdr.Text2 = "Office";
-    hdr.FlagH = clientFile.HideNames ? 1 : 0;
-    hdr.FlagI = clientFile.Protected ? 1 : 0;
+    hdr.HideNamesFlag = clientFile.HideNames ? 1 : 0;
+    hdr.ProtectionFlag = clientFile.Protected ? 1 : 0;
     hdr.KeySeed = clientFile.KeySeed;
     if (clientFile.TrailingSections) {
         hdr.ReportSettings = {"Portrait", "Letter", "1", "1", "0", "Arial", "10", "", "", "", "1"};
     } else {
         hdr.TrailingSections = 0;
     }
-    TModels main(hdr.BaseDir, "Main", hdr.Folder);
-    TModels needs(hdr.BaseDir, "Needs", hdr.Folder);
+    TModels main(hdr.BaseDir, "Main", hdr.Folder, settings);
+    TModels needs(hdr.BaseDir, "Needs", hdr.Folder, settings);
     Fill(main, hdr, clientFile.Solutions, clientFile.SolutionPrefix);
     Fill(needs, hdr, clientFile.NeedsSolutions, "Needs ");
     MakeDir(hdr.BaseDir + hdr.Folder);

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <string>
 
+#include "KvSettings.h"
+
 namespace kv {
 
 struct TClientFileSpec {
@@ -24,8 +26,9 @@ struct TClientFileSpec {
 // Writes <baseDir>/<folder>/Models.dat for the given product kind and creates
 // the folders of every solution (Main, Main1, ..., Needs, Needs1, ...). Creates
 // baseDir/folder when missing. Returns the header file's path. A protected
-// client file needs a configured client-file key (EKeyMissing otherwise).
+// client file needs a client-file key in the settings (EKeyMissing otherwise).
 std::string WriteClientFolder(const std::string& baseDir, const std::string& folder, std::uint8_t kind,
-                              const TClientFileSpec& clientFile);
+                              const TClientFileSpec& clientFile,
+                              const TLibrarySettings& settings = kDefaultLibrarySettings);
 
 } // namespace kv

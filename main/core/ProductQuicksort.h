@@ -1,5 +1,6 @@
-// The two quicksorts of the original list classes. Where the original leaves
-// the order of equal keys open, these reproduce the order it produced.
+// The products' own quicksort order for equal keys: the two quicksorts of
+// the original list classes. Where the original leaves the order of equal keys
+// open, these reproduce the order it produced.
 //
 // Crafted keys can drive either quicksort quadratic (and its recursion as deep
 // as the list is long). Each partition therefore spends one unit of a depth

@@ -19,7 +19,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "decl/KvFnDecl.h"
+#include "decl/KvValueLists.h"
 
 namespace kv {
 
@@ -37,13 +37,13 @@ double DateOfYear(std::int32_t year);
 struct TAccountVal {
     std::int32_t EntryID = 0;
     double Value = 0;
-    double Value2 = -1;          // -1: not set
+    double Value2 = -1;          // unnamed in the file format, kept to be written back; -1: not set
 };
 
 struct TFinItemVal {
     std::int32_t ItemID = 0;
     double Value = 0;
-    std::int32_t Int2 = 0;
+    std::int32_t Int2 = 0;       // unnamed in the file format; kept to be written back
 };
 
 class TAccountDate {

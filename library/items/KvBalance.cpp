@@ -1,4 +1,4 @@
-#include "items/KvfnBalance.h"
+#include "items/KvBalance.h"
 
 #include <algorithm>
 #include <climits>
@@ -7,6 +7,7 @@
 #include <set>
 
 #include "KvErrors.h"
+#include "decl/KvDayNumbers.h"
 #include "decl/KvModelFormat.h"
 #include "files/KvFnBufFile.h"
 #include "items/KvFnFinItems.h"
@@ -16,30 +17,9 @@ namespace kv {
 
 namespace {
 
-constexpr std::int64_t kUnixEpochDay = 25569;
 // 1 January of year 1 and 31 December 9999 as day counts.
 constexpr double kFirstDay = -693593;
 constexpr double kLastDay = 2958465;
-
-std::int64_t DaysFromCivil(std::int64_t y, unsigned m, unsigned d) {
-    y -= m <= 2;
-    const std::int64_t era = (y >= 0 ? y : y - 399) / 400;
-    const unsigned yoe = static_cast<unsigned>(y - era * 400);
-    const unsigned doy = (153 * (m > 2 ? m - 3 : m + 9) + 2) / 5 + d - 1;
-    const unsigned doe = yoe * 365 + yoe / 4 - yoe / 100 + doy;
-    return era * 146097 + static_cast<std::int64_t>(doe) - 719468;
-}
-
-std::int64_t YearFromDays(std::int64_t z) {
-    z += 719468;
-    const std::int64_t era = (z >= 0 ? z : z - 146096) / 146097;
-    const unsigned doe = static_cast<unsigned>(z - era * 146097);
-    const unsigned yoe = (doe - doe / 1460 + doe / 36524 - doe / 146096) / 365;
-    const unsigned doy = doe - (365 * yoe + yoe / 4 - yoe / 100);
-    const unsigned mp = (5 * doy + 2) / 153;
-    const unsigned m = mp < 10 ? mp + 3 : mp - 9;
-    return static_cast<std::int64_t>(yoe) + era * 400 + (m <= 2);
-}
 
 using L = TBalanceListKind;
 
@@ -116,12 +96,12 @@ std::string Num(double v) { return FloatToModelText(v); }
 
 std::int32_t YearOfDate(double date) {
     if (!std::isfinite(date) || date < kFirstDay || date >= kLastDay + 1) return 0;
-    return static_cast<std::int32_t>(YearFromDays(static_cast<std::int64_t>(std::floor(date)) - kUnixEpochDay));
+    return static_cast<std::int32_t>(DateOfDayNumber(static_cast<std::int64_t>(std::floor(date))).Year);
 }
 
 double DateOfYear(std::int32_t year) {
     const std::int32_t y = std::clamp<std::int32_t>(year, 1, 9999);
-    return double(DaysFromCivil(y, 1, 1) + kUnixEpochDay);
+    return double(DayNumberOfDate(y, 1, 1));
 }
 
 const std::array<TBalanceListInfo, kBalanceListCount>& BalanceLists() { return kLists; }

@@ -1,4 +1,4 @@
-#include "decl/KvFnDecl.h"
+#include "decl/KvValueLists.h"
 
 #include "KvErrors.h"
 #include "decl/KvModelFormat.h"

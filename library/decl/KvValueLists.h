@@ -145,6 +145,7 @@ public:
     void AddVals(const TIndDblList* Other, int Sign);
 
     double Total() const;
+    // Whether some value is non-zero ("NonZiro" is the library's own spelling).
     // Values within [-1, 1] count as zero: a tolerance of one currency unit.
     bool HasNonZiroValues() const;
     bool HasNonZiroValuesFromIndex(int32_t Ind) const;
