@@ -190,7 +190,15 @@ INSTANTIATE_TEST_SUITE_P(
                  {{1, 100}},
                  {{1, "Short-Term Fixed", 20}, {0, "(none)", 0}, {2, "Mid/Long-Term Fixed", 80}},
                  3, 4,
-                 {{0, 2, "Short-Term Fixed"}, {0, 3, {}}, {2, 2, 20.0}, {2, 3, 80.0}}}),
+                 {{0, 2, "Short-Term Fixed"}, {0, 3, {}}, {2, 2, 20.0}, {2, 3, 80.0}}},
+        // A NaN amount passes the "above zero" test and makes a record.
+        CalcCase{"NaNAmountCountsAsPositive", {{1, kNaN}}, {{1, "Short-Term Fixed", 100}}, 3, 3, {{1, 2, kNaN}}},
+        // Infinite money is written as it comes; inf - inf is left for the rest.
+        CalcCase{"InfiniteAmountWritesAsItComes",
+                 {{1, kInf}},
+                 {{3, "Equities Canada", 50}, {1, "Short-Term Fixed", 50}},
+                 3, 4,
+                 {{2, 2, kInf}, {2, 3, kNaN}}}),
     [](const auto& info) { return std::string(info.param.name); });
 
 TEST(Calculation, EmptyRowsAreDeletedFromBothInputGrids) {
@@ -223,24 +231,6 @@ TEST(Calculation, ResultGridIsNeverClearedBetweenRuns) {
     EXPECT_EQ(res.RowCount(), 3);
     res.SetRowCount(4);
     EXPECT_TRUE(res.Cell(1, 3).IsEmpty());
-}
-
-TEST(Calculation, NaNAmountCountsAsPositive) {
-    TGrid acc = Accounts({{1, std::nan("")}});
-    TGrid cls = Classes({{1, "Short-Term Fixed", 100}});
-    TGrid res = MakeResultGrid();
-    CalculateAllocation(acc, cls, res, kDesignAddAccWidth);
-    EXPECT_EQ(res.ColCount(), 3);   // the NaN part made a record
-    EXPECT_TRUE(std::isnan(res.Float(1, 2)));
-}
-
-TEST(Calculation, InfiniteAmountsWriteAsTheyCome) {
-    TGrid acc = Accounts({{1, kInf}});
-    TGrid cls = Classes({{3, "Equities Canada", 50}, {1, "Short-Term Fixed", 50}});
-    TGrid res = MakeResultGrid();
-    CalculateAllocation(acc, cls, res, kDesignAddAccWidth);
-    EXPECT_EQ(res.Float(2, 2), kInf);
-    EXPECT_TRUE(std::isnan(res.Float(2, 3)));   // inf - inf is left for the rest
 }
 
 TEST(Calculation, ColumnWidthsFollowTheButtonWidthHalvesToEven) {
