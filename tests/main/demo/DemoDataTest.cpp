@@ -4,13 +4,14 @@
 
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <map>
 #include <set>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "KvErrors.h"
+#include "TestFiles.h"
 #include "KvSettings.h"
 #include "demo/DemoData.h"
 #include "import/ImportSession.h"
@@ -22,24 +23,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string MakeTempDir() {
-    char tmpl[] = "/tmp/tessary-demo-XXXXXX";
-    const char* made = mkdtemp(tmpl);
-    if (!made) throw std::runtime_error("mkdtemp failed");
-    return made;
-}
-
 std::set<std::string> Listing(const fs::path& dir) {
     std::set<std::string> names;
     for (const auto& e : fs::directory_iterator(dir)) names.insert(e.path().filename().string());
     return names;
-}
-
-std::string ReadAll(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream s;
-    s << in.rdbuf();
-    return s.str();
 }
 
 std::uint8_t KindOf(const std::string& product) {
@@ -49,14 +36,11 @@ std::uint8_t KindOf(const std::string& product) {
 class DemoData : public ::testing::Test {
 protected:
     static void SetUpTestSuite() {
-        tmp_ = MakeTempDir();
-        root_ = fs::path(tmp_) / "demo";
+        tmp_ = std::make_unique<kvtest::TempDir>();
+        root_ = tmp_->Path() / "demo";
         tessary::WriteDemoData(root_.string());
     }
-    static void TearDownTestSuite() {
-        std::error_code ec;
-        fs::remove_all(tmp_, ec);
-    }
+    static void TearDownTestSuite() { tmp_.reset(); }
     void SetUp() override {
         saved_ = kv::ProgramSettings();
         kv::ProgramSettings().ClientFileKey = tessary::kDemoClientKey;
@@ -81,7 +65,7 @@ protected:
     }
 
     kv::TProgramSettings saved_;
-    static inline std::string tmp_;
+    static inline std::unique_ptr<kvtest::TempDir> tmp_;
     static inline fs::path root_;
 };
 
@@ -111,7 +95,8 @@ TEST_F(DemoData, LayoutsAndVersions) {
         EXPECT_EQ(m.NamesEncrypted(), c.NamesEncrypted) << c.File;
         // Party names are stored enciphered exactly when the model enciphers.
         const std::string name = kv::Utf8ToAnsi(m.Participants().front()->LastName);
-        EXPECT_EQ(ReadAll(m.Path()).find(name) == std::string::npos, c.NamesEncrypted) << c.File << " " << name;
+        const kvtest::Bytes file = kvtest::ReadBytes(m.Path());
+        EXPECT_EQ(std::string(file.begin(), file.end()).find(name) == std::string::npos, c.NamesEncrypted) << c.File << " " << name;
     }
 }
 
@@ -166,21 +151,16 @@ const RootCase kRoots[] = {
 };
 
 std::map<std::string, std::string> Snapshot(const fs::path& root) {
-    std::map<std::string, std::string> files;
-    if (fs::is_regular_file(root)) {
-        files[""] = ReadAll(root);
-    } else if (fs::is_directory(root)) {
-        for (const auto& e : fs::recursive_directory_iterator(root))
-            files[fs::relative(e.path(), root).string()] = e.is_regular_file() ? ReadAll(e.path()) : "<dir>";
-    }
-    return files;
+    if (fs::is_directory(root)) return kvtest::TreeDigest(root);
+    const kvtest::Bytes file = kvtest::ReadBytes(root);   // a missing root reads as no bytes
+    return {{"", std::string(file.begin(), file.end())}};
 }
 
 TEST_F(DemoData, WritesOnlyIntoAMissingOrEmptyFolder) {
-    const std::string tmp = MakeTempDir();
+    const kvtest::TempDir tmp;
     int n = 0;
     for (const RootCase& c : kRoots) {
-        const fs::path root = fs::path(tmp) / ("case" + std::to_string(n++)) / "demo";
+        const fs::path root = tmp.Path() / ("case" + std::to_string(n++)) / "demo";
         fs::create_directories(root.parent_path());
         if (c.Prepare) c.Prepare(root);
         const auto before = Snapshot(root);
@@ -195,8 +175,6 @@ TEST_F(DemoData, WritesOnlyIntoAMissingOrEmptyFolder) {
         EXPECT_EQ(kv::ProgramSettings().ClientFileKey, "adviser-key") << c.Name;
     }
     EXPECT_THROW(tessary::WriteDemoData(""), kv::EKvError);
-    std::error_code ec;
-    fs::remove_all(tmp, ec);
 }
 
 } // namespace
