@@ -87,8 +87,6 @@ TEST_F(WorksheetWindow, SaveNewOpenRoundTripAndTheUnsavedMark) {
     EXPECT_EQ(form->Document().CurrentFile(), Path("client.tessary"));
     EXPECT_FALSE(form->Document().IsModified());
     EXPECT_EQ(Named<QLabel>(form.get(), "lblCaptionBar")->text(), "client.tessary - Tessary");
-    EXPECT_EQ(WorksheetToJson(ReadWorksheet(Path("client.tessary")).accounts, form->Classes(), form->Result()),
-              before);
 
     form->Document().actNewClick();
     EXPECT_EQ(asked, 0);   // nothing unsaved
