@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
-#include <QCryptographicHash>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
@@ -16,6 +15,7 @@
 #include <QTemporaryDir>
 #include <map>
 
+#include "TestFiles.h"
 #include "cli/Commands.h"
 #include "demo/DemoData.h"
 
@@ -32,19 +32,9 @@ CliOutput RunDemo(QStringList args) {
     return RunCli(args);
 }
 
-// Every file under a folder with the hash of its bytes: what "nothing written" compares.
-std::map<QString, QByteArray> Snapshot(const QString& dir) {
-    std::map<QString, QByteArray> files;
-    QDirIterator it(dir, QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden, QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        const QString path = it.next();
-        QFile f(path);
-        QByteArray hash = "dir";
-        if (it.fileInfo().isFile() && f.open(QIODevice::ReadOnly))
-            hash = QCryptographicHash::hash(f.readAll(), QCryptographicHash::Sha256);
-        files[QDir(dir).relativeFilePath(path)] = hash;
-    }
-    return files;
+// Every file under a folder with its bytes: what "nothing written" compares.
+std::map<std::string, std::string> Snapshot(const QString& dir) {
+    return kvtest::TreeDigest(QFile::encodeName(dir).toStdString());
 }
 
 struct TDocRow {
