@@ -49,6 +49,12 @@ TGrid Classes(const std::vector<Cls>& rows) {
     return g;
 }
 
+TGrid Calculated(std::vector<Acc> accounts, std::vector<Cls> classes, int buttonWidth = kDesignAddAccWidth) {
+    TGrid acc = Accounts(accounts), cls = Classes(classes), res = MakeResultGrid();
+    CalculateAllocation(acc, cls, res, buttonWidth);
+    return res;
+}
+
 // Expected cell: a text, a float (compared to 1e-9 relative), NaN, or empty.
 struct Want {
     int col, row;
@@ -90,10 +96,7 @@ class CalculationTable : public ::testing::TestWithParam<CalcCase> {};
 
 TEST_P(CalculationTable, ResultGrid) {
     const CalcCase& c = GetParam();
-    TGrid acc = Accounts(c.accounts);
-    TGrid cls = Classes(c.classes);
-    TGrid res = MakeResultGrid();
-    CalculateAllocation(acc, cls, res, kDesignAddAccWidth);
+    const TGrid res = Calculated(c.accounts, c.classes);
     EXPECT_EQ(res.ColCount(), c.wantCols);
     EXPECT_EQ(res.RowCount(), c.wantRows);
     for (const auto& w : c.cells) ExpectCell(res, w, c.name);
@@ -236,20 +239,14 @@ TEST(Calculation, ResultGridIsNeverClearedBetweenRuns) {
 TEST(Calculation, ColumnWidthsFollowTheButtonWidthHalvesToEven) {
     struct Case { int width, pct, value; };
     for (const Case& c : {Case{30, 25, 60}, Case{45, 38, 90}, Case{33, 28, 66}, Case{27, 22, 54}, Case{0, 0, 0}}) {
-        TGrid acc = Accounts({{1, 10}});
-        TGrid cls = Classes({{1, "Short-Term Fixed", 100}});
-        TGrid res = MakeResultGrid();
-        CalculateAllocation(acc, cls, res, c.width);
+        const TGrid res = Calculated({{1, 10}}, {{1, "Short-Term Fixed", 100}}, c.width);
         EXPECT_EQ(res.ColWidth(1), c.pct) << "button width " << c.width;
         EXPECT_EQ(res.ColWidth(2), c.value) << "button width " << c.width;
     }
 }
 
 TEST(Calculation, HeaderMergedOverItsColumnPair) {
-    TGrid acc = Accounts({{1, 10, 10}});
-    TGrid cls = Classes({{1, "Short-Term Fixed", 100}});
-    TGrid res = MakeResultGrid();
-    CalculateAllocation(acc, cls, res, kDesignAddAccWidth);
+    const TGrid res = Calculated({{1, 10, 10}}, {{1, "Short-Term Fixed", 100}});
     const TMerge* m = res.MergeAt(4, 0);
     ASSERT_NE(m, nullptr);
     EXPECT_EQ(m->col, 3);
