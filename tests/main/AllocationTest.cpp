@@ -273,17 +273,4 @@ TEST(ColumnPosition, RankAmongDistinctCodes) {
     EXPECT_EQ(ColumnPosition(2000000000, list), 4);
 }
 
-TEST(SortWorkingList, OrdersByKeyAndReversesEqualRunsLikeTheOriginal) {
-    // The walk adds records from the last grid row up; the original's
-    // quicksort brings equal codes back into grid order.
-    auto list = Entries({{4, 3}, {4, 2}, {4, 1}});
-    SortWorkingList(list);
-    EXPECT_EQ(list[0].rec.Amount, 1);
-    EXPECT_EQ(list[2].rec.Amount, 3);
-
-    auto mixed = Entries({{7, 0}, {5, 1}, {3, 2}, {2, 3}, {1, 4}, {4, 5}, {6, 6}});
-    SortWorkingList(mixed);
-    for (std::size_t i = 0; i < mixed.size(); ++i) EXPECT_EQ(mixed[i].rec.AccType, static_cast<int>(i + 1));
-}
-
 } // namespace
