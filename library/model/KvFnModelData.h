@@ -13,6 +13,8 @@
 
 #include "items/KvFnFinItems.h"
 #include "parties/KvFnParty.h"
+#include "model/KvModelMessages.h"
+#include "parties/KvPartyLists.h"
 
 namespace kv {
 
@@ -60,6 +62,20 @@ struct TResidenceRecord {        // section 9
     std::int32_t ID = 0;
     std::string Name;
     double Value = 0;
+};
+
+class TResidenceList : public std::vector<TResidenceRecord> {
+public:
+    const TResidenceRecord* FindByID(std::int32_t id) const {
+        for (const TResidenceRecord& r : *this)
+            if (r.ID == id) return &r;
+        return nullptr;
+    }
+    double Total() const {
+        double t = 0;
+        for (const TResidenceRecord& r : *this) t += r.Value;
+        return t;
+    }
 };
 
 // The planning strategy's record (section 7): name=value texts. The class
@@ -165,7 +181,7 @@ public:
     std::vector<std::string> Texts;            // section 6, name=value lines
     std::vector<TTypedRecord> TypedRecords;
     std::vector<std::vector<TSmallRecord>> SmallLists;   // up to three
-    std::vector<TResidenceRecord> Residences;
+    TResidenceList Residences;
     std::array<std::uint8_t, kSettingsBlockSize> SettingsBlock{};
 
     // Settings taken from the section 6 texts ("CGRate", "GovInflRate", ...):
@@ -220,7 +236,7 @@ private:
     TEntries* entries_;
     bool namesEncrypted_ = false;
     std::unique_ptr<TStrategy> strategy_;
-    std::vector<std::unique_ptr<TParticipant>> participants_;
+    TParticipantList participants_;
     std::unordered_map<std::int32_t, TParticipant*> participantIndex_;   // first party of an identifier
     TFinItemList items_;
     std::int32_t highestItemID_ = 0;
