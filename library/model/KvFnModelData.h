@@ -13,6 +13,7 @@
 
 #include "items/KvFnFinItems.h"
 #include "parties/KvFnParty.h"
+#include "decl/KvYearsArray.h"
 #include "model/KvModelMessages.h"
 #include "parties/KvPartyLists.h"
 
@@ -247,6 +248,22 @@ private:
     // chart lacked took its byte alone); null for a model never read.
     std::optional<std::vector<std::uint8_t>> groupRecords_;
     int smallListsRead_ = -1;   // lists section 8 held; -1 for a model never read
+
+public:
+    TMdMsgList Messages;
+    void ClearMessages() { Messages.clear(); }
+    void ClearToDo() { ToDo.clear(); }
+    // The party linked to that party of another client file, or null.
+    TParticipant* GetParticipantByUID(const TUIDLink& link) const { return participants_.ByUID(link); }
+    // The principal person's identifier, -1 without one.
+    std::int32_t PrincPartyID() const;
+    // Two persons of role 1 (the client and a partner): a child has a second parent.
+    bool SecondParentExists() const;
+    // The last life-expectancy year of the real parties, 0 without any.
+    std::int32_t MaxLifeExpX() const { return participants_.MaxLifeExpYear(); }
+    // Per-year values and (year, amount) lists of the model's calculations.
+    TValueOverTime Series[2];
+    TIndDblList YearLists[2];
 };
 
 } // namespace kv
