@@ -7,7 +7,7 @@ namespace kv {
 double TValueOverTime::ValueIn(std::int32_t year) const {
     const std::int32_t at = changes_.IndOfNearest(year);
     // IndOfNearest answers -1 both for "none" and for a setting of year -1.
-    if (at == -1 && !changes_.ValueExists(-1)) return Initial;
+    if (at == -1 && !(year >= -1 && changes_.ValueExists(-1))) return Initial;
     return changes_.GetVal(at);
 }
 

@@ -157,6 +157,8 @@ TEST_F(Accounts, MinimumWithdrawalRates) {
     Raw(nullptr, D::RRSP, 7, {"ConvertToType=3"});
     Raw(nullptr, D::LIRA, 8, {"AnnuityWithdraw=1", "AnnuityYear=2030"});
     Raw(nullptr, D::RRSP, 9, {"AnnuityWithdraw=1", "AnnuityYear=2030"});
+    Raw(nullptr, D::RRSP, 10, {"OwnerID=1", "WDSTART=2030"});
+    Raw(nullptr, D::RRSP, 11, {"WDSTART=2030"});                // no owner: the start year does not hold it back
     Load();
     auto rate = [&](int i, int age, int year) { return dynamic_cast<kv::TRetPlan&>(*loaded->Get(i)).CalcWDMinRate(age, year); };
     struct Case { int item, age, year; double want; };
@@ -169,6 +171,7 @@ TEST_F(Accounts, MinimumWithdrawalRates) {
         {4, 70, 2029, 0},        {4, 70, 2030, 0.05},
         {5, 67, 2026, 0.0435},   {6, 67, 2026, 1.0 / 23},
         {7, 71, 2030, 0},        {8, 71, 2030, 0.0528},   // the annuity test is the LRIF's alone
+        {9, 70, 2029, 0},        {9, 70, 2030, 0.05},     {10, 70, 2029, 0.05},
     };
     for (const Case& c : cases) EXPECT_DOUBLE_EQ(rate(c.item, c.age, c.year), c.want) << c.item << " at " << c.age << " in " << c.year;
 }
