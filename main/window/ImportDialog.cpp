@@ -32,7 +32,7 @@ int Scaled(double v, double zoom) { return static_cast<int>(std::lround(v * zoom
 } // namespace
 
 TdlgFromFile::TdlgFromFile(TFolderOverrides folders, double zoom, QWidget* parent)
-    : QDialog(parent, Qt::Dialog | Qt::FramelessWindowHint), session_(std::move(folders)), zoom_(zoom) {
+    : TdlgMsg(mbYes | mbNo, parent, Qt::Dialog | Qt::FramelessWindowHint), session_(std::move(folders)), zoom_(zoom) {
     setObjectName(QStringLiteral("dlgFromFile"));
     setWindowTitle(tr("Select File"));
     setModal(true);
@@ -102,7 +102,7 @@ TdlgFromFile::TdlgFromFile(TFolderOverrides folders, double zoom, QWidget* paren
     connect(fileCombo, &QComboBox::activated, this, &TdlgFromFile::cmbFileChange);
     connect(solutionCombo, &QComboBox::activated, this, &TdlgFromFile::cmbSolutionChange);
     connect(okButton, &QPushButton::clicked, this, &TdlgFromFile::hbtYesClick);
-    connect(cancelButton, &QPushButton::clicked, this, &QDialog::reject);
+    connect(cancelButton, &QPushButton::clicked, this, &TdlgMsg::CancelClick);
 
     const double z = zoom_;
     auto place = [z](QWidget* w, double x, double y, double wd, double ht) {
@@ -283,7 +283,7 @@ void TdlgFromFile::cmbSolutionChange() {
 }
 
 void TdlgFromFile::hbtYesClick() {
-    accept();
+    OkClick();
     result_.clear();
     resultTexts_.clear();
     if (session_.Mode != 0) {
