@@ -264,6 +264,9 @@ public:
     // Per-year values and (year, amount) lists of the model's calculations.
     TValueOverTime Series[2];
     TIndDblList YearLists[2];
+    // Frees a top-level item with its children and drops it from the result
+    // list, which would otherwise point at freed items. A bad index raises EListError.
+    void Delete(int index);
 };
 
 } // namespace kv

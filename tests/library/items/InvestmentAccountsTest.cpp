@@ -224,6 +224,26 @@ TEST_F(Accounts, ContributorAndContributionYears) {
     }
 }
 
+TEST_F(Accounts, SetValueReachesTwoValueChildrenAndPrimaryByKind) {
+    kv::TEntry& valueEntry = s.entries->AddEntry(5555, 0, "Values", 1);
+    valueEntry.Ints[0] = kv::kValueChildKind;
+    auto* acc = Raw(nullptr, D::NonReg, 1);
+    for (int id : {2, 3, 4}) Raw(acc, 5555, id);
+    Raw(acc, D::TFSA, 5);
+    Raw(nullptr, D::PrimaryPersonal, 6);
+    Raw(nullptr, D::PrimaryTrust, 7);
+    Load();
+    auto& nonReg = Top<kv::TPortfolio>(0);
+    nonReg.SetValue(250);
+    const double want[] = {250, 250, 0, 0};
+    for (int i = 0; i < 4; ++i) EXPECT_EQ(nonReg.Children[std::size_t(i)]->Value, want[i]) << i;
+    EXPECT_EQ(nonReg.Value, 250);
+    struct Case { int item; std::uint8_t kind; bool primary; };
+    for (const Case& c : {Case{0, 1, true}, Case{1, 0, true}, Case{1, 4, true}, Case{1, 2, false}, Case{2, 2, true},
+                          Case{2, 0, false}, Case{2, 1, false}})
+        EXPECT_EQ(Top<kv::TPortfolio>(c.item).IsPrimaryAccount(c.kind), c.primary) << c.item << " kind " << int(c.kind);
+}
+
 TEST_F(Accounts, ValuesByYear) {
     kv::TEntry& valueEntry = s.entries->AddEntry(5555, 0, "Values", 1);
     valueEntry.Ints[0] = kv::kValueChildKind;

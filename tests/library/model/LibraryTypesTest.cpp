@@ -269,6 +269,15 @@ TEST(Model, PartyLookups) {
     EXPECT_EQ(m.GetParticipantByUID({1, 2}), m.GetParticipantByID(8));
     EXPECT_EQ(m.MaxLifeExpX(), 2049);
     EXPECT_NE(m.GetParticipantByID(7)->Color, m.GetParticipantByID(8)->Color);
+
+    auto* first = m.Add(std::make_unique<kv::TFinItem>(nullptr, &m, 1));
+    auto* child = first->AddChild(std::make_unique<kv::TFinItem>(nullptr, &m, 2));
+    auto* second = m.Add(std::make_unique<kv::TFinItem>(nullptr, &m, 3));
+    m.ResultList = {child, second};
+    m.Delete(0);
+    EXPECT_EQ(m.ResultList, std::vector<kv::TFinItem*>{second});
+    EXPECT_EQ(m.Count(), 1);
+    EXPECT_THROW(m.Delete(1), kv::EListError);
 }
 
 } // namespace
