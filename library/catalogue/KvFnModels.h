@@ -109,7 +109,24 @@ public:
     std::string KeySeed;
     std::string ClientName;          // names the file in the missing-key message
 
+    // Changes of the list that the caller saves with SaveData afterwards.
+    // "Solution n" with the smallest n no solution of the list is named.
+    std::string DefName() const;
+    // Copies the files of one solution folder into another (made when
+    // missing), sub-folders included; existing files are replaced.
+    static void CopyModelFile(const std::string& fromDir, const std::string& toDir);
+    // A new entry after the last one: a copy of the record at index under a
+    // new name, in the first folder number no entry uses and no folder holds,
+    // with that solution's files copied. Returns the new index.
+    std::int32_t CopyModel(std::int32_t index, const std::string& newName);
+    // Removes the entry and, with removeFolder, its solution folder.
+    void DeleteModel(std::int32_t index, bool removeFolder);
+    // The list differs from what was read or last saved.
+    void SetModelDirty(bool dirty = true) { dirty_ = dirty; }
+    bool ModelDirty() const { return dirty_; }
+
 private:
+    bool dirty_ = false;
     std::string baseDir_;  // trailing "/"
     std::string listName_;
     std::string folder_;   // trailing "/"

@@ -151,6 +151,25 @@ struct TEntryVal {
     std::int32_t Value = 0;
 };
 
+// The accounts of the chart, in file order (the order reports list them in).
+class TAccList : public std::vector<std::unique_ptr<TAcc>> {
+public:
+    const TAcc* FindByCode(const std::string& code) const;
+    // The account's position, -1 when the chart lacks it.
+    int GetAccOrder(const std::string& code) const;
+    // The accounts below that one at any depth, in chart order.
+    std::vector<const TAcc*> ListSubAccounts(const std::string& code) const;
+    // Chart order; codes the chart lacks go last, in their order.
+    void SortByAccountsOrder(std::vector<std::string>& codes) const;
+};
+
+class TEntryVals : public std::vector<TEntryVal> {
+public:
+    // The first value of that kind and name, or nullptr.
+    const TEntryVal* Find(std::uint8_t kind, const std::string& name) const;
+    std::int32_t ValueOf(std::uint8_t kind, const std::string& name, std::int32_t def) const;
+};
+
 class TEntries {
 public:
     // fileName: full path of "Entries.dat"; French.dat is looked for beside it.
@@ -222,6 +241,9 @@ public:
     void ClearVersion() { FVersion = 0; FHasVersion = false; }
     // Resolves account parents and the account-group names (done by Load).
     void LinkAccounts();
+    // The account groups as Load leaves them: parents and top-account names.
+    void LoadAccGroups() { LinkAccounts(); }
+    const TAccList& AccList() const { return lAccGroups; }
 
     void Save(const std::string& path) const;
     void Save(TBufWriteFile& writer) const;
@@ -249,9 +271,9 @@ private:
     std::vector<TEntry*> lEntries;
     std::size_t FFirstTreeCount = 0;
     std::vector<std::unique_ptr<TEntry>> lEntriesByID;
-    std::vector<std::unique_ptr<TAcc>> lAccGroups;
+    TAccList lAccGroups;
     std::vector<std::string> ssAccGroups;
-    std::vector<TEntryVal> lEntryVals;
+    TEntryVals lEntryVals;
 
     std::vector<std::unique_ptr<TEntryGroup>> lGroups;
     std::array<std::int16_t, 256> FGroupIndex{};  // position in lGroups + 1; 0 = none

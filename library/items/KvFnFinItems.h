@@ -137,6 +137,17 @@ struct TPay {
     std::vector<TPayer> Payers;      // party and share
 };
 
+// The payments of an item, in file order.
+class TPaysList : public std::vector<TPay> {
+public:
+    // Sum of the values of the payments of that kind.
+    double Total(std::int32_t kind) const;
+    // The first payment of that kind, or nullptr.
+    const TPay* ByKind(std::int32_t kind) const;
+    // The part of the payments of that kind that a party pays, by its shares.
+    double PartyTotal(std::int32_t kind, std::int32_t partyID) const;
+};
+
 class TFinItem {
 public:
     TFinItem(const TEntry* entry, TItemOwner* model, std::int32_t id);
@@ -163,7 +174,7 @@ public:
     std::unique_ptr<TSharesList> Shares;   // null: the record gives none
     TSpecProps SpecProps;
     std::int32_t PaysHeader = 0;           // the integer stored before the payments
-    std::vector<TPay> Pays;
+    TPaysList Pays;
     TFinItem* Parent = nullptr;
     TFinItemList Children;
 

@@ -101,6 +101,12 @@ public:
 
     void DecodeSpecProps() override;
     void EncodeSpecProps() override;
+
+    // Writes the value on the item and on its first two value children.
+    void SetValue(double value);
+    // The primary account: entry 948, or 6213 in personal models (kinds 0
+    // and 4), 6242 in trust models (kind 2).
+    bool IsPrimaryAccount(std::uint8_t modelKind) const;
 };
 
 class TPortfolioX : public TPortfolio {

@@ -95,6 +95,7 @@ void TModelData::Clear() {
 TParticipant* TModelData::AddParticipant(std::unique_ptr<TParticipant> party) {
     party->NamesEnciphered = namesEncrypted_;
     participantIndex_.emplace(party->ID, party.get());
+    SetDefParticipantColor(*party, static_cast<int>(participants_.size()));
     participants_.push_back(std::move(party));
     return participants_.back().get();
 }

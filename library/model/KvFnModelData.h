@@ -13,6 +13,9 @@
 
 #include "items/KvFnFinItems.h"
 #include "parties/KvFnParty.h"
+#include "decl/KvYearsArray.h"
+#include "model/KvModelMessages.h"
+#include "parties/KvPartyLists.h"
 
 namespace kv {
 
@@ -60,6 +63,20 @@ struct TResidenceRecord {        // section 9
     std::int32_t ID = 0;
     std::string Name;
     double Value = 0;
+};
+
+class TResidenceList : public std::vector<TResidenceRecord> {
+public:
+    const TResidenceRecord* FindByID(std::int32_t id) const {
+        for (const TResidenceRecord& r : *this)
+            if (r.ID == id) return &r;
+        return nullptr;
+    }
+    double Total() const {
+        double t = 0;
+        for (const TResidenceRecord& r : *this) t += r.Value;
+        return t;
+    }
 };
 
 // The planning strategy's record (section 7): name=value texts. The class
@@ -169,7 +186,7 @@ public:
     std::vector<std::string> Texts;            // section 6, name=value lines
     std::vector<TTypedRecord> TypedRecords;
     std::vector<std::vector<TSmallRecord>> SmallLists;   // up to three
-    std::vector<TResidenceRecord> Residences;
+    TResidenceList Residences;
     std::array<std::uint8_t, kSettingsBlockSize> SettingsBlock{};
 
     // Settings taken from the section 6 texts ("CGRate", "GovInflRate", ...):
@@ -225,7 +242,7 @@ private:
     const TLibrarySettings* librarySettings_;
     bool namesEncrypted_ = false;
     std::unique_ptr<TStrategy> strategy_;
-    std::vector<std::unique_ptr<TParticipant>> participants_;
+    TParticipantList participants_;
     std::unordered_map<std::int32_t, TParticipant*> participantIndex_;   // first party of an identifier
     TFinItemList items_;
     std::int32_t highestItemID_ = 0;
@@ -236,6 +253,25 @@ private:
     // chart lacked took its byte alone); null for a model never read.
     std::optional<std::vector<std::uint8_t>> groupRecords_;
     int smallListsRead_ = -1;   // lists section 8 held; -1 for a model never read
+
+public:
+    TMdMsgList Messages;
+    void ClearMessages() { Messages.clear(); }
+    void ClearToDo() { ToDo.clear(); }
+    // The party linked to that party of another client file, or null.
+    TParticipant* GetParticipantByUID(const TUIDLink& link) const { return participants_.ByUID(link); }
+    // The principal person's identifier, -1 without one.
+    std::int32_t PrincPartyID() const;
+    // Two persons of role 1 (the client and a partner): a child has a second parent.
+    bool SecondParentExists() const;
+    // The last life-expectancy year of the real parties, 0 without any.
+    std::int32_t MaxLifeExpX() const { return participants_.MaxLifeExpYear(); }
+    // Per-year values and (year, amount) lists of the model's calculations.
+    TValueOverTime Series[2];
+    TIndDblList YearLists[2];
+    // Frees a top-level item with its children and drops it from the result
+    // list, which would otherwise point at freed items. A bad index raises EListError.
+    void Delete(int index);
 };
 
 } // namespace kv

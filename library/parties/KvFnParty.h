@@ -8,10 +8,14 @@
 #include <unordered_map>
 #include <vector>
 
+#include "parties/KvShareAgreement.h"
+#include "parties/KvUIDLink.h"
+
 namespace kv {
 
 class TBufReadFile;
 class TBufWriteFile;
+class TParticipant;
 
 // Enciphered texts as they were stored. Every writing draws a fresh salt, so
 // a text the program did not change is written back in the bytes it was read
@@ -78,6 +82,20 @@ public:
     // "Last, First"; either alone when the other is empty.
     std::string FullNameLastFirst() const;
     bool IsRealParty() const { return Role != 10 && Role != 20; }
+
+    // Ages count completed years; a birthday on 29 February falls on
+    // 28 February in other years. An unset birth date (0) is 30 December 1899.
+    std::int32_t LifeExpectancy = 90;   // age up to which the plan runs
+    std::int32_t BirthYear() const;
+    std::int32_t AgeInYear(std::int32_t year) const { return year - BirthYear(); }
+    std::int32_t AgeInDate(double date) const;
+    double BirthdayInYear(std::int32_t year) const;   // day number
+    std::int32_t LifeExpYear() const { return YearAtAge(LifeExpectancy); }
+    std::int32_t YearAtAge(std::int32_t age) const { return BirthYear() + age; }
+    // The party record of the parties section; a bare party writes as a
+    // participant with default fields.
+    void Encode(TBufWriteFile& w, const TRecordContext& ctx) const;
+    static std::unique_ptr<TParticipant> Decode(TBufReadFile& r, const TRecordContext& ctx);
 };
 
 class TParticipant : public TParty {
@@ -109,19 +127,42 @@ public:
     virtual TPropArrays EncodeProps() const;
     // Rows and row-1 length the writer guarantees (a corporation writes 30).
     virtual std::size_t MinPropRow1() const { return 0; }
+
+    std::uint32_t Color = 0;   // 0xRRGGBB, for charts of the plan
+    TUIDLinks UIDLinks;        // the same person in other client files
+    bool LinkedToUID(const TUIDLink& link) const { return IndexOfLink(UIDLinks, link) >= 0; }
 };
+
+// The colour of the n-th participant of a solution: a fixed palette, repeated.
+void SetDefParticipantColor(TParticipant& p, int index);
 
 class TCorporation : public TParticipant {
 public:
     using TParticipant::TParticipant;
     const char* ClassName() const override { return "TCorporation"; }
     std::size_t MinPropRow1() const override { return 30; }
+
+    // Their positions in the property arrays are not fixed, so they are not
+    // stored: a file keeps those positions as read.
+    std::vector<TCrpShAgr> ShareAgreements;
+    std::int32_t YearEndMonth = 12;   // last month of the financial year
+    std::int32_t WindUpYear = 0;      // 0: the corporation is not wound up
+    bool ActiveIn(std::int32_t year) const { return WindUpYear == 0 || year <= WindUpYear; }
 };
 
 class TTrust : public TCorporation {
 public:
     using TCorporation::TCorporation;
     const char* ClassName() const override { return "TTrust"; }
+
+    std::int32_t CreationYear = 0;
+    bool GraduatedRate = false;   // a graduated-rate estate
+    bool LifeInterest = false;    // alter-ego, joint-partner or spousal trust
+    // Taxes at graduated rates: a graduated-rate estate in its first 36 months.
+    bool GraduatedRateIn(std::int32_t year) const { return GraduatedRate && year - CreationYear < 3; }
+    // Deemed disposition every 21 years, the first one at the life
+    // interest's end (0 when it has none).
+    std::int32_t NextDeemedDispositionYear(std::int32_t year, std::int32_t lifeInterestEnd) const;
 };
 
 class TJointVenture : public TParticipant {
@@ -178,6 +219,43 @@ public:
     const TPayer* FindByPartyID(std::int32_t id) const;
     void DeleteParty(std::int32_t id);
     double Sum() const;
+
+    // These read Code as a share, a fraction of 1; the ownership test reads
+    // the same field as flag bits, so they serve payer and share lists only.
+    void Delete(int pos);
+    int Find(const TParty* party) const;       // position, -1 when absent
+    // True when no party is listed twice, every share lies in 0..1 and the
+    // shares total 1 within 0.0001 (an empty list is valid).
+    bool Validate() const;
+    void SetEqualShares();
+    // Repairs the shares to total 1: non-finite and negative ones become 0, a
+    // zero total becomes equal shares, any other total is scaled. True when
+    // nothing needed repair.
+    bool FixShares();
+    // As FixShares, keeping the share of one party (capped at 1) and scaling
+    // the others into what is left.
+    bool FixSharesExcept(std::int32_t partyID);
+    // Takes the shares of the parties both lists hold; others get 0.
+    void CopySharesFrom(const TSharesList& other);
+    double ShareVal(std::int32_t partyID, double value) const;
+    double JointShareVal(std::int32_t partyID1, std::int32_t partyID2, double value) const;
+    bool OwnedByJoint() const { return ShareCount() > 1; }
+    // The last life-expectancy year among the owners, 0 without owners.
+    std::int32_t LastLifeExp() const;
+    // The owner with the largest share, the first one on a tie.
+    TParty* GetPrincParty() const;
+    // How many owners hold that largest share.
+    int PrincPartyCountByShare() const;
+    int ShareCount() const;                     // entries with a share above 0
+    // "id:share,id:share" in model-file numbers; Find resolves parties.
+    std::string AsString() const;
+    bool SetAsString(const std::string& text, TParty* (*resolve)(std::int32_t, const void*) = nullptr,
+                     const void* ctx = nullptr);
+    void Assign(const TSharesList& other) { Items = other.Items; }
+    // Per party the sum of both lists' shares, in order of first appearance.
+    void SumLists(const TSharesList& a, const TSharesList& b);
+    static int CompareByPartyId(const TPayer& a, const TPayer& b);
+    void SortByPartyId();
 };
 
 } // namespace kv

@@ -33,7 +33,7 @@ int Scaled(double v, double zoom) { return static_cast<int>(std::lround(v * zoom
 } // namespace
 
 TdlgFromFile::TdlgFromFile(TFolderOverrides folders, double zoom, QWidget* parent, kv::TLibrarySettings settings)
-    : QDialog(parent, Qt::Dialog | Qt::FramelessWindowHint),
+    : TdlgMsg(mbYes | mbNo, parent, Qt::Dialog | Qt::FramelessWindowHint),
       session_(std::move(folders), std::move(settings)),
       zoom_(zoom) {
     setObjectName(QStringLiteral("dlgFromFile"));
@@ -105,7 +105,7 @@ TdlgFromFile::TdlgFromFile(TFolderOverrides folders, double zoom, QWidget* paren
     connect(fileCombo, &QComboBox::activated, this, &TdlgFromFile::cmbFileChange);
     connect(solutionCombo, &QComboBox::activated, this, &TdlgFromFile::cmbSolutionChange);
     connect(okButton, &QPushButton::clicked, this, &TdlgFromFile::hbtYesClick);
-    connect(cancelButton, &QPushButton::clicked, this, &QDialog::reject);
+    connect(cancelButton, &QPushButton::clicked, this, &TdlgMsg::CancelClick);
 
     const double z = zoom_;
     auto place = [z](QWidget* w, double x, double y, double wd, double ht) {
@@ -287,7 +287,7 @@ void TdlgFromFile::cmbSolutionChange() {
 }
 
 void TdlgFromFile::hbtYesClick() {
-    accept();
+    OkClick();
     result_.clear();
     resultTexts_.clear();
     if (session_.Mode != 0) {

@@ -3,6 +3,8 @@
 
 #include <QComboBox>
 #include <QDialog>
+
+#include "window/MessageDialog.h"
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
@@ -16,7 +18,7 @@
 
 namespace tessary {
 
-class TdlgFromFile : public QDialog {
+class TdlgFromFile : public TdlgMsg {
     Q_OBJECT
 public:
     // zoom: the main window's, so both look alike; settings: the library

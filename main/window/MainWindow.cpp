@@ -313,7 +313,7 @@ void TForm1::LoadInputs(const QByteArray& accountsCsv, const QByteArray& classes
 
 void TForm1::btnImpClick() {
     auto dlg = std::make_unique<TdlgFromFile>(importFolders_, cnf_.Zoom, this, importSettings_);
-    if (dlg->exec() != QDialog::Accepted) return;
+    if (dlg->exec() != TdlgMsg::mrYes) return;
     int column = 1;
     if (dlg->productBsRadio->isChecked()) column = 2;
     if (dlg->productQrRadio->isChecked()) column = 3;

@@ -95,7 +95,7 @@ TEST_F(ImportDialog, ChoicesCascadeFromFileToSolutionToParties) {
     Pick(Named<QComboBox>(dlg.get(), "cmbSolution"), "Retirement at 60");
     Pick(Named<QComboBox>(dlg.get(), "cmbParty"), "Luc Tremblay");
     dlg->hbtYesClick();
-    EXPECT_EQ(dlg->result(), QDialog::Accepted);
+    EXPECT_EQ(dlg->result(), tessary::TdlgMsg::mrYes);   // the import proceeds only on yes
     // The figures are the session's; the dialog must pass on the choices.
     ASSERT_EQ(dlg->Result().size(), 6u);
     EXPECT_EQ(dlg->Result().back().Amount, 241116);   // Luc's DCP, in that solution only
@@ -103,6 +103,19 @@ TEST_F(ImportDialog, ChoicesCascadeFromFileToSolutionToParties) {
     Pick(Named<QComboBox>(dlg.get(), "cmbFile"), "Nguyen");
     EXPECT_EQ(Items(Named<QComboBox>(dlg.get(), "cmbSolution")), QStringList({"Plan 2019"}));
     EXPECT_EQ(Items(Named<QComboBox>(dlg.get(), "cmbParty")), QStringList({"Lan Nguyen"}));
+}
+
+TEST(MessageDialog, ButtonsDecideTheResult) {
+    using D = tessary::TdlgMsg;
+    struct Case { int buttons; bool ok; int want; };
+    const Case cases[] = {{D::mbYes | D::mbNo, true, D::mrYes},   {D::mbYes | D::mbNo, false, D::mrNo},
+                          {D::mbOK | D::mbCancel, true, D::mrOk}, {D::mbOK | D::mbCancel, false, D::mrCancel},
+                          {D::mbYes | D::mbCancel, false, D::mrCancel}};
+    for (const Case& c : cases) {
+        D dlg(c.buttons);
+        c.ok ? dlg.OkClick() : dlg.CancelClick();
+        EXPECT_EQ(dlg.result(), c.want) << c.buttons << " " << c.ok;
+    }
 }
 
 TEST_F(ImportDialog, ProtectedFileWithoutKeyIsListedLockedAndTheOthersStayImportable) {

@@ -122,6 +122,32 @@ const FixCase kFixCases[] = {
          y.SetSubCls2Share(4, 1, 0, 0.5);
      },
      false, false, false, [](const TLibAllocYear& y) { EXPECT_EQ(y.GetSubCls2Share(4, 1, 0), 0.5); }},
+    // Four places at each of the four totals: 0.00004 off still passes.
+    {"classes totalling 1.00004 pass", [](TLibAllocYear& y) { PlainClasses(y, 0.5, 0.50004); }, true, true, true,
+     nullptr},
+    {"sub-classes totalling 1.00004 pass",
+     [](TLibAllocYear& y) {
+         y.SetClsShare(2, 1);
+         y.SetSubClsShare(2, 0, 0.6);
+         y.SetSubClsShare(2, 1, 0.40004);
+     },
+     true, true, true, nullptr},
+    {"a third level of 0.20004 under 0.2 passes",
+     [](TLibAllocYear& y) {
+         y.SetClsShare(5, 1);
+         y.SetSubClsShare(5, 1, 0.2);
+         y.SetSubClsShare(5, 0, 0.8);
+         y.SetSubCls2Share(5, 1, 0, 0.20004);
+     },
+     true, true, true, nullptr},
+    {"a sub-class of 0.20004 over a third level of 0.2 passes",
+     [](TLibAllocYear& y) {
+         y.SetClsShare(5, 1);
+         y.SetSubClsShare(5, 1, 0.20004);
+         y.SetSubClsShare(5, 0, 0.79996);
+         y.SetSubCls2Share(5, 1, 0, 0.2);
+     },
+     true, true, true, nullptr},
     {"a third level of 0.19995 under 0.2 fails",
      [](TLibAllocYear& y) {
          y.SetClsShare(5, 1);

@@ -154,6 +154,8 @@ TEST_F(Accounts, MinimumWithdrawalRates) {
     Raw(nullptr, D::RRSP, 7, {"ConvertToType=3"});
     Raw(nullptr, D::LIRA, 8, {"AnnuityWithdraw=1", "AnnuityYear=2030"});
     Raw(nullptr, D::RRSP, 9, {"AnnuityWithdraw=1", "AnnuityYear=2030"});
+    Raw(nullptr, D::RRSP, 10, {"OwnerID=1", "WDSTART=2030"});
+    Raw(nullptr, D::RRSP, 11, {"WDSTART=2030"});                // no owner: the start year does not hold it back
     Load();
     auto rate = [&](int i, int age, int year) { return dynamic_cast<kv::TRetPlan&>(*loaded->Get(i)).CalcWDMinRate(age, year); };
     struct Case { int item, age, year; double want; };
@@ -166,6 +168,7 @@ TEST_F(Accounts, MinimumWithdrawalRates) {
         {4, 70, 2029, 0},        {4, 70, 2030, 0.05},
         {5, 67, 2026, 0.0435},   {6, 67, 2026, 1.0 / 23},
         {7, 71, 2030, 0},        {8, 71, 2030, 0.0528},   // the annuity test is the LRIF's alone
+        {9, 70, 2029, 0},        {9, 70, 2030, 0.05},     {10, 70, 2029, 0.05},
     };
     for (const Case& c : cases) EXPECT_DOUBLE_EQ(rate(c.item, c.age, c.year), c.want) << c.item << " at " << c.age << " in " << c.year;
 }
@@ -216,6 +219,25 @@ TEST_F(Accounts, ContributorAndContributionYears) {
         EXPECT_EQ(y.LastContribution, c.last) << c.item;
         EXPECT_EQ(y.LastContributionCapped, c.capped) << c.item;
     }
+}
+
+TEST_F(Accounts, SetValueReachesTwoValueChildrenAndPrimaryByKind) {
+    kv::TEntry& valueEntry = s.entries->AddEntry(5555, 0, "Values", 1);
+    valueEntry.Ints[0] = kv::kValueChildKind;
+    auto* acc = Raw(nullptr, D::NonReg, 1);
+    for (int id : {2, 3, 4}) Raw(acc, 5555, id);
+    Raw(acc, D::TFSA, 5);
+    Raw(nullptr, D::PrimaryPersonal, 6);
+    Raw(nullptr, D::PrimaryTrust, 7);
+    Load();
+    auto& nonReg = Top<kv::TPortfolio>(0);
+    nonReg.SetValue(250);
+    const double want[] = {250, 250, 0, 0};
+    for (int i = 0; i < 4; ++i) EXPECT_EQ(nonReg.Children[std::size_t(i)]->Value, want[i]) << i;
+    struct Case { int item; std::uint8_t kind; bool primary; };
+    for (const Case& c : {Case{0, 1, true}, Case{1, 0, true}, Case{1, 4, true}, Case{1, 2, false}, Case{2, 2, true},
+                          Case{2, 0, false}, Case{2, 1, false}})
+        EXPECT_EQ(Top<kv::TPortfolio>(c.item).IsPrimaryAccount(c.kind), c.primary) << c.item << " kind " << int(c.kind);
 }
 
 TEST_F(Accounts, ValuesByYear) {
