@@ -226,109 +226,109 @@
 <context>
     <name>tessary::TDocumentController</name>
     <message>
-        <location filename="../window/DocumentController.cpp" line="27"/>
+        <location filename="../window/DocumentController.cpp" line="28"/>
         <source>Tessary worksheets (*.tessary)</source>
         <translation>Feuilles de travail Tessary (*.tessary)</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="31"/>
+        <location filename="../window/DocumentController.cpp" line="32"/>
         <source>allocation</source>
         <translation>repartition</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="80"/>
+        <location filename="../window/DocumentController.cpp" line="81"/>
         <source>&amp;New</source>
         <translation>&amp;Nouveau</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="81"/>
+        <location filename="../window/DocumentController.cpp" line="82"/>
         <source>&amp;Open...</source>
         <translation>&amp;Ouvrir...</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="82"/>
+        <location filename="../window/DocumentController.cpp" line="83"/>
         <source>Open &amp;Recent</source>
         <translation>Ouvrir un fichier &amp;récent</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="83"/>
+        <location filename="../window/DocumentController.cpp" line="84"/>
         <source>&amp;Save</source>
         <translation>&amp;Enregistrer</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="84"/>
+        <location filename="../window/DocumentController.cpp" line="85"/>
         <source>Save &amp;As...</source>
         <translation>Enregistrer &amp;sous...</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="85"/>
+        <location filename="../window/DocumentController.cpp" line="86"/>
         <source>&amp;Copy Result</source>
         <translation>&amp;Copier le résultat</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="86"/>
+        <location filename="../window/DocumentController.cpp" line="87"/>
         <source>Export to CS&amp;V...</source>
         <translation>Exporter en CS&amp;V...</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="87"/>
+        <location filename="../window/DocumentController.cpp" line="88"/>
         <source>Export to P&amp;DF...</source>
         <translation>Exporter en P&amp;DF...</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="88"/>
+        <location filename="../window/DocumentController.cpp" line="89"/>
         <source>&amp;Print...</source>
         <translation>&amp;Imprimer...</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="102"/>
-        <location filename="../window/DocumentController.cpp" line="147"/>
-        <location filename="../window/DocumentController.cpp" line="223"/>
+        <location filename="../window/DocumentController.cpp" line="103"/>
+        <location filename="../window/DocumentController.cpp" line="149"/>
+        <location filename="../window/DocumentController.cpp" line="225"/>
         <source>Untitled</source>
         <translation>Sans titre</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="148"/>
+        <location filename="../window/DocumentController.cpp" line="150"/>
         <source>Unsaved changes</source>
         <translation>Modifications non enregistrées</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="149"/>
+        <location filename="../window/DocumentController.cpp" line="151"/>
         <source>The worksheet &quot;%1&quot; has changes that are not saved. Save them?</source>
         <translation>La feuille de travail « %1 » a des modifications non enregistrées. Les enregistrer ?</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="199"/>
+        <location filename="../window/DocumentController.cpp" line="201"/>
         <source>Open Worksheet</source>
         <translation>Ouvrir une feuille de travail</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="225"/>
+        <location filename="../window/DocumentController.cpp" line="227"/>
         <source>Save Worksheet</source>
         <translation>Enregistrer la feuille de travail</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="236"/>
+        <location filename="../window/DocumentController.cpp" line="238"/>
         <source>Export to CSV</source>
         <translation>Exporter en CSV</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="236"/>
+        <location filename="../window/DocumentController.cpp" line="238"/>
         <source>CSV files (*.csv)</source>
         <translation>Fichiers CSV (*.csv)</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="247"/>
+        <location filename="../window/DocumentController.cpp" line="249"/>
         <source>Export to PDF</source>
         <translation>Exporter en PDF</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="247"/>
+        <location filename="../window/DocumentController.cpp" line="249"/>
         <source>PDF files (*.pdf)</source>
         <translation>Fichiers PDF (*.pdf)</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="259"/>
+        <location filename="../window/DocumentController.cpp" line="261"/>
         <source>Portfolio Allocation</source>
         <translation>Répartition du portefeuille</translation>
     </message>
@@ -336,77 +336,77 @@
 <context>
     <name>tessary::TForm1</name>
     <message>
-        <location filename="../window/MainWindow.cpp" line="151"/>
+        <location filename="../window/MainWindow.cpp" line="152"/>
         <source>Portfolio allocation</source>
         <translation>Répartition du portefeuille</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="152"/>
         <location filename="../window/MainWindow.cpp" line="153"/>
+        <location filename="../window/MainWindow.cpp" line="154"/>
         <source>Calculate</source>
         <translation>Calculer</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="155"/>
         <location filename="../window/MainWindow.cpp" line="156"/>
-        <location filename="../window/MainWindow.cpp" line="394"/>
+        <location filename="../window/MainWindow.cpp" line="157"/>
+        <location filename="../window/MainWindow.cpp" line="396"/>
         <source>Help</source>
         <translation>Aide</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="154"/>
+        <location filename="../window/MainWindow.cpp" line="155"/>
         <source>Calculate (Ctrl+Enter)</source>
         <translation>Calculer (Ctrl+Entrée)</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="157"/>
+        <location filename="../window/MainWindow.cpp" line="158"/>
         <source>Portfolio Allocation</source>
         <translation>Répartition du portefeuille</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="158"/>
         <location filename="../window/MainWindow.cpp" line="159"/>
+        <location filename="../window/MainWindow.cpp" line="160"/>
         <source>File</source>
         <translation>Fichier</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="160"/>
+        <location filename="../window/MainWindow.cpp" line="161"/>
         <source>Worksheets, export, print and language</source>
         <translation>Feuilles de travail, exportation, impression et langue</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="164"/>
+        <location filename="../window/MainWindow.cpp" line="165"/>
         <source>Allocation chart</source>
         <translation>Graphique de répartition</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="376"/>
+        <location filename="../window/MainWindow.cpp" line="377"/>
         <source>Portfolio Risk Tolerance</source>
         <translation>Tolérance au risque du portefeuille</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="394"/>
+        <location filename="../window/MainWindow.cpp" line="396"/>
         <source>The help page could not be opened: %1</source>
         <translation>La page d’aide n’a pu être ouverte : %1</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="166"/>
+        <location filename="../window/MainWindow.cpp" line="167"/>
         <source>&amp;Language</source>
         <translation>&amp;Langue</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="167"/>
+        <location filename="../window/MainWindow.cpp" line="168"/>
         <source>&amp;Quit</source>
         <translation>&amp;Quitter</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="161"/>
         <location filename="../window/MainWindow.cpp" line="162"/>
+        <location filename="../window/MainWindow.cpp" line="163"/>
         <source>Trades</source>
         <translation>Opérations</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="163"/>
+        <location filename="../window/MainWindow.cpp" line="164"/>
         <source>From today&apos;s holdings to the plan (Ctrl+T)</source>
         <translation>Des placements actuels au plan (Ctrl+T)</translation>
     </message>
@@ -432,27 +432,27 @@
 <context>
     <name>tessary::TImportSession</name>
     <message>
-        <location filename="../import/ImportSession.cpp" line="234"/>
+        <location filename="../import/ImportSession.cpp" line="258"/>
         <source>Select Corporation</source>
         <translation>Choisir la société</translation>
     </message>
     <message>
-        <location filename="../import/ImportSession.cpp" line="235"/>
+        <location filename="../import/ImportSession.cpp" line="259"/>
         <source>Select Trust</source>
         <translation>Choisir la fiducie</translation>
     </message>
     <message>
-        <location filename="../import/ImportSession.cpp" line="236"/>
+        <location filename="../import/ImportSession.cpp" line="260"/>
         <source>Select Party</source>
         <translation>Choisir la partie</translation>
     </message>
     <message>
-        <location filename="../import/ImportSession.cpp" line="242"/>
+        <location filename="../import/ImportSession.cpp" line="266"/>
         <source>All Shareholders</source>
         <translation>Tous les actionnaires</translation>
     </message>
     <message>
-        <location filename="../import/ImportSession.cpp" line="243"/>
+        <location filename="../import/ImportSession.cpp" line="267"/>
         <source>All Beneficiaries</source>
         <translation>Tous les bénéficiaires</translation>
     </message>
@@ -711,81 +711,81 @@
 <context>
     <name>tessary::TdlgFromFile</name>
     <message>
-        <location filename="../window/ImportDialog.cpp" line="37"/>
-        <location filename="../window/ImportDialog.cpp" line="48"/>
-        <location filename="../window/ImportDialog.cpp" line="52"/>
-        <location filename="../window/ImportDialog.cpp" line="80"/>
+        <location filename="../window/ImportDialog.cpp" line="40"/>
+        <location filename="../window/ImportDialog.cpp" line="51"/>
+        <location filename="../window/ImportDialog.cpp" line="55"/>
+        <location filename="../window/ImportDialog.cpp" line="83"/>
         <source>Select File</source>
         <translation>Choisir le dossier</translation>
     </message>
     <message>
-        <location filename="../window/ImportDialog.cpp" line="63"/>
+        <location filename="../window/ImportDialog.cpp" line="66"/>
         <source>Meridel: personal planning</source>
         <translation>Meridel : planification personnelle</translation>
     </message>
     <message>
-        <location filename="../window/ImportDialog.cpp" line="64"/>
+        <location filename="../window/ImportDialog.cpp" line="67"/>
         <source>Basalto: corporate planning</source>
         <translation>Basalto : planification d’entreprise</translation>
     </message>
     <message>
-        <location filename="../window/ImportDialog.cpp" line="65"/>
+        <location filename="../window/ImportDialog.cpp" line="68"/>
         <source>Quorren: trust planning</source>
         <translation>Quorren : planification de fiducie</translation>
     </message>
     <message>
-        <location filename="../window/ImportDialog.cpp" line="82"/>
+        <location filename="../window/ImportDialog.cpp" line="85"/>
         <source>Select Solution</source>
         <translation>Choisir la solution</translation>
     </message>
     <message>
-        <location filename="../window/ImportDialog.cpp" line="84"/>
-        <location filename="../window/ImportDialog.cpp" line="86"/>
+        <location filename="../window/ImportDialog.cpp" line="87"/>
+        <location filename="../window/ImportDialog.cpp" line="89"/>
         <source>Select Party</source>
         <translation>Choisir la partie</translation>
     </message>
     <message>
-        <location filename="../window/ImportDialog.cpp" line="96"/>
+        <location filename="../window/ImportDialog.cpp" line="99"/>
         <source>OK</source>
         <translation>OK</translation>
     </message>
     <message>
-        <location filename="../window/ImportDialog.cpp" line="99"/>
+        <location filename="../window/ImportDialog.cpp" line="102"/>
         <source>Cancel</source>
         <translation>Annuler</translation>
     </message>
     <message>
-        <location filename="../window/ImportDialog.cpp" line="184"/>
+        <location filename="../window/ImportDialog.cpp" line="188"/>
         <source>No data folder is set for %1 (DataDir in its configuration, or --data-root).</source>
         <translation>Aucun répertoire de données n’est défini pour %1 (DataDir dans sa configuration, ou --data-root).</translation>
     </message>
     <message>
-        <location filename="../window/ImportDialog.cpp" line="187"/>
+        <location filename="../window/ImportDialog.cpp" line="191"/>
         <source>The data folder %1 does not exist.</source>
         <translation>Le répertoire de données %1 n’existe pas.</translation>
     </message>
     <message>
-        <location filename="../window/ImportDialog.cpp" line="188"/>
+        <location filename="../window/ImportDialog.cpp" line="192"/>
         <source>The data folder %1 is not a folder.</source>
         <translation>Le répertoire de données %1 n’est pas un répertoire.</translation>
     </message>
     <message>
-        <location filename="../window/ImportDialog.cpp" line="189"/>
+        <location filename="../window/ImportDialog.cpp" line="193"/>
         <source>The data folder %1 cannot be read.</source>
         <translation>Le répertoire de données %1 ne peut pas être lu.</translation>
     </message>
     <message>
-        <location filename="../window/ImportDialog.cpp" line="190"/>
+        <location filename="../window/ImportDialog.cpp" line="194"/>
         <source>The data folder %1 holds no client files.</source>
         <translation>Le répertoire de données %1 ne contient aucun dossier client.</translation>
     </message>
     <message>
-        <location filename="../window/ImportDialog.cpp" line="195"/>
+        <location filename="../window/ImportDialog.cpp" line="199"/>
         <source>%1 is protected: a client-file key is needed. Set Keys/ClientFileKey in Tessary&apos;s settings, start Tessary with --key, or set TESSARY_CLIENT_KEY.</source>
         <translation>%1 est protégé : il faut une clé de dossier client. Indiquez-la dans Keys/ClientFileKey des réglages de Tessary, lancez Tessary avec --key ou définissez TESSARY_CLIENT_KEY.</translation>
     </message>
     <message>
-        <location filename="../window/ImportDialog.cpp" line="234"/>
+        <location filename="../window/ImportDialog.cpp" line="238"/>
         <source>%1 (locked)</source>
         <translation>%1 (verrouillé)</translation>
     </message>
