@@ -46,8 +46,7 @@ public:
 // Index errors of the library's lists.
 class EListError : public EKvError {
 public:
-    explicit EListError(long long index)
-        : EKvError("List index out of bounds (" + std::to_string(index) + ")") {}
+    explicit EListError(long long index) : EKvError("List index out of bounds (" + std::to_string(index) + ")") {}
 };
 
 // A client file that needs a key when none is configured.

@@ -18,16 +18,16 @@ struct TLibrarySettings {
     // Configured client-file key (settings "Keys/ClientFileKey", --key or
     // TESSARY_CLIENT_KEY); empty when none is configured.
     std::string ClientFileKey;
-    bool ShowHiddenNames = false;   // show solution names a client file hides
-    bool ForbidAltDir = false;      // never read client folders from the alternate directory
-    bool AnyParty = false;          // party -1 owns everything in ownership tests
+    bool ShowHiddenNames = false; // show solution names a client file hides
+    bool ForbidAltDir = false;    // never read client folders from the alternate directory
+    bool AnyParty = false;        // party -1 owns everything in ownership tests
     // The planning date: a day number (days since 30 December 1899, see
     // decl/KvDayNumbers.h), normally the caller's today. The library never
     // reads the clock.
     double PlanningDate = 0;
-    int CurrentYear = 0;            // the planning year; 0: the year of PlanningDate
-    int DefaultFeesTaxDeductible = 0;   // whether portfolio fees are deductible unless said
-    bool French = false;            // interface language of item texts
+    int CurrentYear = 0;              // the planning year; 0: the year of PlanningDate
+    int DefaultFeesTaxDeductible = 0; // whether portfolio fees are deductible unless said
+    bool French = false;              // interface language of item texts
 };
 
 // The settings of an object made without any: all fields at their defaults.
@@ -41,8 +41,8 @@ inline constexpr std::size_t MaxKeySeedBytes = 4096;
 
 // The refusal of a seed beyond MaxKeySeedBytes; where names the client file.
 inline EKvError KeySeedTooLong(const std::string& where, std::size_t size) {
-    return EKvError("Client file \"" + where + "\" has a key seed of " + std::to_string(size) +
-                    " bytes; at most " + std::to_string(MaxKeySeedBytes) + " are accepted.");
+    return EKvError("Client file \"" + where + "\" has a key seed of " + std::to_string(size) + " bytes; at most " +
+                    std::to_string(MaxKeySeedBytes) + " are accepted.");
 }
 
 // Key of a client file's enciphered texts: the configured key followed by the

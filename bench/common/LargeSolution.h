@@ -18,8 +18,8 @@ namespace D = kv::DemoEntry;
 // Writes the solution to path; entries is a demo chart of the product kind.
 inline void WriteLargeSolution(const std::string& path, kv::TEntries* entries, kv::TModels* models,
                                std::uint8_t kind = 0) {
-    auto m = std::make_unique<kv::TModelData>(kind, nullptr, models, models, nullptr, path, entries,
-                                              models->Settings());
+    auto m =
+        std::make_unique<kv::TModelData>(kind, nullptr, models, models, nullptr, path, entries, models->Settings());
     for (int p = 1; p <= 50; ++p) {
         auto party = kv::CreateParty(kind, p, p <= 2 ? 1 : 0, p % 10 == 0 ? 150 : 0);
         party->FirstName = "First" + std::to_string(p);
@@ -30,7 +30,7 @@ inline void WriteLargeSolution(const std::string& path, kv::TEntries* entries, k
     std::int32_t id = 1;
     for (int top = 0; top < 5000; ++top) {
         kv::TFinItem* parent = nullptr;
-        for (int level = 0; level < 4; ++level) {   // one item and three children: 20,000 items
+        for (int level = 0; level < 4; ++level) { // one item and three children: 20,000 items
             kv::TEntry* e = entries->GetEntryByID(kinds[(top + level) % 6]);
             auto item = kv::ItemClassByNumber(e->ItemClassNo).Create(e, m.get(), id++);
             item->Name = "Account " + std::to_string(id);

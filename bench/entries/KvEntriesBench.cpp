@@ -27,8 +27,8 @@ const std::string& ChartFile() {
         const std::string p = (Folder() / "Entries.dat").string();
         kv::TEntries c(0, p);
         for (int i = 0; i < 40; ++i)
-            c.AddAcc({std::to_string(i / 10) + "." + std::to_string(i), "Account group " + std::to_string(i), "", "", "",
-                      "", "", "", "", "", ""});
+            c.AddAcc({std::to_string(i / 10) + "." + std::to_string(i), "Account group " + std::to_string(i), "", "",
+                      "", "", "", "", "", "", ""});
         for (int i = 0; i < 12; ++i) c.AddEntryType(std::uint8_t(i), "Entry type " + std::to_string(i));
         const std::string help =
             "Amounts of this kind are entered per year. They are projected with the rate of the plan and "
@@ -36,7 +36,9 @@ const std::string& ChartFile() {
         for (int i = 0; i < kEntries; ++i) {
             kv::TEntry& e = c.AddEntry(1000 + i, i % 252, "Planning entry number " + std::to_string(i) + " (personal)",
                                        std::uint8_t(i % 9));
-            e.FrenchName = "Entr\xC3\xA9" "e de planification " + std::to_string(i);
+            e.FrenchName = "Entr\xC3\xA9"
+                           "e de planification " +
+                           std::to_string(i);
             e.Name2 = "Entry " + std::to_string(i);
             e.LongText = help;
             e.EntryType = c.EntryTypes()[std::size_t(i % 12)].get();

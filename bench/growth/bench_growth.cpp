@@ -41,8 +41,9 @@ struct Accounts {
         kv::WriteClientFolder(data.string() + "/", "md_db1_Big", 0, clientFile);
         auto chart = kv::MakeDemoChart(0, (core / "Entries.dat").string());
         kv::TModels models(data.string() + "/", "Main", "md_db1_Big/", kv::kDefaultLibrarySettings);
-        kv::TModelData m(0, nullptr, &models, &models, nullptr, (data / "md_db1_Big" / "Main" / "FinItems.dat").string(),
-                         chart.get(), kv::kDefaultLibrarySettings);
+        kv::TModelData m(0, nullptr, &models, &models, nullptr,
+                         (data / "md_db1_Big" / "Main" / "FinItems.dat").string(), chart.get(),
+                         kv::kDefaultLibrarySettings);
         m.AddParticipant(kv::CreateParty(0, 1, 1, 0))->FirstName = "Ann";
         const std::int32_t kinds[] = {D::LIRA, D::NonReg, D::TFSA, D::RRSP, D::DCP, D::InvestAccount};
         for (int i = 0; i < n; ++i) {
@@ -53,14 +54,15 @@ struct Accounts {
             m.Add(std::move(item));
         }
         m.Save();
-        session = std::make_unique<tessary::TImportSession>(tessary::TFolderOverrides{QString::fromStdString(root.string()), {}, {}});
+        session = std::make_unique<tessary::TImportSession>(
+            tessary::TFolderOverrides{QString::fromStdString(root.string()), {}, {}});
         session->ChooseProduct(0);
         session->ChooseFile(0);
         session->ChooseSolution(0);
     }
     tessary_bench::TempFolder folder;
     fs::path root;
-    std::unique_ptr<tessary::TImportSession> session;   // closed before its folder goes
+    std::unique_ptr<tessary::TImportSession> session; // closed before its folder goes
 };
 
 void BM_ImportAccounts(benchmark::State& state) {
@@ -73,10 +75,11 @@ BENCHMARK(BM_ImportAccounts)->Arg(5000)->Arg(50000)->Unit(benchmark::kMillisecon
 // A corporation with one common share class and n holdings of the one
 // shareholder asked about, each under a top-level item of its own.
 struct Holdings {
-    explicit Holdings(int n) : chart(kv::MakeDemoChart(1, "")), models("", "Main", "", kv::kDefaultLibrarySettings),
-                               model(1, nullptr, &models, &models, nullptr, "", chart.get(), kv::kDefaultLibrarySettings) {
-        model.AddParticipant(kv::CreateParty(1, 1, 1, 150));   // the corporation
-        model.AddParticipant(kv::CreateParty(1, 2, 40, 0));    // the shareholder
+    explicit Holdings(int n)
+        : chart(kv::MakeDemoChart(1, "")), models("", "Main", "", kv::kDefaultLibrarySettings),
+          model(1, nullptr, &models, &models, nullptr, "", chart.get(), kv::kDefaultLibrarySettings) {
+        model.AddParticipant(kv::CreateParty(1, 1, 1, 150)); // the corporation
+        model.AddParticipant(kv::CreateParty(1, 2, 40, 0));  // the shareholder
         for (int i = 0; i < n; ++i) {
             auto holding = Item(model, D::SharesHeld, 1000 + i);
             for (const std::string& p : {std::string("CorpID=1"), "ShareClassID=" + std::to_string(1000 + n),
@@ -85,8 +88,9 @@ struct Holdings {
             holding->AfterRead();
             model.Add(std::move(holding));
         }
-        auto common = Item(model, D::CorpShares, 1000 + n);   // last: each walk would pass every holding
-        for (const char* p : {"ShareClass=A", "ShareCount=1000000", "AsCommon=1", "OwnerID=1"}) common->SpecProps.Add(p);
+        auto common = Item(model, D::CorpShares, 1000 + n); // last: each walk would pass every holding
+        for (const char* p : {"ShareClass=A", "ShareCount=1000000", "AsCommon=1", "OwnerID=1"})
+            common->SpecProps.Add(p);
         common->AfterRead();
         model.Add(std::move(common));
     }

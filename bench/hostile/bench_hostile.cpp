@@ -75,8 +75,7 @@ void BM_EntriesEmptyTaxLabels(benchmark::State& state) {
         kv::TEntries chart(0, path);
         try {
             chart.Load(false);
-        } catch (const kv::EMemoryBudget&) {
-        }
+        } catch (const kv::EMemoryBudget&) {}
     }
     Finish(state, path);
 }
@@ -87,8 +86,7 @@ void BM_FinItemsEmptyPropertyRows(benchmark::State& state) {
         kv::TModelData m(0, nullptr, nullptr, nullptr, nullptr, path, &Chart(), kv::kDefaultLibrarySettings);
         try {
             m.Load();
-        } catch (const kv::EMemoryBudget&) {
-        }
+        } catch (const kv::EMemoryBudget&) {}
     }
     Finish(state, path);
 }

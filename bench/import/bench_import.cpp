@@ -45,7 +45,8 @@ struct Fixture {
             s.ChooseProduct(0);
             s.ChooseFile(0);
             const std::string path = s.Solutions()->Path(0) + "FinItems.dat";
-            kv::TModelData small(0, nullptr, s.Solutions(), s.Solutions(), nullptr, path, mdChart.get(), kv::kDefaultLibrarySettings);
+            kv::TModelData small(0, nullptr, s.Solutions(), s.Solutions(), nullptr, path, mdChart.get(),
+                                 kv::kDefaultLibrarySettings);
             auto party = kv::CreateParty(0, 1, 1, 0);
             party->FirstName = "Only";
             small.AddParticipant(std::move(party));
@@ -101,7 +102,7 @@ void BM_OpenDialogFileList(benchmark::State& state) {
             state.SkipWithError(why.c_str());
             break;
         }
-        state.PauseTiming();   // closing the dialog is not part of opening it
+        state.PauseTiming(); // closing the dialog is not part of opening it
         dlg.reset();
         state.ResumeTiming();
     }

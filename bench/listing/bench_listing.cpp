@@ -35,7 +35,7 @@ std::vector<int> KillerRanksOnThisStack(int n) {
     });
     int solid = static_cast<int>(std::count_if(key.begin(), key.end(), [n](int k) { return k < n; }));
     for (int& k : key)
-        if (k == n) k = solid++;   // never compared while undecided
+        if (k == n) k = solid++; // never compared while undecided
     return key;
 }
 
@@ -49,11 +49,14 @@ std::vector<int> KillerRanks(int n) {
     pthread_attr_init(&attr);
     pthread_attr_setstacksize(&attr, std::size_t(1) << 30);
     pthread_t thread;
-    if (pthread_create(&thread, &attr, [](void* p) -> void* {
-            auto* j = static_cast<Job*>(p);
-            j->ranks = KillerRanksOnThisStack(j->n);
-            return nullptr;
-        }, &job) == 0)
+    if (pthread_create(
+            &thread, &attr,
+            [](void* p) -> void* {
+                auto* j = static_cast<Job*>(p);
+                j->ranks = KillerRanksOnThisStack(j->n);
+                return nullptr;
+            },
+            &job) == 0)
         pthread_join(thread, nullptr);
     else
         job.ranks = KillerRanksOnThisStack(n);
@@ -78,8 +81,9 @@ struct Folder {
         }
         std::vector<int> order(dates.size());
         std::iota(order.begin(), order.end(), 0);
-        std::stable_sort(order.begin(), order.end(),
-                         [&](int a, int b) { return texts[std::size_t(a)].localeAwareCompare(texts[std::size_t(b)]) > 0; });
+        std::stable_sort(order.begin(), order.end(), [&](int a, int b) {
+            return texts[std::size_t(a)].localeAwareCompare(texts[std::size_t(b)]) > 0;
+        });
         const std::vector<int> rank = KillerRanks(n);
         for (int j = 0; j < n; ++j) {
             char name[32];

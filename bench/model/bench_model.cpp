@@ -61,7 +61,7 @@ void BM_LoadSolution(benchmark::State& state) {
         m->Load();
         inUse = mallinfo2().uordblks - before;
         benchmark::DoNotOptimize(m.get());
-        state.PauseTiming();   // freeing the model is not part of loading it
+        state.PauseTiming(); // freeing the model is not part of loading it
         m.reset();
         state.ResumeTiming();
     }

@@ -13,7 +13,7 @@ namespace {
 
 std::uint32_t RandomBelow(std::uint32_t m) {
     if (m == 0) return 0;
-    std::random_device device;   // no state kept between calls
+    std::random_device device; // no state kept between calls
     return std::uniform_int_distribution<std::uint32_t>(0, m - 1)(device);
 }
 

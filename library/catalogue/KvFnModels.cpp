@@ -106,8 +106,7 @@ TModel DecodeRecord(const Record& r, std::uint8_t kind, const std::string* key) 
 Record EncodeRecord(const TModel& m, std::uint8_t kind, const std::string* key, std::int32_t index) {
     Record r{};
     const std::string name = CutCharacters(m.Name, TModel::NameMax);
-    std::vector<std::string> tokens{name, IntToIdentUtf8(m.ID), IntToModelText(m.Number3),
-                                     IntToModelText(m.Number4)};
+    std::vector<std::string> tokens{name, IntToIdentUtf8(m.ID), IntToModelText(m.Number3), IntToModelText(m.Number4)};
     if (ReadsSecondID(kind)) tokens.push_back(IntToIdentUtf8(m.ID2));
     const std::string what = "The solution record " + std::to_string(index + 1) + " (\"" + name + "\")";
     const std::string text = JoinTokens(tokens);
@@ -137,10 +136,8 @@ Record EncodeRecord(const TModel& m, std::uint8_t kind, const std::string* key, 
 } // namespace
 
 TModels::TModels(std::string baseDir, std::string listName, std::string folder, const TLibrarySettings& settings)
-    : baseDir_(WithTrailingSlash(std::move(baseDir))),
-      listName_(std::move(listName)),
-      folder_(WithTrailingSlash(std::move(folder))),
-      settings_(&settings) {}
+    : baseDir_(WithTrailingSlash(std::move(baseDir))), listName_(std::move(listName)),
+      folder_(WithTrailingSlash(std::move(folder))), settings_(&settings) {}
 
 void TModels::ReadData(TBufReadFile& reader, std::uint8_t kind) {
     Clear();

@@ -20,30 +20,30 @@ class TBufWriteFile;
 // kept; they are written as zeros.
 struct TModel {
     static constexpr std::int32_t RecordSize = 580;
-    static constexpr std::size_t NameMax = 80;      // characters
-    static constexpr std::size_t TokensSlot = 201;  // offset 0: length byte + 200
-    static constexpr std::size_t Name2Slot = 256;   // offset 201: length byte + 255
-    static constexpr std::size_t BlockSize = 82;    // offset 496
+    static constexpr std::size_t NameMax = 80;     // characters
+    static constexpr std::size_t TokensSlot = 201; // offset 0: length byte + 200
+    static constexpr std::size_t Name2Slot = 256;  // offset 201: length byte + 255
+    static constexpr std::size_t BlockSize = 82;   // offset 496
 
     // Number3, Number4, Name2, Byte476, Words480, Int488 and Int492: the file
     // format leaves these unnamed; they are kept to be written back.
     // Tokens of the first text (offset 0).
-    std::string Name;             // 1: display name, cut to 80 characters
-    std::int32_t ID = 0;          // 2: identifier; a stored 0 reads as SubstituteID(Name)
-    std::int32_t Number3 = 0;     // 3: decimal integer, 0 when not a number
-    std::int32_t Number4 = 0;     // 4: decimal integer, 0 when empty or not a number
-    std::int32_t ID2 = 0;         // 5: second identifier, kinds 0 and 4 only; stored 0 reads as SubstituteID(Name)
+    std::string Name;         // 1: display name, cut to 80 characters
+    std::int32_t ID = 0;      // 2: identifier; a stored 0 reads as SubstituteID(Name)
+    std::int32_t Number3 = 0; // 3: decimal integer, 0 when not a number
+    std::int32_t Number4 = 0; // 4: decimal integer, 0 when empty or not a number
+    std::int32_t ID2 = 0;     // 5: second identifier, kinds 0 and 4 only; stored 0 reads as SubstituteID(Name)
     // The second text (offset 201).
     std::string Name2;
-    std::int32_t FolderNo = 0;    // 460: sub-folder number, see TModels::DirName
-    std::int32_t KeyValue1 = 0;   // 464 \.
-    std::uint8_t KeyValue2 = 0;   // 468  } TModels::FindModelIndex
-    std::int32_t KeyValue3 = 0;   // 472 /
-    std::uint8_t Byte476 = 0;     // 476 (three alignment bytes follow)
-    std::array<std::uint32_t, 2> Words480{};  // 480: one 8-byte value as two words
-    std::int32_t Int488 = 0;      // 488
-    std::int32_t Int492 = 0;      // 492
-    std::array<std::uint8_t, BlockSize> Block{};  // 496: kept as it is
+    std::int32_t FolderNo = 0;                   // 460: sub-folder number, see TModels::DirName
+    std::int32_t KeyValue1 = 0;                  // 464 \.
+    std::uint8_t KeyValue2 = 0;                  // 468  } TModels::FindModelIndex
+    std::int32_t KeyValue3 = 0;                  // 472 /
+    std::uint8_t Byte476 = 0;                    // 476 (three alignment bytes follow)
+    std::array<std::uint32_t, 2> Words480{};     // 480: one 8-byte value as two words
+    std::int32_t Int488 = 0;                     // 488
+    std::int32_t Int492 = 0;                     // 492
+    std::array<std::uint8_t, BlockSize> Block{}; // 496: kept as it is
 
     bool operator==(const TModel&) const = default;
 };
@@ -107,7 +107,7 @@ public:
     bool HideNames = false;
     bool Enciphered = false;
     std::string KeySeed;
-    std::string ClientName;          // names the file in the missing-key message
+    std::string ClientName; // names the file in the missing-key message
 
     // Changes of the list that the caller saves with SaveData afterwards.
     // "Solution n" with the smallest n no solution of the list is named.
@@ -127,9 +127,9 @@ public:
 
 private:
     bool dirty_ = false;
-    std::string baseDir_;  // trailing "/"
+    std::string baseDir_; // trailing "/"
     std::string listName_;
-    std::string folder_;   // trailing "/"
+    std::string folder_; // trailing "/"
     const TLibrarySettings* settings_;
     std::vector<std::unique_ptr<TModel>> items_;
 };

@@ -22,9 +22,9 @@ namespace kv {
 
 std::string KindPrefix(std::uint8_t kind) {
     switch (kind) {
-    case 1: return "bs_";
-    case 2: return "qr_";
-    default: return "md_";
+        case 1: return "bs_";
+        case 2: return "qr_";
+        default: return "md_";
     }
 }
 
@@ -50,11 +50,8 @@ std::string Deciphered(std::string_view token, const std::string& key) {
 
 TProjHdr::TProjHdr(std::uint8_t kind, std::string fileName, std::string folder, std::string baseDir,
                    const TLibrarySettings& settings)
-    : FileName(std::move(fileName)),
-      BaseDir(WithTrailingSlash(std::move(baseDir))),
-      Folder(WithTrailingSlash(std::move(folder))),
-      Kind(kind),
-      settings_(&settings) {
+    : FileName(std::move(fileName)), BaseDir(WithTrailingSlash(std::move(baseDir))),
+      Folder(WithTrailingSlash(std::move(folder))), Kind(kind), settings_(&settings) {
     HeaderPath = BaseDir + Folder + FileName;
 }
 
@@ -83,8 +80,7 @@ void TProjHdr::ReadHeaderRecords(TBufReadFile& reader) {
     if (ID == 0) ID = SubstituteID(HeaderPath);
 
     const std::int32_t at = reader.Position();
-    if (reader.ReadInt() > kMaxHeaderRecord)
-        throw EFileStructure(HeaderPath);
+    if (reader.ReadInt() > kMaxHeaderRecord) throw EFileStructure(HeaderPath);
     reader.SetPosition(at);
     const std::string record2 = reader.ReadStr();
     const std::vector<std::string_view> t = SplitTokens(record2);
@@ -135,8 +131,8 @@ void TProjHdr::ReadTrailing(TBufReadFile& reader) {
         const std::int64_t left = std::int64_t(reader.Size()) - reader.Position();
         if (texts > left / 4)
             throw EReadError("Unexpected end of file " + reader.FileName() + " at offset " +
-                             std::to_string(reader.Position()) + ": " + std::to_string(texts) +
-                             " texts announced, " + std::to_string(left) + " bytes left");
+                             std::to_string(reader.Position()) + ": " + std::to_string(texts) + " texts announced, " +
+                             std::to_string(left) + " bytes left");
         reader.ChargeEach(std::uint64_t(texts), sizeof(std::string));
         Texts.reserve(std::size_t(texts));
         for (std::int32_t i = 0; i < texts; ++i) Texts.push_back(reader.ReadStr());
@@ -161,7 +157,8 @@ void TProjHdr::LoadHeader() {
             probe.SetPosition(std::int32_t(at));
             const std::int64_t length = probe.ReadInt();
             const std::uint64_t need = at + 4 + std::uint64_t(std::clamp<std::int64_t>(length, 0, kMaxHeaderRecord));
-            if (need > std::uint64_t(probe.Size())) probe = TBufReadFile::Prefix(HeaderPath, std::min(need, kMaxHeaderBytes));
+            if (need > std::uint64_t(probe.Size()))
+                probe = TBufReadFile::Prefix(HeaderPath, std::min(need, kMaxHeaderBytes));
         }
         probe.SetPosition(0);
     }
@@ -174,7 +171,7 @@ TModelLists TProjHdr::Load(bool loadModels) {
     } catch (const EInvalidDataIn&) {
         throw;
     } catch (const EInvalidData&) {
-        throw EInvalidDataIn(HeaderPath);   // a solution record's text as much as the header's
+        throw EInvalidDataIn(HeaderPath); // a solution record's text as much as the header's
     }
 }
 
@@ -204,7 +201,8 @@ void TProjHdr::LoadReportSettings() { (void)Load(true); }
 void TProjHdr::Save(const TModels& main, const TModels& needs) const {
     const std::string record1 = JoinTokens(std::vector<std::string>{Name, IntToIdentUtf8(ID)});
     if (Utf8ToAnsi(record1).size() > 255)
-        throw EKvError("The client file's name \"" + Name + "\" is too long to be stored (at most 255 bytes with its identifier)");
+        throw EKvError("The client file's name \"" + Name +
+                       "\" is too long to be stored (at most 255 bytes with its identifier)");
     std::string text1 = Text1, text2 = Text2;
     if (IsProtected()) {
         const std::string key = Key();
@@ -302,7 +300,7 @@ public:
         std::string name;
         std::string lower;
         bool isDir = false;
-        bool locked = false;   // protected and no key: step 4 must not read it again
+        bool locked = false; // protected and no key: step 4 must not read it again
         std::unique_ptr<TProjHdr> hdr;
     };
 
@@ -369,7 +367,8 @@ private:
     }
     void Sort() {
         if (sorted_) return;
-        std::sort(entries_.begin(), entries_.end(), [](const Entry& a, const Entry& b) { return Less(a, b.lower, b.name); });
+        std::sort(entries_.begin(), entries_.end(),
+                  [](const Entry& a, const Entry& b) { return Less(a, b.lower, b.name); });
         sorted_ = true;
     }
     void BuildLower() {
@@ -380,7 +379,7 @@ private:
 
     std::vector<Entry> entries_;
     bool sorted_ = false;
-    std::unordered_map<std::string, int> lowerCount_;  // built on first use
+    std::unordered_map<std::string, int> lowerCount_; // built on first use
     bool lowerBuilt_ = false;
 };
 
@@ -416,7 +415,7 @@ std::string FolderSafe(std::string_view name) {
             out += '_';
         } else if (c == 0xC2 && i + 1 < name.size() && static_cast<unsigned char>(name[i + 1]) >= 0x80 &&
                    static_cast<unsigned char>(name[i + 1]) <= 0x9F) {
-            out += '_';   // U+0080-U+009F in UTF-8
+            out += '_'; // U+0080-U+009F in UTF-8
             ++i;
         } else {
             out += char(c);
@@ -427,13 +426,9 @@ std::string FolderSafe(std::string_view name) {
 
 } // namespace
 
-TProjHdrLst::TProjHdrLst(std::string dataDir, std::string altDir, std::uint8_t kind,
-                         const TLibrarySettings& settings)
-    : dataDir_(WithTrailingSlash(std::move(dataDir))),
-      altDir_(WithTrailingSlash(std::move(altDir))),
-      prefix_(KindPrefix(kind)),
-      kind_(kind),
-      settings_(&settings) {}
+TProjHdrLst::TProjHdrLst(std::string dataDir, std::string altDir, std::uint8_t kind, const TLibrarySettings& settings)
+    : dataDir_(WithTrailingSlash(std::move(dataDir))), altDir_(WithTrailingSlash(std::move(altDir))),
+      prefix_(KindPrefix(kind)), kind_(kind), settings_(&settings) {}
 
 TProjHdr& TProjHdrLst::Get(std::int32_t index) const {
     if (index < 0 || index >= Count()) throw EListError(index);
@@ -445,10 +440,9 @@ namespace {
 // Where a client folder's header is read: the alternate directory when it
 // holds a copy and may be used ("_db" matched with case ignored, like the
 // listing), else the data directory when the folder is there; "" for neither.
-std::string HeaderBase(const std::string& name, bool inDataDir, const std::string& dataDir,
-                       const std::string& altDir, const TLibrarySettings& settings) {
-    if (ContainsDb(name) && !altDir.empty() && !settings.ForbidAltDir && IsDirectory(altDir + name))
-        return altDir;
+std::string HeaderBase(const std::string& name, bool inDataDir, const std::string& dataDir, const std::string& altDir,
+                       const TLibrarySettings& settings) {
+    if (ContainsDb(name) && !altDir.empty() && !settings.ForbidAltDir && IsDirectory(altDir + name)) return altDir;
     return inDataDir ? dataDir : std::string();
 }
 
@@ -481,12 +475,12 @@ std::unique_ptr<TProjHdr> ReadUnlessLocked(const std::string& name, const std::s
 void TProjHdrLst::Load(bool includeAlternate) {
     Clear();
     locked_.clear();
-    std::vector<std::unique_ptr<TProjHdr>> items;  // the list stays empty when a header fails
+    std::vector<std::unique_ptr<TProjHdr>> items; // the list stays empty when a header fails
     TDirTable table(dataDir_);
 
     // 1. Legacy folders "db*" take the first free "<prefix>db<n>".
     {
-        int n = 1;  // only grows: every move takes a name and frees none of this form
+        int n = 1; // only grows: every move takes a name and frees none of this form
         const std::vector<std::size_t> dirs = table.Dirs("db*");
         for (auto it = dirs.rbegin(); it != dirs.rend(); ++it) {
             while (table.Taken(prefix_ + "db" + std::to_string(n))) ++n;
@@ -501,7 +495,8 @@ void TProjHdrLst::Load(bool includeAlternate) {
         const std::vector<std::size_t> dirs = table.Dirs(prefix_ + "db*");
         for (auto it = dirs.rbegin(); it != dirs.rend(); ++it) {
             TDirTable::Entry& e = table[*it];
-            std::unique_ptr<TProjHdr> hdr = ReadUnlessLocked(e.name, HeaderBase(e.name, true, dataDir_, altDir_, *settings_), kind_, *settings_);
+            std::unique_ptr<TProjHdr> hdr =
+                ReadUnlessLocked(e.name, HeaderBase(e.name, true, dataDir_, altDir_, *settings_), kind_, *settings_);
             if (!hdr) {
                 e.locked = true;
                 continue;
@@ -561,7 +556,8 @@ std::string TProjHdrLst::NewDirName() const {
     for (const std::string& entry : TDirTable(dataDir_).LowerNames()) {
         if (entry.compare(0, lowerPrefix.size(), lowerPrefix) != 0) continue;
         const std::size_t bar = entry.find('_', lowerPrefix.size());
-        used.insert(entry.substr(lowerPrefix.size(), bar == std::string::npos ? std::string::npos : bar - lowerPrefix.size()));
+        used.insert(
+            entry.substr(lowerPrefix.size(), bar == std::string::npos ? std::string::npos : bar - lowerPrefix.size()));
     }
     int n = 1;
     while (used.count(std::to_string(n))) ++n;

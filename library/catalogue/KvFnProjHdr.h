@@ -74,40 +74,40 @@ public:
     bool HideNames() const noexcept { return HideNamesFlag != 0; }
     bool IsProtected() const noexcept { return ProtectionFlag != 0; }
 
-    std::string HeaderPath;  // BaseDir + Folder + FileName
+    std::string HeaderPath; // BaseDir + Folder + FileName
     std::string FileName;
-    std::string BaseDir;     // trailing "/"
-    std::string Folder;      // client folder name, trailing "/"
+    std::string BaseDir; // trailing "/"
+    std::string Folder;  // client folder name, trailing "/"
     std::uint8_t Kind = 0;
 
     // Header record 1.
-    std::string Name;        // token 1
-    std::int32_t ID = 0;     // token 2; a stored 0 reads as SubstituteID(HeaderPath)
+    std::string Name;    // token 1
+    std::int32_t ID = 0; // token 2; a stored 0 reads as SubstituteID(HeaderPath)
     // Header record 2 (token numbers from 1). The file format leaves texts 1
     // to 4, flags A to G, the number and the integer unnamed; they are kept
     // to be written back.
-    std::string Text1;       // 1, enciphered when IsProtected()
-    std::string Text2;       // 2, enciphered when IsProtected()
-    double Date = 0;         // 3: day count, model-file number text; 0 when empty or unreadable
-    std::uint8_t FlagA = 0;  // 4
-    double Number = 0;       // 5
-    std::string Text3;       // 6
-    std::uint8_t FlagB = 0;  // 7: empty token gives FlagA != 0
-    std::uint8_t FlagC = 0;  // 8
-    std::uint8_t FlagD = 0;  // 9
-    std::uint8_t FlagE = 0;  // 10
-    std::uint8_t FlagF = 1;  // 11: default 1
-    std::uint8_t FlagG = 0;  // 12
-    std::uint8_t HideNamesFlag = 0;   // 13: hide solution names
-    std::string KeySeed;     // 14
-    std::uint8_t ProtectionFlag = 0;  // 15: texts are enciphered
-    std::string Text4;       // 16
-    std::int32_t Integer = -1; // 17
+    std::string Text1;               // 1, enciphered when IsProtected()
+    std::string Text2;               // 2, enciphered when IsProtected()
+    double Date = 0;                 // 3: day count, model-file number text; 0 when empty or unreadable
+    std::uint8_t FlagA = 0;          // 4
+    double Number = 0;               // 5
+    std::string Text3;               // 6
+    std::uint8_t FlagB = 0;          // 7: empty token gives FlagA != 0
+    std::uint8_t FlagC = 0;          // 8
+    std::uint8_t FlagD = 0;          // 9
+    std::uint8_t FlagE = 0;          // 10
+    std::uint8_t FlagF = 1;          // 11: default 1
+    std::uint8_t FlagG = 0;          // 12
+    std::uint8_t HideNamesFlag = 0;  // 13: hide solution names
+    std::string KeySeed;             // 14
+    std::uint8_t ProtectionFlag = 0; // 15: texts are enciphered
+    std::string Text4;               // 16
+    std::int32_t Integer = -1;       // 17
 
     // Trailing sections, carried as read; TrailingSections says how many of the
     // four the file held (Save writes that many).
-    std::vector<std::pair<std::string, std::string>> Pairs;  // byte n, n ShortStr pairs
-    std::vector<std::string> Texts;                           // Int n, n Str
+    std::vector<std::pair<std::string, std::string>> Pairs; // byte n, n ShortStr pairs
+    std::vector<std::string> Texts;                         // Int n, n Str
     std::array<std::string, ReportSettingCount> ReportSettings;
     std::string LastText;
     int TrailingSections = TrailingSectionCount;
@@ -182,6 +182,7 @@ private:
 
 template <class Less>
 void kv::TProjHdrLst::Sort(Less less) {
-    std::stable_sort(items_.begin(), items_.end(),
-                     [&](const std::unique_ptr<TProjHdr>& a, const std::unique_ptr<TProjHdr>& b) { return less(*a, *b); });
+    std::stable_sort(
+        items_.begin(), items_.end(),
+        [&](const std::unique_ptr<TProjHdr>& a, const std::unique_ptr<TProjHdr>& b) { return less(*a, *b); });
 }

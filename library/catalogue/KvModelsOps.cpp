@@ -18,7 +18,8 @@ std::string TModels::DefName() const {
 void TModels::CopyModelFile(const std::string& fromDir, const std::string& toDir) {
     std::error_code ec;
     fs::create_directories(fs::u8path(toDir), ec);
-    fs::copy(fs::u8path(fromDir), fs::u8path(toDir), fs::copy_options::recursive | fs::copy_options::overwrite_existing, ec);
+    fs::copy(fs::u8path(fromDir), fs::u8path(toDir), fs::copy_options::recursive | fs::copy_options::overwrite_existing,
+             ec);
     if (ec) throw EInOutError("Cannot copy " + fromDir + " to " + toDir + ": " + ec.message());
 }
 
@@ -32,14 +33,14 @@ std::int32_t TModels::CopyModel(std::int32_t index, const std::string& newName) 
     CopyModelFile(Path(index), dirOf(folder) + "/");
     copy.Name = newName.substr(0, TModel::NameMax);
     copy.FolderNo = folder;
-    copy.ID = copy.ID2 = 0;   // stored 0: the identifier is derived from the new name
+    copy.ID = copy.ID2 = 0; // stored 0: the identifier is derived from the new name
     Add(std::move(copy));
     dirty_ = true;
     return Count() - 1;
 }
 
 void TModels::DeleteModel(std::int32_t index, bool removeFolder) {
-    const std::string dir = Path(index);   // raises for a bad index before anything changes
+    const std::string dir = Path(index); // raises for a bad index before anything changes
     if (removeFolder) {
         std::error_code ec;
         fs::remove_all(fs::u8path(dir), ec);

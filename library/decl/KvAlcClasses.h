@@ -19,12 +19,12 @@ struct TAlcSubCls2 {
 
 struct TAlcSubCls {
     std::string_view Name;
-    std::span<const TAlcSubCls2> Entries;   // empty: the sub-class has no third level
+    std::span<const TAlcSubCls2> Entries; // empty: the sub-class has no third level
     int Count() const { return static_cast<int>(Entries.size()); }
 };
 
 struct TAlcCls {
-    std::int32_t Code;                      // 1..6, the allocator's asset-class code
+    std::int32_t Code; // 1..6, the allocator's asset-class code
     std::string_view Name;
     std::span<const TAlcSubCls> SubClasses; // always kAlcSubClsCount of them
     bool IsEquity() const { return Code >= 3 && Code <= 6; }

@@ -16,14 +16,14 @@ inline constexpr std::int64_t kMillisecondsPerDay = 86400000;
 
 struct TCivilDate {
     std::int64_t Year = 1899;
-    unsigned Month = 12;   // 1..12
-    unsigned Day = 30;     // 1..31
+    unsigned Month = 12; // 1..12
+    unsigned Day = 30;   // 1..31
     bool operator==(const TCivilDate&) const = default;
 };
 
 struct TCivilDateTime {
     TCivilDate Date;
-    std::int64_t Millisecond = 0;   // of the day, 0..86,399,999
+    std::int64_t Millisecond = 0; // of the day, 0..86,399,999
     bool operator==(const TCivilDateTime&) const = default;
 };
 

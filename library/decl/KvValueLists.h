@@ -117,8 +117,7 @@ public:
 protected:
     TIndListBase() = default;
     TIndListBase(const TIndListBase& Other) { AssignFrom(&Other); }
-    TIndListBase& operator=(const TIndListBase& Other)
-    {
+    TIndListBase& operator=(const TIndListBase& Other) {
         AssignFrom(&Other);
         return *this;
     }

@@ -31,7 +31,7 @@ std::vector<const TAcc*> TAccList::ListSubAccounts(const std::string& code) cons
 void TAccList::SortByAccountsOrder(std::vector<std::string>& codes) const {
     std::stable_sort(codes.begin(), codes.end(), [this](const std::string& a, const std::string& b) {
         const auto ia = static_cast<unsigned>(GetAccOrder(a)), ib = static_cast<unsigned>(GetAccOrder(b));
-        return ia < ib;   // -1 turns into the largest unsigned: absent codes last
+        return ia < ib; // -1 turns into the largest unsigned: absent codes last
     });
 }
 

@@ -13,10 +13,9 @@ namespace kv {
 namespace {
 
 constexpr std::array<std::string_view, EntryGrpCount> GrpCodes = {
-    "HOME", "REALEST", "VACATION", "VEHICLE", "VESSEL", "PERSPROP", "EDUCATION", "GIFT",
-    "OTHERASSET", "GCVEHICLE", "WILLTR", "ENTERT", "TOYS", "DONAT", "PLCON", "HOBB",
-    "EDUCWE", "LESSN", "CAMP", "GIFTWE", "PPCON", "TFSACON", "BASIC", "LIFEINS",
-    "OTHEREXP", "ESTATE",
+    "HOME",      "REALEST", "VACATION", "VEHICLE", "VESSEL", "PERSPROP", "EDUCATION", "GIFT",   "OTHERASSET",
+    "GCVEHICLE", "WILLTR",  "ENTERT",   "TOYS",    "DONAT",  "PLCON",    "HOBB",      "EDUCWE", "LESSN",
+    "CAMP",      "GIFTWE",  "PPCON",    "TFSACON", "BASIC",  "LIFEINS",  "OTHEREXP",  "ESTATE",
 };
 
 // Deeper than any real chart; keeps a hostile file from exhausting the stack.
@@ -84,11 +83,11 @@ TEntryGrps ParseEntryGrps(std::string_view list) {
 std::int32_t ExpectedEntriesVersion(std::uint8_t product) {
     // Day numbers of the last format change of each product's chart.
     switch (product) {
-    case 0:
-    case 4: return 45017;  // 1 April 2023
-    case 1: return 44927;  // 1 January 2023
-    case 2: return 44986;  // 1 March 2023
-    default: return 0;
+        case 0:
+        case 4: return 45017; // 1 April 2023
+        case 1: return 44927; // 1 January 2023
+        case 2: return 44986; // 1 March 2023
+        default: return 0;
     }
 }
 
@@ -179,8 +178,7 @@ std::uint32_t TAcc::DefColor(int level) {
 
 // ---------------------------------------------------------------- TEntries
 
-TEntries::TEntries(std::uint8_t product, std::string fileName)
-    : FProduct(product), FFileName(std::move(fileName)) {
+TEntries::TEntries(std::uint8_t product, std::string fileName) : FProduct(product), FFileName(std::move(fileName)) {
     FFrenchFileName = (std::filesystem::path(FFileName).parent_path() / "French.dat").string();
 }
 
@@ -332,7 +330,7 @@ void TEntries::ReadEntry(TBufReadFile& r, TEntry& e) {
 
 void TEntries::ReadTreeSection(TBufReadFile& r) {
     const std::size_t n = ReadCount(r, MinNodeBytes, FFileName);
-    r.ChargeEach(n, 3 * sizeof(TEntry*));   // a list slot, while the list grows
+    r.ChargeEach(n, 3 * sizeof(TEntry*)); // a list slot, while the list grows
     lEntries.reserve(lEntries.size() + n);
     for (std::size_t i = 0; i < n; ++i) lEntries.push_back(ReadTreeNode(r, 0));
 }
@@ -373,8 +371,8 @@ void TEntries::CheckVersion(bool showError) const {
     const std::int32_t expected = ExpectedEntriesVersion(FProduct);
     if (!showError || FVersion == expected) return;
     throw EEntriesVersion(FFileName + "\rWrong " + std::filesystem::path(FFileName).filename().string() +
-                          " version.\rVersion " + std::to_string(FVersion) + ", expected " +
-                          std::to_string(expected) + ".");
+                          " version.\rVersion " + std::to_string(FVersion) + ", expected " + std::to_string(expected) +
+                          ".");
 }
 
 void TEntries::IndexEntry(TEntry& e) {
@@ -421,8 +419,7 @@ TEntry* TEntries::GetEntryByFIClassNo(std::int32_t itemClassNo) const {
 
 TEntry* TEntries::GetRootEntry(std::int32_t value) const {
     for (TEntry* e : lEntries)
-        if (e->TreeKeys[0] == value && e->TreeKeys[1] == -1 && e->TreeKeys[2] == -1 && e->TreeKeys[3] == -1)
-            return e;
+        if (e->TreeKeys[0] == value && e->TreeKeys[1] == -1 && e->TreeKeys[2] == -1 && e->TreeKeys[3] == -1) return e;
     return nullptr;
 }
 

@@ -25,10 +25,31 @@ class TBufWriteFile;
 
 // Entry groups, in the order the program has always numbered them.
 enum class TEntryGrp : std::uint8_t {
-    EGRP_HOME, EGRP_REALEST, EGRP_VACATION, EGRP_VEHICLE, EGRP_VESSEL, EGRP_PERSPROP,
-    EGRP_EDUCATION, EGRP_GIFT, EGRP_OTHERASSET, EGRP_GCVEHICLE, EGRP_WILLTR, EGRP_ENTERT,
-    EGRP_TOYS, EGRP_DONAT, EGRP_PLCON, EGRP_HOBB, EGRP_EDUCWE, EGRP_LESSN, EGRP_CAMP,
-    EGRP_GIFTWE, EGRP_PPCON, EGRP_TFSACON, EGRP_BASIC, EGRP_LIFEINS, EGRP_OTHEREXP,
+    EGRP_HOME,
+    EGRP_REALEST,
+    EGRP_VACATION,
+    EGRP_VEHICLE,
+    EGRP_VESSEL,
+    EGRP_PERSPROP,
+    EGRP_EDUCATION,
+    EGRP_GIFT,
+    EGRP_OTHERASSET,
+    EGRP_GCVEHICLE,
+    EGRP_WILLTR,
+    EGRP_ENTERT,
+    EGRP_TOYS,
+    EGRP_DONAT,
+    EGRP_PLCON,
+    EGRP_HOBB,
+    EGRP_EDUCWE,
+    EGRP_LESSN,
+    EGRP_CAMP,
+    EGRP_GIFTWE,
+    EGRP_PPCON,
+    EGRP_TFSACON,
+    EGRP_BASIC,
+    EGRP_LIFEINS,
+    EGRP_OTHEREXP,
     EGRP_ESTATE,
 };
 inline constexpr std::size_t EntryGrpCount = 26;
@@ -49,7 +70,7 @@ std::int32_t ExpectedEntriesVersion(std::uint8_t product);
 struct TEntryType {
     std::uint8_t Code = 0;
     std::string Name;
-    std::uint8_t Code2 = 0;   // unnamed in the file format; kept to be written back
+    std::uint8_t Code2 = 0; // unnamed in the file format; kept to be written back
     bool Flag = false;
 };
 
@@ -84,7 +105,7 @@ public:
     const TEntryType* EntryType = nullptr;
     std::string Name;
     std::string FrenchName;
-    std::string LongText;  // StrX
+    std::string LongText; // StrX
     std::string Name2;
     std::string FrenchName2;
     // Present on disk only for product kinds 0 and 4; zero otherwise.
@@ -96,7 +117,7 @@ public:
 
     // Non-owning: entries are owned by TEntries.
     TEntry* Parent = nullptr;
-    std::vector<TEntry*> Children;  // file order
+    std::vector<TEntry*> Children; // file order
 
     // The value investment accounts link child items by (kinds -35, -36, -37,
     // -42): taken to be the first of the three Int after the tree keys.
@@ -237,8 +258,14 @@ public:
     void AddEntryVal(TEntryVal val);
     void AddEnTaxLabel(std::string label);
     void AddFrTaxLabel(std::string label);
-    void SetVersion(std::int32_t version) { FVersion = version; FHasVersion = true; }
-    void ClearVersion() { FVersion = 0; FHasVersion = false; }
+    void SetVersion(std::int32_t version) {
+        FVersion = version;
+        FHasVersion = true;
+    }
+    void ClearVersion() {
+        FVersion = 0;
+        FHasVersion = false;
+    }
     // Resolves account parents and the account-group names (done by Load).
     void LinkAccounts();
     // The account groups as Load leaves them: parents and top-account names.
@@ -276,7 +303,7 @@ private:
     TEntryVals lEntryVals;
 
     std::vector<std::unique_ptr<TEntryGroup>> lGroups;
-    std::array<std::int16_t, 256> FGroupIndex{};  // position in lGroups + 1; 0 = none
+    std::array<std::int16_t, 256> FGroupIndex{}; // position in lGroups + 1; 0 = none
     std::unordered_map<std::int32_t, TEntry*> FByID;
     std::unordered_map<std::int32_t, TEntry*> FByClassNo;
 };

@@ -94,9 +94,9 @@ TBufReadFile::TBufReadFile(const std::string& fileName, std::uint64_t maxBytes) 
     if (S_ISDIR(st.st_mode)) ThrowFile("Cannot read file", fileName, EISDIR);
     if (!S_ISREG(st.st_mode)) throw EInOutError("Cannot read file \"" + fileName + "\": it is not a regular file");
     fileSize_ = st.st_size;
-    const std::uint64_t wanted = std::min<std::uint64_t>(std::uint64_t(std::max<std::int64_t>(st.st_size, 0)), maxBytes);
-    if (wanted >= (std::uint64_t(1) << 31))
-        throw EInOutError("File \"" + fileName + "\" is too large (2 GiB or more)");
+    const std::uint64_t wanted =
+        std::min<std::uint64_t>(std::uint64_t(std::max<std::int64_t>(st.st_size, 0)), maxBytes);
+    if (wanted >= (std::uint64_t(1) << 31)) throw EInOutError("File \"" + fileName + "\" is too large (2 GiB or more)");
 
     const std::size_t size = static_cast<std::size_t>(wanted);
     fileData_ = AllocateFileBuffer(size);
@@ -119,8 +119,7 @@ TBufReadFile::TBufReadFile(const std::string& fileName, std::uint64_t maxBytes) 
 }
 
 TBufReadFile TBufReadFile::FromBytes(std::vector<std::uint8_t> bytes, std::string name) {
-    if (bytes.size() >= (std::size_t(1) << 31))
-        throw EInOutError("File \"" + name + "\" is too large (2 GiB or more)");
+    if (bytes.size() >= (std::size_t(1) << 31)) throw EInOutError("File \"" + name + "\" is too large (2 GiB or more)");
     TBufReadFile r;
     r.fileName_ = std::move(name);
     r.memData_ = std::move(bytes);
@@ -417,7 +416,8 @@ bool TBufWriteFile::TryWriteTextInPlace(std::string_view utf8, std::size_t count
 }
 
 void TBufWriteFile::WriteStr(std::string_view s) {
-    if (!TryWriteTextInPlace(s, 4, std::size_t(std::numeric_limits<std::int32_t>::max()))) WriteCounted(TAnsiText(s).bytes);
+    if (!TryWriteTextInPlace(s, 4, std::size_t(std::numeric_limits<std::int32_t>::max())))
+        WriteCounted(TAnsiText(s).bytes);
 }
 
 void TBufWriteFile::WriteShortStr(std::string_view s) {

@@ -21,7 +21,7 @@ template <class T>
 inline T FromLittleEndian(T v) {
     if constexpr (std::endian::native == std::endian::big && sizeof(T) > 1) {
         using U = std::conditional_t<sizeof(T) == 2, std::uint16_t,
-                  std::conditional_t<sizeof(T) == 4, std::uint32_t, std::uint64_t>>;
+                                     std::conditional_t<sizeof(T) == 4, std::uint32_t, std::uint64_t>>;
         U u = std::bit_cast<U>(v);
         if constexpr (sizeof(T) == 2) u = __builtin_bswap16(u);
         if constexpr (sizeof(T) == 4) u = __builtin_bswap32(u);
@@ -119,10 +119,26 @@ public:
     double ReadDate() { return Fixed<std::int32_t>(); }
     char16_t ReadChar() { return char16_t(Fixed<std::uint16_t>()); }
     std::uint32_t ReadNumX();
-    std::string ReadStr() { std::string s; ReadStr(s); return s; }
-    std::string ReadShortStr() { std::string s; ReadShortStr(s); return s; }
-    std::string ReadStrX() { std::string s; ReadStrX(s); return s; }
-    std::vector<std::string> ReadStringsX() { std::vector<std::string> a; ReadStringsX(a); return a; }
+    std::string ReadStr() {
+        std::string s;
+        ReadStr(s);
+        return s;
+    }
+    std::string ReadShortStr() {
+        std::string s;
+        ReadShortStr(s);
+        return s;
+    }
+    std::string ReadStrX() {
+        std::string s;
+        ReadStrX(s);
+        return s;
+    }
+    std::vector<std::string> ReadStringsX() {
+        std::vector<std::string> a;
+        ReadStringsX(a);
+        return a;
+    }
     std::string ReadEncryptStr(const std::string& key, bool stripPadding) {
         std::string s;
         ReadEncryptStr(s, key, stripPadding);
@@ -131,9 +147,10 @@ public:
 
     // Frees the buffer of a file read from disk, huge-page aligned or not.
     struct TFreeBytes {
-        bool hugeAligned;   // no initializer: GCC would then refuse a default unique_ptr in this class
+        bool hugeAligned; // no initializer: GCC would then refuse a default unique_ptr in this class
         void operator()(std::uint8_t* p) const noexcept;
     };
+
 private:
     TBufReadFile() = default;
     TBufReadFile(const std::string& fileName, std::uint64_t maxBytes);
@@ -156,7 +173,7 @@ private:
     const char* Take(std::uint64_t n);
     // n bytes of text, cut at the first zero byte among them; n <= 0 gives "".
     void ReadText(std::int64_t n, std::string& s);
-    static constexpr std::size_t kInlineText = 15;   // libstdc++'s short-string capacity
+    static constexpr std::size_t kInlineText = 15; // libstdc++'s short-string capacity
     void ChargeText(const std::string& s);
     [[noreturn]] void ThrowEnd() const;
 
@@ -174,8 +191,8 @@ private:
 // blocks. The file stays open until Close or destruction.
 class TBufWriteFile {
 public:
-    static constexpr std::int32_t BufferSize = 0x19000;  // 102,400
-    static constexpr std::int32_t FlushLimit = 0x18FFF;  // a write that would pass this flushes first
+    static constexpr std::int32_t BufferSize = 0x19000; // 102,400
+    static constexpr std::int32_t FlushLimit = 0x18FFF; // a write that would pass this flushes first
 
     // Creates the file or truncates an existing one.
     explicit TBufWriteFile(const std::string& fileName);

@@ -25,25 +25,13 @@ bool LayoutOf(std::int32_t v, TLayout& l) {
     l = TLayout{};
     l.Version = v;
     switch (v) {
-    case TLibAllocYear::kVersionCurrent:
-        return true;
-    case TLibAllocYear::kVersion200507:
-        l.Subs = false;
-        [[fallthrough]];
-    case TLibAllocYear::kVersion200803:
-        l.Entries34 = false;
-        [[fallthrough]];
-    case TLibAllocYear::kVersion201202:
-        l.EntriesRest = false;
-        [[fallthrough]];
-    case TLibAllocYear::kVersion201304:
-        l.Percent = true;
-        [[fallthrough]];
-    case TLibAllocYear::kVersion201404:
-        l.Prefix = true;
-        return true;
-    default:
-        return false;
+        case TLibAllocYear::kVersionCurrent: return true;
+        case TLibAllocYear::kVersion200507: l.Subs = false; [[fallthrough]];
+        case TLibAllocYear::kVersion200803: l.Entries34 = false; [[fallthrough]];
+        case TLibAllocYear::kVersion201202: l.EntriesRest = false; [[fallthrough]];
+        case TLibAllocYear::kVersion201304: l.Percent = true; [[fallthrough]];
+        case TLibAllocYear::kVersion201404: l.Prefix = true; return true;
+        default: return false;
     }
 }
 
@@ -126,8 +114,10 @@ bool TLibAllocYear::Decode(std::string_view text) {
     {
         TFieldCursor probe(text, ';');
         std::int32_t v = 0;
-        if (TryModelTextToInt(probe.Next(), v) && v != kVersionCurrent && LayoutOf(v, l)) cur.Next();
-        else LayoutOf(kVersionCurrent, l);
+        if (TryModelTextToInt(probe.Next(), v) && v != kVersionCurrent && LayoutOf(v, l))
+            cur.Next();
+        else
+            LayoutOf(kVersionCurrent, l);
     }
     const double k = l.Percent ? 100.0 : 1.0;
     bool ok = true;

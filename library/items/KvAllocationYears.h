@@ -33,12 +33,12 @@ public:
     static constexpr int MaxSubCls2Count = 64;
 
     // Versions of the text form that Decode reads; 0 is the current form.
-    static constexpr std::int32_t kVersion200507 = 200507;  // class percentages
-    static constexpr std::int32_t kVersion200803 = 200803;  // + sub-class percentages
-    static constexpr std::int32_t kVersion201202 = 201202;  // + third level of classes 3 and 4
-    static constexpr std::int32_t kVersion201304 = 201304;  // + third level of the other classes
-    static constexpr std::int32_t kVersion201404 = 201404;  // shares (0..1) instead of percentages
-    static constexpr std::int32_t kVersionCurrent = 0;      // 201404 without its version field
+    static constexpr std::int32_t kVersion200507 = 200507; // class percentages
+    static constexpr std::int32_t kVersion200803 = 200803; // + sub-class percentages
+    static constexpr std::int32_t kVersion201202 = 201202; // + third level of classes 3 and 4
+    static constexpr std::int32_t kVersion201304 = 201304; // + third level of the other classes
+    static constexpr std::int32_t kVersion201404 = 201404; // shares (0..1) instead of percentages
+    static constexpr std::int32_t kVersionCurrent = 0;     // 201404 without its version field
 
     // All shares and amounts 0, third-level counts from the program-wide
     // class list, the three lists as long as the grand total of the counts.

@@ -147,8 +147,10 @@ double TAccountDate::SumVal() const {
 }
 
 void TAccountDate::SetVal(std::int32_t entryID, double value) {
-    if (TAccountVal* v = Find(entryID)) v->Value = value;
-    else Add(entryID, value);
+    if (TAccountVal* v = Find(entryID))
+        v->Value = value;
+    else
+        Add(entryID, value);
 }
 
 double TAccountDate::SumFinVals() const {
@@ -242,8 +244,10 @@ std::vector<std::int32_t> TAccount::Years() const {
 // TCGManager
 
 void TCGManager::Add(std::int32_t year, double amount) {
-    if (amount >= 0) Gains.PutVal(year, Gains.GetVal(year) + amount);
-    else Losses.PutVal(year, Losses.GetVal(year) - amount);
+    if (amount >= 0)
+        Gains.PutVal(year, Gains.GetVal(year) + amount);
+    else
+        Losses.PutVal(year, Losses.GetVal(year) - amount);
 }
 
 double TCGManager::LossCarriedInto(std::int32_t year) const {
@@ -254,15 +258,15 @@ double TCGManager::LossCarriedInto(std::int32_t year) const {
     for (std::int32_t y : years) {
         if (y >= year) break;
         const double net = NetGain(y);
-        if (net < 0) pool -= net;
-        else pool = std::max(0.0, pool - net);
+        if (net < 0)
+            pool -= net;
+        else
+            pool = std::max(0.0, pool - net);
     }
     return pool;
 }
 
-double TCGManager::TaxableGain(std::int32_t year) const {
-    return std::max(0.0, NetGain(year) - LossCarriedInto(year));
-}
+double TCGManager::TaxableGain(std::int32_t year) const { return std::max(0.0, NetGain(year) - LossCarriedInto(year)); }
 
 // ---------------------------------------------------------------------------
 // TBalance
@@ -346,9 +350,7 @@ std::vector<TBalanceItem>& TBalance::Items(int list) {
     return lists_[std::size_t(list)].Items;
 }
 
-const std::vector<TBalanceItem>& TBalance::Items(int list) const {
-    return const_cast<TBalance*>(this)->Items(list);
-}
+const std::vector<TBalanceItem>& TBalance::Items(int list) const { return const_cast<TBalance*>(this)->Items(list); }
 
 TBalanceParty& TBalance::AddParty(int list, TParticipant& party, std::string name) {
     auto& l = Parties(list);
@@ -452,7 +454,7 @@ void TBalance::Load(TBufReadFile& r) {
     c.Accounts.reserve(na);
     for (std::size_t k = 0; k < na; ++k) {
         std::string key = r.ReadShortStr();
-        r.Charge(key.capacity() > 15 ? key.capacity() + 1 : 0);   // the index's copy
+        r.Charge(key.capacity() > 15 ? key.capacity() + 1 : 0); // the index's copy
         std::string text = r.ReadStr();
         auto a = std::make_unique<TAccount>(std::move(key), std::move(text));
         const std::size_t nd = ReadCount(r, kMinDate);
@@ -576,8 +578,7 @@ std::int32_t TBalance::FirstAccountNegativeYear(std::string_view key, std::int32
     return -1;
 }
 
-std::int32_t TBalance::FirstAccountSumNegativeYear(const std::vector<std::string>& keys,
-                                                   std::int32_t fromYear) const {
+std::int32_t TBalance::FirstAccountSumNegativeYear(const std::vector<std::string>& keys, std::int32_t fromYear) const {
     std::vector<const TAccount*> accs;
     std::set<std::int32_t> years;
     for (const auto& k : keys)

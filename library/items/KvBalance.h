@@ -37,13 +37,13 @@ double DateOfYear(std::int32_t year);
 struct TAccountVal {
     std::int32_t EntryID = 0;
     double Value = 0;
-    double Value2 = -1;          // unnamed in the file format, kept to be written back; -1: not set
+    double Value2 = -1; // unnamed in the file format, kept to be written back; -1: not set
 };
 
 struct TFinItemVal {
     std::int32_t ItemID = 0;
     double Value = 0;
-    std::int32_t Int2 = 0;       // unnamed in the file format; kept to be written back
+    std::int32_t Int2 = 0; // unnamed in the file format; kept to be written back
 };
 
 class TAccountDate {
@@ -55,9 +55,9 @@ public:
 
     double Date;
     std::int32_t Year;
-    std::vector<TAccountVal> Vals;     // the entry itself
+    std::vector<TAccountVal> Vals; // the entry itself
     std::vector<TFinItemVal> FinItems;
-    void* Link = nullptr;              // not owned, not saved
+    void* Link = nullptr; // not owned, not saved
 
     int Count() const { return static_cast<int>(Vals.size()); }
     int FinItemCount() const { return static_cast<int>(FinItems.size()); }
@@ -126,7 +126,7 @@ public:
     explicit TCGManager(std::int32_t partyID = 0) : PartyID(partyID) {}
     std::int32_t PartyID;
     TIndDblList Gains;
-    TIndDblList Losses;        // stored positive
+    TIndDblList Losses; // stored positive
 
     // A negative amount is a loss.
     void Add(std::int32_t year, double amount);
@@ -140,8 +140,8 @@ public:
 
 struct TBalanceParty {
     std::string Name;
-    TParticipant* Party = nullptr;   // null when the model lacks the id (or no model)
-    std::int32_t PartyID = 0;        // as read, so an unresolved id is written back
+    TParticipant* Party = nullptr; // null when the model lacks the id (or no model)
+    std::int32_t PartyID = 0;      // as read, so an unresolved id is written back
 };
 
 struct TBalanceItem {
@@ -170,8 +170,8 @@ public:
 
     TItemOwner* Model() const { return model_; }
 
-    double Date = 0;          // the balance's date-time
-    std::int32_t FirstYear = 0;   // header integer: first planning year covered
+    double Date = 0;            // the balance's date-time
+    std::int32_t FirstYear = 0; // header integer: first planning year covered
 
     // The two dated entries of the current planning date (not saved).
     TAccountDate CurrentDate;

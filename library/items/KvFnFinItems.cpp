@@ -47,8 +47,9 @@ void AddProperty(TBufReadFile& r, TSpecProps& props, std::string line) {
     r.Charge(kGrownSlot * sizeof(std::string));
     if (std::size_t(props.Count()) <= TSpecProps::kIndexFrom) return;
     r.Charge(kIndexNodeBytes + text);
-    if (std::size_t(props.Count()) == TSpecProps::kIndexFrom + 1)   // the index was made of the lines before
-        for (int i = 0; i < int(TSpecProps::kIndexFrom); ++i) r.Charge(kIndexNodeBytes + TextBytes(props.Lines()[std::size_t(i)]));
+    if (std::size_t(props.Count()) == TSpecProps::kIndexFrom + 1) // the index was made of the lines before
+        for (int i = 0; i < int(TSpecProps::kIndexFrom); ++i)
+            r.Charge(kIndexNodeBytes + TextBytes(props.Lines()[std::size_t(i)]));
 }
 
 // The older layout ends its property strings where the next four bytes, as a
@@ -78,7 +79,7 @@ bool TSpecProps::Holds(const std::string& line) {
 }
 
 void TSpecProps::Push(std::string line) {
-    if (lines_.size() >= kIndexFrom) index_.insert(line);   // Holds made the index
+    if (lines_.size() >= kIndexFrom) index_.insert(line); // Holds made the index
     lines_.push_back(std::move(line));
 }
 
@@ -312,7 +313,7 @@ std::unique_ptr<TFinItem> ReadItemRecord(TBufReadFile& r, TItemOwner& model, con
         if (child) item->Children.push_back(std::move(child));
     }
 
-    if (!entry && !ctx.KeepUnknownEntries) return nullptr;   // read in full, then dropped with its children
+    if (!entry && !ctx.KeepUnknownEntries) return nullptr; // read in full, then dropped with its children
     item->SetParent(parent);
     item->AfterLoaded();
     return item;
@@ -346,7 +347,8 @@ void WriteItemRecord(TBufWriteFile& w, TFinItem& item, const TRecordContext& ctx
         for (const std::string& l : lines) WriteText(w, l, ctx);
     } else {
         // Only strings the look-ahead recognises can be stored in the older layout.
-        if (lines.size() > 254) throw EKvError("Item \"" + item.Name + "\" has too many properties for the older layout");
+        if (lines.size() > 254)
+            throw EKvError("Item \"" + item.Name + "\" has too many properties for the older layout");
         for (const std::string& l : lines)
             if (!StoresInOlderLayout(Utf8ToAnsi(l)))
                 throw EKvError("Property \"" + l + "\" cannot be stored in the older layout");

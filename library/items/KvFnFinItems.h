@@ -45,7 +45,7 @@ struct TFinItemClass {
     const char* Name;
     const TFinItemClass* Parent;
     std::unique_ptr<TFinItem> (*Create)(const TEntry* entry, TItemOwner* model, std::int32_t id);
-    std::size_t Size;   // of an object, charged against a reader's memory budget
+    std::size_t Size; // of an object, charged against a reader's memory budget
 
     bool InheritsFrom(const TFinItemClass& other) const {
         for (const TFinItemClass* c = this; c; c = c->Parent)
@@ -60,10 +60,10 @@ std::unique_ptr<TFinItem> CreateItemOf(const TEntry* entry, TItemOwner* model, s
 }
 
 // Declares the class metadata of an item class inside its class body.
-#define KV_ITEM_CLASS_BODY(Name, Base)                                          \
-public:                                                                         \
-    using Base::Base;                                                           \
-    static const ::kv::TFinItemClass Class;                                     \
+#define KV_ITEM_CLASS_BODY(Name, Base) \
+public: \
+    using Base::Base; \
+    static const ::kv::TFinItemClass Class; \
     const ::kv::TFinItemClass& ClassType() const override { return Class; }
 
 // Defines it, in one .cpp file.
@@ -132,9 +132,9 @@ struct TPay {
     double Value = 0;
     std::int32_t Int1 = 0;
     double Value2 = 0;
-    std::uint16_t Code = 0;          // two bytes kept together
+    std::uint16_t Code = 0; // two bytes kept together
     std::string Text;
-    std::vector<TPayer> Payers;      // party and share
+    std::vector<TPayer> Payers; // party and share
 };
 
 // The payments of an item, in file order.
@@ -163,7 +163,7 @@ public:
     const TEntry* Entry;
     TItemOwner* Model;
     std::int32_t ID;
-    std::int32_t StoredEntryID = 0;        // as read; EntryID() when the chart lacks the entry
+    std::int32_t StoredEntryID = 0; // as read; EntryID() when the chart lacks the entry
     std::string Name;
     // Date1, Date2, Code and Text: the file format leaves these unnamed; they
     // are kept to be written back.
@@ -171,9 +171,9 @@ public:
     double Value = 0;
     std::uint8_t Code = 0;
     std::string Text;
-    std::unique_ptr<TSharesList> Shares;   // null: the record gives none
+    std::unique_ptr<TSharesList> Shares; // null: the record gives none
     TSpecProps SpecProps;
-    std::int32_t PaysHeader = 0;           // the integer stored before the payments
+    std::int32_t PaysHeader = 0; // the integer stored before the payments
     TPaysList Pays;
     TFinItem* Parent = nullptr;
     TFinItemList Children;
@@ -217,7 +217,6 @@ public:
     void AddPay(TPay pay) { Pays.push_back(std::move(pay)); }
     void SetParent(TFinItem* parent) { Parent = parent; }
     TFinItem* AddChild(std::unique_ptr<TFinItem> child);
-
 };
 
 // The fewest bytes an item record takes in a layout, for checking counts.

@@ -9,8 +9,8 @@
 namespace kv {
 
 #define KV_DECLARE_ITEM_CLASS(Name, Base) \
-    class Name : public Base {            \
-        KV_ITEM_CLASS_BODY(Name, Base)    \
+    class Name : public Base { \
+        KV_ITEM_CLASS_BODY(Name, Base) \
     };
 KV_PLAIN_ITEM_CLASSES(KV_DECLARE_ITEM_CLASS)
 #undef KV_DECLARE_ITEM_CLASS

@@ -68,11 +68,11 @@ std::int32_t LastPossibleContributionYear(const TParticipant& p) { return YearOf
 bool HasPartnerStatus(std::uint8_t status) { return status == 1 || status == 2; }
 
 // Minimum withdrawal factors for ages 50 to 95.
-constexpr double kWDFactors[] = {
-    0.025,  0.0256, 0.0263, 0.027,  0.0278, 0.0286, 0.0294, 0.0303, 0.0313, 0.0323, 0.0333, 0.0345,
-    0.0357, 0.037,  0.0385, 0.04,   0.0417, 0.0435, 0.0455, 0.0476, 0.05,   0.0528, 0.054,  0.0553,
-    0.0567, 0.0582, 0.0598, 0.0617, 0.0636, 0.0658, 0.0682, 0.0708, 0.0738, 0.0771, 0.0808, 0.0851,
-    0.0899, 0.0955, 0.1021, 0.1099, 0.1192, 0.1306, 0.1449, 0.1634, 0.1879, 0.2};
+constexpr double kWDFactors[] = {0.025,  0.0256, 0.0263, 0.027,  0.0278, 0.0286, 0.0294, 0.0303, 0.0313, 0.0323,
+                                 0.0333, 0.0345, 0.0357, 0.037,  0.0385, 0.04,   0.0417, 0.0435, 0.0455, 0.0476,
+                                 0.05,   0.0528, 0.054,  0.0553, 0.0567, 0.0582, 0.0598, 0.0617, 0.0636, 0.0658,
+                                 0.0682, 0.0708, 0.0738, 0.0771, 0.0808, 0.0851, 0.0899, 0.0955, 0.1021, 0.1099,
+                                 0.1192, 0.1306, 0.1449, 0.1634, 0.1879, 0.2};
 constexpr std::int32_t kFirstFactorAge = 50;
 constexpr std::int32_t kLastFactorAge = 95;
 
@@ -198,10 +198,8 @@ const TPropDesc<TBankAccount> kBankProps[] = {
 };
 
 const TPropDesc<TDBPCommute> kDBPCommuteProps[] = {
-    FloatProp("TransferDate", &TDBPCommute::TransferDate),
-    IntProp("PortID", &TDBPCommute::PortID, -1),
-    IntProp("LIRAID", &TDBPCommute::LIRAID, -1),
-    FloatProp("PortValue", &TDBPCommute::PortValue),
+    FloatProp("TransferDate", &TDBPCommute::TransferDate), IntProp("PortID", &TDBPCommute::PortID, -1),
+    IntProp("LIRAID", &TDBPCommute::LIRAID, -1),           FloatProp("PortValue", &TDBPCommute::PortValue),
     FloatProp("LIRAValue", &TDBPCommute::LIRAValue),
 };
 
@@ -230,15 +228,15 @@ struct TFormulaKey {
     double Default;
 };
 constexpr TFormulaKey kDBPFormula[] = {
-    {"WdStartDt", 0},     {"BENCALCTYPE", 0},   {"PACALCTYPE", 0},     {"BENINPTYPE", 0},   {"BENBSALRATE", 0},
-    {"BENESALRATE", 0},   {"CONTYPE", -1},      {"CONSALPCNT", 0},     {"CONBSALRATE", 0},  {"CONCURVAL", 0},
-    {"CONESALRATE", 0},   {"CPPTYPE", 0},       {"CPPVAL", 100},       {"CPPFAC", 100},     {"ERB_RATE1", 0},
-    {"ERB_AGE1", 0},      {"ERB_RATE2", 0},     {"ERB_UR_AGE0", 0},    {"ERB_UR_AGE1", 0},  {"ERB_UR_AGE2", 0},
-    {"ERB_UR_YEARS1", 0}, {"ERB_UR_FACTOR2", 0}, {"ERB_UR_YEARS3", 0}, {"FLATBEN", 0},      {"PREVEMPINC", 0},
-    {"FULLBENDATE", 0},   {"INCFINAL", 1},      {"INCBEST", 1},        {"BONUS", 0},        {"CPP", 0},
-    {"ERB_UR0", 0},       {"ERB_UR1", 0},       {"ERB_UR2", 0},        {"ERB_UR3", 0},      {"ManualBenefCalc", 0},
-    {"OVERRIDE", 0},      {"TOPUP", 0},         {"NORMRETDATE", 0},    {"PLNSTART", 0},     {"PLNEND", 0},
-    {"SUCCTYPE", 0},      {"SUCC0TYPE", 0},     {"SUCCVAL0", 0},       {"SUCCVAL1", 0},     {"SUCCPOSTVAL", 0},
+    {"WdStartDt", 0},     {"BENCALCTYPE", 0},    {"PACALCTYPE", 0},       {"BENINPTYPE", 0},  {"BENBSALRATE", 0},
+    {"BENESALRATE", 0},   {"CONTYPE", -1},       {"CONSALPCNT", 0},       {"CONBSALRATE", 0}, {"CONCURVAL", 0},
+    {"CONESALRATE", 0},   {"CPPTYPE", 0},        {"CPPVAL", 100},         {"CPPFAC", 100},    {"ERB_RATE1", 0},
+    {"ERB_AGE1", 0},      {"ERB_RATE2", 0},      {"ERB_UR_AGE0", 0},      {"ERB_UR_AGE1", 0}, {"ERB_UR_AGE2", 0},
+    {"ERB_UR_YEARS1", 0}, {"ERB_UR_FACTOR2", 0}, {"ERB_UR_YEARS3", 0},    {"FLATBEN", 0},     {"PREVEMPINC", 0},
+    {"FULLBENDATE", 0},   {"INCFINAL", 1},       {"INCBEST", 1},          {"BONUS", 0},       {"CPP", 0},
+    {"ERB_UR0", 0},       {"ERB_UR1", 0},        {"ERB_UR2", 0},          {"ERB_UR3", 0},     {"ManualBenefCalc", 0},
+    {"OVERRIDE", 0},      {"TOPUP", 0},          {"NORMRETDATE", 0},      {"PLNSTART", 0},    {"PLNEND", 0},
+    {"SUCCTYPE", 0},      {"SUCC0TYPE", 0},      {"SUCCVAL0", 0},         {"SUCCVAL1", 0},    {"SUCCPOSTVAL", 0},
     {"TOPUPDBP", 0},      {"CONTRIBENDYEAR", 0}, {"CONTRIBSTARTYEAR", 0},
 };
 const TPropDesc<TDBP> kDBPListProps[] = {
@@ -254,21 +252,21 @@ double CurrentPlanningDate(const TLibrarySettings& settings) { return settings.P
 
 TAccountKind AccountKindOf(const TFinItem& item) {
     switch (item.EntryID()) {
-    case 948:
-    case 2232:
-    case 6105: return TAccountKind::NonReg;
-    case 2333: return TAccountKind::TFSA;
-    case 1239: {
-        // The RRSP kind belongs to TRRSP: an item of another class under this
-        // entry is an ordinary RRSP whatever texts it carries.
-        const auto* rrsp = dynamic_cast<const TRRSP*>(&item);
-        return rrsp && rrsp->Kind() == TRRSPKind::LockedIn ? TAccountKind::LIRA : TAccountKind::RRSP;
-    }
-    case 1307: return TAccountKind::RRSP;
-    case 5098: return TAccountKind::LIRA;
-    case 1132:
-    case 1375: return TAccountKind::DCP;
-    default: return TAccountKind::None;
+        case 948:
+        case 2232:
+        case 6105: return TAccountKind::NonReg;
+        case 2333: return TAccountKind::TFSA;
+        case 1239: {
+            // The RRSP kind belongs to TRRSP: an item of another class under this
+            // entry is an ordinary RRSP whatever texts it carries.
+            const auto* rrsp = dynamic_cast<const TRRSP*>(&item);
+            return rrsp && rrsp->Kind() == TRRSPKind::LockedIn ? TAccountKind::LIRA : TAccountKind::RRSP;
+        }
+        case 1307: return TAccountKind::RRSP;
+        case 5098: return TAccountKind::LIRA;
+        case 1132:
+        case 1375: return TAccountKind::DCP;
+        default: return TAccountKind::None;
     }
 }
 
@@ -401,12 +399,12 @@ std::string TRetPlan::GetTransItemsEntryIDs(bool) const { return SpecProps.GetTe
 bool TRetPlan::ShowForMode(int mode) const {
     if (mode != 19) return TPortfolio::ShowForMode(mode);
     switch (EntryID()) {
-    case 2333:
-    case 1239:
-    case 1307:
-    case 1132:
-    case 5098: return true;
-    default: return false;
+        case 2333:
+        case 1239:
+        case 1307:
+        case 1132:
+        case 5098: return true;
+        default: return false;
     }
 }
 
@@ -458,10 +456,10 @@ std::int32_t TDCP::LastPlanContributionYear() const {
 
 const char* TRRSP::KindLabel(std::int32_t rrspType) {
     switch (rrspType) {
-    case 1: return "Locked-In RRSP";
-    case 2: return "Spousal RRSP";
-    case 3: return "RRSP-ESPP";
-    default: return "";
+        case 1: return "Locked-In RRSP";
+        case 2: return "Spousal RRSP";
+        case 3: return "RRSP-ESPP";
+        default: return "";
     }
 }
 
@@ -498,11 +496,11 @@ void TRRSP::AfterLoaded() {
     for (const auto& child : Children) {
         if (!child->Entry) continue;
         switch (child->Entry->KindCode()) {
-        case -35: Links[0] = child.get(); break;
-        case -36: Links[1] = child.get(); break;
-        case -37: Links[2] = child.get(); break;
-        case -42: Links[3] = child.get(); break;
-        default: break;
+            case -35: Links[0] = child.get(); break;
+            case -36: Links[1] = child.get(); break;
+            case -37: Links[2] = child.get(); break;
+            case -42: Links[3] = child.get(); break;
+            default: break;
         }
         // Imported from a corporate file: that child is not shown.
         if (child->EntryID() == -5318 && SpecProps.GetFlag("IMPFROMBS", "1")) child->SpecProps.Set("VISIBLE", "0");
@@ -529,19 +527,17 @@ TContributionYears TRRSP::CalcLastConYears() const {
     y.LastPlanContribution = LastPlanContributionYear();
     const TParticipant* owner = OwnerOf(*this);
     switch (Kind()) {
-    case TRRSPKind::LockedIn:
-    case TRRSPKind::ESPP:
-        y.LastContribution = owner ? LastSalaryYear(*owner) : PlanningYear(Settings()) - 1;
-        break;
-    case TRRSPKind::Spousal: {
-        const TParticipant* spouse = FindContributor();
-        y.LastContribution = spouse && spouse != owner ? LastPossibleContributionYear(*spouse) + 1 : 0;
-        if (y.LastContribution == 0) y.LastContribution = PlanningYear(Settings()) - 1;
-        break;
-    }
-    default:
-        y.LastContribution = owner ? LastPossibleContributionYear(*owner) + 1 : PlanningYear(Settings()) - 1;
-        break;
+        case TRRSPKind::LockedIn:
+        case TRRSPKind::ESPP: y.LastContribution = owner ? LastSalaryYear(*owner) : PlanningYear(Settings()) - 1; break;
+        case TRRSPKind::Spousal: {
+            const TParticipant* spouse = FindContributor();
+            y.LastContribution = spouse && spouse != owner ? LastPossibleContributionYear(*spouse) + 1 : 0;
+            if (y.LastContribution == 0) y.LastContribution = PlanningYear(Settings()) - 1;
+            break;
+        }
+        default:
+            y.LastContribution = owner ? LastPossibleContributionYear(*owner) + 1 : PlanningYear(Settings()) - 1;
+            break;
     }
     y.LastContributionCapped = std::min(y.LastContribution, MaxEndYear());
     return y;

@@ -61,7 +61,7 @@ private:
 class TPortfolioBaseShares : public TPortfolioBase {
     KV_ITEM_CLASS_BODY(TPortfolioBaseShares, TPortfolioBase)
 public:
-    std::string CurHold;   // "CURHOLD"
+    std::string CurHold; // "CURHOLD"
 
     void DecodeSpecProps() override;
     void EncodeSpecProps() override;
@@ -70,12 +70,12 @@ public:
 class TPortfolio : public TPortfolioBaseShares {
     KV_ITEM_CLASS_BODY(TPortfolio, TPortfolioBaseShares)
 public:
-    double Rate = -1;   // -1: no rate given
+    double Rate = -1; // -1: no rate given
     std::int32_t ChargeInterest = 0;
     double ChargeInterestPercent = 0;
     double UnGain = 0;
     std::int32_t IsBankingAccountValue = 0;
-    bool DeductFeeFromAcc = false;   // "Yes"
+    bool DeductFeeFromAcc = false; // "Yes"
     std::string CGOverTime;
     std::int32_t AssetAutoWD = 0;
     std::int32_t RetAutoWD = 0;
@@ -113,8 +113,8 @@ class TPortfolioX : public TPortfolio {
     KV_ITEM_CLASS_BODY(TPortfolioX, TPortfolio)
 public:
     double TransInACB = 0;
-    bool TransferFromTrust = false;   // "1"
-    bool TransferFromMD = false;      // "1"
+    bool TransferFromTrust = false; // "1"
+    bool TransferFromMD = false;    // "1"
     std::string WDRetOrd;
     std::int32_t LiquidateInYear = -1;
     std::string TransferredFromList;
@@ -134,7 +134,7 @@ public:
     double PreviousYearEndValue = 0, PreviousYearGrow = 0;
     std::int32_t WDStartSps = 0, Type = 0;
     std::int32_t LRIFInitVal = 0, LRIFPrevDep = 0, LRIFPrevOut = 0, LRIFPrevAnn = 0, LRIFPrevRet = 0;
-    bool PBSA = false, PRIF = false, AnnuityWithdraw = false;   // "1"
+    bool PBSA = false, PRIF = false, AnnuityWithdraw = false; // "1"
     std::string ManWDYears;
     std::int32_t StartYear = 0, ApplyContribToPrevYear = 0, PayAnnuityDirectlyToOwner = 0;
     std::int32_t SubjectToMeltdown = 0, SubjectToMeltdownLastYear = 0, SubjectToMeltdownFirstYear = 0,
@@ -182,7 +182,7 @@ class TLRIF : public TRetPlan {
     KV_ITEM_CLASS_BODY(TLRIF, TRetPlan)
 public:
     std::int32_t Province = -1;
-    bool TransFromPension = false;   // "TransFromPension" = "1"
+    bool TransFromPension = false; // "TransFromPension" = "1"
 
     double CalcWDMinRate(std::int32_t age, std::int32_t year) const override;
     std::string GetTransItemsEntryIDs(bool flag) const override;
@@ -206,14 +206,14 @@ enum class TRRSPKind : std::int32_t { Ordinary = 0, LockedIn = 1, Spousal = 2, E
 struct TContributionYears {
     std::int32_t LastPlanContribution = 0;
     std::int32_t LastContribution = 0;
-    std::int32_t LastContributionCapped = 0;   // not past the plan's maximum end year
+    std::int32_t LastContributionCapped = 0; // not past the plan's maximum end year
 };
 
 class TRRSP : public TDCP {
     KV_ITEM_CLASS_BODY(TRRSP, TDCP)
 public:
     std::int32_t RRSPType = 0;
-    TIndDblList UnusedLimit;   // "lstRRSPUnusedLimit"
+    TIndDblList UnusedLimit; // "lstRRSPUnusedLimit"
     // Children linked by the kind code of their entry: -35, -36, -37, -42.
     std::array<TFinItem*, 4> Links{};
 

@@ -15,9 +15,9 @@ class TCorporation;
 class TCorpShare : public TFinItem {
     KV_ITEM_CLASS_BODY(TCorpShare, TFinItem)
 public:
-    std::string ShareClassName;   // "ShareClass"
-    double ShareCount = 0;        // "ShareCount": shares issued
-    bool AsCommon = false;        // "AsCommon" = "1"
+    std::string ShareClassName; // "ShareClass"
+    double ShareCount = 0;      // "ShareCount": shares issued
+    bool AsCommon = false;      // "AsCommon" = "1"
 
     bool IsAsCommon() const { return AsCommon; }
     const TFinItem* ShareClass() const override { return this; }
@@ -29,9 +29,9 @@ public:
 class TCCShares : public TFinItem {
     KV_ITEM_CLASS_BODY(TCCShares, TFinItem)
 public:
-    std::int32_t CorpID = 0;        // "CorpID": the corporation's party identifier
-    std::int32_t ShareClassID = 0;  // "ShareClassID": item identifier of the TCorpShare
-    double SharesHeld = 0;          // "SharesHeld"
+    std::int32_t CorpID = 0;       // "CorpID": the corporation's party identifier
+    std::int32_t ShareClassID = 0; // "ShareClassID": item identifier of the TCorpShare
+    double SharesHeld = 0;         // "SharesHeld"
 
     // The TCorpShare item of ShareClassID, searched over all items of the model.
     const TFinItem* ShareClass() const override;
@@ -45,8 +45,8 @@ public:
 class TCapitalTrBenef : public TFinItem {
     KV_ITEM_CLASS_BODY(TCapitalTrBenef, TFinItem)
 public:
-    std::int32_t BenefKey = 0;        // "BenefKey"
-    std::int32_t CapitalPercent = 0;  // "CapitalPercent"
+    std::int32_t BenefKey = 0;       // "BenefKey"
+    std::int32_t CapitalPercent = 0; // "CapitalPercent"
     void DecodeSpecProps() override;
     void EncodeSpecProps() override;
 };

@@ -29,9 +29,12 @@ std::string Pad(std::int64_t v, int width) {
     return v < 0 ? "-" + s : s;
 }
 
-constexpr std::array<std::string_view, 6> kKindLabels{
-    "Custom", "Model Portfolio", "Library Model", "Client Holdings", "Separately Managed Account",
-    "Fees by Asset Class"};
+constexpr std::array<std::string_view, 6> kKindLabels{"Custom",
+                                                      "Model Portfolio",
+                                                      "Library Model",
+                                                      "Client Holdings",
+                                                      "Separately Managed Account",
+                                                      "Fees by Asset Class"};
 
 constexpr std::array<TLibModel, 6> kLibModels{{
     {1001, "Conservative Income", {0.30, 0.50, 0.08, 0.06, 0.00, 0.06}},
@@ -57,10 +60,14 @@ bool TryTextToUniqueID(std::string_view text, std::int32_t& id) {
     std::uint32_t u = 0;
     for (char ch : text) {
         unsigned d;
-        if (ch >= '0' && ch <= '9') d = unsigned(ch - '0');
-        else if (ch >= 'A' && ch <= 'F') d = unsigned(ch - 'A' + 10);
-        else if (ch >= 'a' && ch <= 'f') d = unsigned(ch - 'a' + 10);
-        else return false;
+        if (ch >= '0' && ch <= '9')
+            d = unsigned(ch - '0');
+        else if (ch >= 'A' && ch <= 'F')
+            d = unsigned(ch - 'A' + 10);
+        else if (ch >= 'a' && ch <= 'f')
+            d = unsigned(ch - 'a' + 10);
+        else
+            return false;
         u = (u << 4) | d;
     }
     id = static_cast<std::int32_t>(u);
@@ -72,9 +79,8 @@ std::string DateTimeToText(double dateTime) {
     if (!std::isfinite(dateTime) || dateTime < -693593 || dateTime >= 2958466) dateTime = 0;
     const TCivilDateTime t = DateTimeOfDayNumber(dateTime);
     const std::int64_t ms = t.Millisecond;
-    return Pad(t.Date.Year, 4) + "-" + Pad(t.Date.Month, 2) + "-" + Pad(t.Date.Day, 2) + " " +
-           Pad(ms / 3600000, 2) + ":" +
-           Pad(ms / 60000 % 60, 2) + ":" + Pad(ms / 1000 % 60, 2) + "." + Pad(ms % 1000, 3);
+    return Pad(t.Date.Year, 4) + "-" + Pad(t.Date.Month, 2) + "-" + Pad(t.Date.Day, 2) + " " + Pad(ms / 3600000, 2) +
+           ":" + Pad(ms / 60000 % 60, 2) + ":" + Pad(ms / 1000 % 60, 2) + "." + Pad(ms % 1000, 3);
 }
 
 double NowDateTime() {

@@ -43,8 +43,6 @@ struct TLibModel {
 std::span<const TLibModel> LibModels();
 const TLibModel* FindLibModel(std::int32_t id);
 
-
-
 // Fields in text order: ID, Name, Text, Reference, Flag1, Flag2, Kind, Flag4.
 // Texts are joined with ";"; a ";" or "\" inside a text is written "\;" or
 // "\\", and any other "\" reads as itself.
@@ -59,8 +57,8 @@ public:
     std::int32_t ID = 0;
     std::string Name;
     std::string Text;
-    std::string SavedText;        // Text as last read; changes are measured against it
-    std::int32_t Reference = 0;   // kind 2: the library model followed
+    std::string SavedText;      // Text as last read; changes are measured against it
+    std::int32_t Reference = 0; // kind 2: the library model followed
     // Flag1, Flag2 and Flag4: the text form leaves these unnamed; they are
     // kept to be written back.
     std::int32_t Flag1 = 0;
@@ -101,7 +99,7 @@ public:
         std::string Symbol;
         std::int32_t Cls = 0;
         std::int32_t SubCls = 0;
-        std::int32_t SubCls2 = -1;  // -1: the sub-class itself
+        std::int32_t SubCls2 = -1; // -1: the sub-class itself
         double Value = 0;
         bool operator==(const THolding&) const = default;
     };

@@ -24,7 +24,7 @@ struct TPropDesc {
     bool C::*FlagField = nullptr;
     std::int32_t IntDefault = 0;
     double FloatDefault = 0;
-    const char* Literal = nullptr;   // a flag is true exactly when the text equals it
+    const char* Literal = nullptr; // a flag is true exactly when the text equals it
 };
 
 template <class C>
@@ -64,10 +64,10 @@ void DecodeProps(C& obj, const TSpecProps& props, const TPropDesc<C> (&table)[N]
     using T = typename TPropDesc<C>::Type;
     for (const auto& d : table) {
         switch (d.Kind) {
-        case T::Int: obj.*d.IntField = props.GetInt(d.Key, d.IntDefault); break;
-        case T::Float: obj.*d.FloatField = props.GetFloat(d.Key, d.FloatDefault); break;
-        case T::Text: obj.*d.TextField = props.GetText(d.Key); break;
-        case T::Flag: obj.*d.FlagField = props.GetFlag(d.Key, d.Literal); break;
+            case T::Int: obj.*d.IntField = props.GetInt(d.Key, d.IntDefault); break;
+            case T::Float: obj.*d.FloatField = props.GetFloat(d.Key, d.FloatDefault); break;
+            case T::Text: obj.*d.TextField = props.GetText(d.Key); break;
+            case T::Flag: obj.*d.FlagField = props.GetFlag(d.Key, d.Literal); break;
         }
     }
 }
@@ -81,32 +81,40 @@ void EncodeProps(const C& obj, TSpecProps& props, const TPropDesc<C> (&table)[N]
     using T = typename TPropDesc<C>::Type;
     for (const auto& d : table) {
         switch (d.Kind) {
-        case T::Int: {
-            const std::int32_t v = obj.*d.IntField;
-            if (v == props.GetInt(d.Key, d.IntDefault)) break;
-            if (v != d.IntDefault) props.SetInt(d.Key, v);
-            else props.Remove(d.Key);
-            break;
-        }
-        case T::Float: {
-            const double v = obj.*d.FloatField;
-            if (SameFloat(v, props.GetFloat(d.Key, d.FloatDefault))) break;
-            if (!SameFloat(v, d.FloatDefault)) props.SetFloat(d.Key, v);
-            else props.Remove(d.Key);
-            break;
-        }
-        case T::Text: {
-            const std::string& v = obj.*d.TextField;
-            if (v == props.GetText(d.Key)) break;
-            if (!v.empty()) props.Set(d.Key, v);
-            else props.Remove(d.Key);
-            break;
-        }
-        case T::Flag:
-            if (obj.*d.FlagField == props.GetFlag(d.Key, d.Literal)) break;
-            if (obj.*d.FlagField) props.Set(d.Key, d.Literal);
-            else props.Remove(d.Key);
-            break;
+            case T::Int: {
+                const std::int32_t v = obj.*d.IntField;
+                if (v == props.GetInt(d.Key, d.IntDefault)) break;
+                if (v != d.IntDefault)
+                    props.SetInt(d.Key, v);
+                else
+                    props.Remove(d.Key);
+                break;
+            }
+            case T::Float: {
+                const double v = obj.*d.FloatField;
+                if (SameFloat(v, props.GetFloat(d.Key, d.FloatDefault))) break;
+                if (!SameFloat(v, d.FloatDefault))
+                    props.SetFloat(d.Key, v);
+                else
+                    props.Remove(d.Key);
+                break;
+            }
+            case T::Text: {
+                const std::string& v = obj.*d.TextField;
+                if (v == props.GetText(d.Key)) break;
+                if (!v.empty())
+                    props.Set(d.Key, v);
+                else
+                    props.Remove(d.Key);
+                break;
+            }
+            case T::Flag:
+                if (obj.*d.FlagField == props.GetFlag(d.Key, d.Literal)) break;
+                if (obj.*d.FlagField)
+                    props.Set(d.Key, d.Literal);
+                else
+                    props.Remove(d.Key);
+                break;
         }
     }
 }

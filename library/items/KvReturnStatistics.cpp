@@ -16,17 +16,16 @@ using fields::Pos;
 
 namespace {
 
-constexpr TClsStats kStats{
-    {0.020, 0.035, 0.065, 0.070, 0.080, 0.068},
-    {0.010, 0.050, 0.150, 0.160, 0.220, 0.150},
-    {{
-        {1.00, 0.50, 0.00, 0.00, 0.00, 0.00},
-        {0.50, 1.00, 0.10, 0.10, 0.00, 0.10},
-        {0.00, 0.10, 1.00, 0.70, 0.60, 0.75},
-        {0.00, 0.10, 0.70, 1.00, 0.60, 0.90},
-        {0.00, 0.00, 0.60, 0.60, 1.00, 0.70},
-        {0.00, 0.10, 0.75, 0.90, 0.70, 1.00},
-    }}};
+constexpr TClsStats kStats{{0.020, 0.035, 0.065, 0.070, 0.080, 0.068},
+                           {0.010, 0.050, 0.150, 0.160, 0.220, 0.150},
+                           {{
+                               {1.00, 0.50, 0.00, 0.00, 0.00, 0.00},
+                               {0.50, 1.00, 0.10, 0.10, 0.00, 0.10},
+                               {0.00, 0.10, 1.00, 0.70, 0.60, 0.75},
+                               {0.00, 0.10, 0.70, 1.00, 0.60, 0.90},
+                               {0.00, 0.00, 0.60, 0.60, 1.00, 0.70},
+                               {0.00, 0.10, 0.75, 0.90, 0.70, 1.00},
+                           }}};
 
 using TMatrix = std::array<std::array<double, kAlcClsCount>, kAlcClsCount>;
 
@@ -82,7 +81,7 @@ std::vector<double> TLibAllocYear::GetRandRates(std::uint64_t seed, int years) c
     for (int y = 0; y < years; ++y) {
         std::array<double, ClsCount> z{};
         for (int i = 0; i < ClsCount; i += 2) {
-            const double u1 = 1.0 - uniform();   // (0, 1]: the logarithm stays finite
+            const double u1 = 1.0 - uniform(); // (0, 1]: the logarithm stays finite
             const double u2 = uniform();
             const double r = std::sqrt(-2.0 * std::log(u1));
             z[i] = r * std::cos(2 * std::numbers::pi * u2);
@@ -98,6 +97,5 @@ std::vector<double> TLibAllocYear::GetRandRates(std::uint64_t seed, int years) c
     }
     return rates;
 }
-
 
 } // namespace kv

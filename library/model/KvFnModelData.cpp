@@ -60,19 +60,18 @@ std::unique_ptr<TStrategy> MakeStrategy(std::uint8_t kind) {
 
 std::int32_t SectionedMagic(std::uint8_t kind) {
     switch (kind) {
-    case 0: return 0xA1;
-    case 1: return 0xA2;
-    case 2: return 0xA3;
-    case 4: return 0xA4;
-    default: return 0xA1;   // read like a personal file, as the other kinds are
+        case 0: return 0xA1;
+        case 1: return 0xA2;
+        case 2: return 0xA3;
+        case 4: return 0xA4;
+        default: return 0xA1; // read like a personal file, as the other kinds are
     }
 }
 
 TModelData::TModelData(std::uint8_t kind, const TModel* model, TModels* models, TModels* flagModels, void* owner,
                        std::string path, TEntries* entries, const TLibrarySettings& settings)
-    : kind_(kind), path_(std::move(path)), model_(model), models_(models), flagModels_(flagModels),
-      owner_(owner), entries_(entries), librarySettings_(&settings),
-      namesEncrypted_(flagModels && flagModels->Enciphered),
+    : kind_(kind), path_(std::move(path)), model_(model), models_(models), flagModels_(flagModels), owner_(owner),
+      entries_(entries), librarySettings_(&settings), namesEncrypted_(flagModels && flagModels->Enciphered),
       strategy_(MakeStrategy(kind)) {}
 
 TModelData::~TModelData() = default;
@@ -124,7 +123,8 @@ TParticipant* TModelData::PrincParty() const {
 
 void TModelData::RaiseHighestItemID(std::int32_t id) {
     const std::int64_t a = std::llabs(static_cast<std::int64_t>(id));
-    highestItemID_ = static_cast<std::int32_t>(std::max<std::int64_t>(highestItemID_, std::min<std::int64_t>(a, INT32_MAX)));
+    highestItemID_ =
+        static_cast<std::int32_t>(std::max<std::int64_t>(highestItemID_, std::min<std::int64_t>(a, INT32_MAX)));
 }
 
 std::string TModelData::IdentifyingText() const { return path_; }
@@ -188,7 +188,7 @@ void TModelData::Load(TBufReadFile& r, std::uint8_t flag) {
     } catch (const EInvalidDataIn&) {
         throw;
     } catch (const EInvalidData&) {
-        throw EInvalidDataIn(ReadPath());   // a wrong key: say which file
+        throw EInvalidDataIn(ReadPath()); // a wrong key: say which file
     }
     CurrentIndex = -1;
 }
@@ -197,7 +197,7 @@ void TModelData::ReadSections(TBufReadFile& r, bool sectioned, std::uint8_t) {
     std::vector<TDirEntry> dir;
     if (sectioned) {
         r.SetPosition(0);
-        r.ReadInt();   // magic
+        r.ReadInt(); // magic
         version_ = r.ReadInt();
         const std::int32_t entries = r.ReadInt();
         r.SetPosition(kHeaderSize);
@@ -224,7 +224,7 @@ void TModelData::ReadSections(TBufReadFile& r, bool sectioned, std::uint8_t) {
     }
 
     TRecordContext ctx = Context(version_, sectioned);
-    ctx.Path = ReadPath();   // damage is reported in the file actually read
+    ctx.Path = ReadPath(); // damage is reported in the file actually read
     cipherMemo_.Key = ctx.Key;
     const std::int64_t fileEnd = r.Size();
     std::int64_t sectionEnd = fileEnd;
@@ -359,7 +359,8 @@ void TModelData::ReadSections(TBufReadFile& r, bool sectioned, std::uint8_t) {
             return;
         order.push_back(id);
     }
-    std::sort(order.begin(), order.end(), [&](int a, int b) { return placed[std::size_t(a)]->Offset < placed[std::size_t(b)]->Offset; });
+    std::sort(order.begin(), order.end(),
+              [&](int a, int b) { return placed[std::size_t(a)]->Offset < placed[std::size_t(b)]->Offset; });
     TSectionedImage image;
     r.SetPosition(12);
     r.ReadData(image.Reserved.data(), 16);
@@ -375,12 +376,12 @@ void TModelData::ReadSections(TBufReadFile& r, bool sectioned, std::uint8_t) {
     };
     for (int id : order) {
         const TDirEntry& e = *placed[std::size_t(id)];
-        if (e.Offset < at) return;   // overlapping sections
+        if (e.Offset < at) return; // overlapping sections
         carry(e.Offset);
         image.Pieces.push_back({id, e.Offset, {}});
         at = knownEnd[std::size_t(id)];
         image.Tail[std::size_t(id)] = e.Offset + e.Length - at;
-        carry(e.Offset + e.Length);   // fields a newer writer appended
+        carry(e.Offset + e.Length); // fields a newer writer appended
         at = e.Offset + e.Length;
     }
     carry(fileEnd);
@@ -389,16 +390,16 @@ void TModelData::ReadSections(TBufReadFile& r, bool sectioned, std::uint8_t) {
 }
 
 void TModelData::TakeSettings() {
-    static const char* const kNames[] = {"CGRate", "GovInflRate", "PrescribedRate", "SBDLIMIT",
-                                         "FTXB", "FTXNB", "PortGrowCoefs", "InsHdrs",
-                                         "JointPA", "QuickPlan", "OptimizeWDCombinedIncome", "RptComments"};
+    static const char* const kNames[] = {
+        "CGRate",  "GovInflRate", "PrescribedRate",           "SBDLIMIT",   "FTXB", "FTXNB", "PortGrowCoefs", "InsHdrs",
+        "JointPA", "QuickPlan",   "OptimizeWDCombinedIncome", "RptComments"};
     settings_.clear();
     for (const std::string& line : Texts) {
         const auto eq = line.find('=');
         if (eq == std::string::npos) continue;
         const std::string name = line.substr(0, eq);
         if (std::find(std::begin(kNames), std::end(kNames), name) == std::end(kNames)) continue;
-        settings_.emplace(name, line.substr(eq + 1));   // the first line of a name counts
+        settings_.emplace(name, line.substr(eq + 1)); // the first line of a name counts
     }
 }
 
@@ -427,97 +428,94 @@ std::vector<double> TModelData::SettingFloats(const std::string& name) const {
 
 void TModelData::WriteSection(TBufWriteFile& w, int section, const TRecordContext& ctx) {
     switch (section) {
-    case 1:
-        for (double v : Header.Values) w.WriteDouble(v);
-        w.WriteShortStr(Header.Title);
-        w.WriteStr(Header.Text);
-        if (ctx.Sectioned) w.WriteDate(Header.Date);
-        break;
-    case 2: {
-        // A model read from a file writes its records as read (with the
-        // values they hold now), then any group given a value since.
-        std::vector<const TEntryGroup*> groups;
-        if (entries_)
-            for (const auto& g : entries_->Groups())
-                if (!groupRecords_ || (g->Value != 0 && std::find(groupRecords_->begin(), groupRecords_->end(), g->ID) ==
-                                                            groupRecords_->end()))
-                    groups.push_back(g.get());
-        const std::size_t read = groupRecords_ ? groupRecords_->size() : 0;
-        w.WriteInt(static_cast<std::int32_t>(read + groups.size()));
-        if (groupRecords_)
-            for (std::uint8_t id : *groupRecords_) {
-                w.WriteByte(id);
-                if (const TEntryGroup* g = entries_ ? entries_->FindGroup(id) : nullptr) w.WriteInt(g->Value);
+        case 1:
+            for (double v : Header.Values) w.WriteDouble(v);
+            w.WriteShortStr(Header.Title);
+            w.WriteStr(Header.Text);
+            if (ctx.Sectioned) w.WriteDate(Header.Date);
+            break;
+        case 2: {
+            // A model read from a file writes its records as read (with the
+            // values they hold now), then any group given a value since.
+            std::vector<const TEntryGroup*> groups;
+            if (entries_)
+                for (const auto& g : entries_->Groups())
+                    if (!groupRecords_ || (g->Value != 0 && std::find(groupRecords_->begin(), groupRecords_->end(),
+                                                                      g->ID) == groupRecords_->end()))
+                        groups.push_back(g.get());
+            const std::size_t read = groupRecords_ ? groupRecords_->size() : 0;
+            w.WriteInt(static_cast<std::int32_t>(read + groups.size()));
+            if (groupRecords_)
+                for (std::uint8_t id : *groupRecords_) {
+                    w.WriteByte(id);
+                    if (const TEntryGroup* g = entries_ ? entries_->FindGroup(id) : nullptr) w.WriteInt(g->Value);
+                }
+            for (const TEntryGroup* g : groups) {
+                w.WriteByte(g->ID);
+                w.WriteInt(g->Value);
             }
-        for (const TEntryGroup* g : groups) {
-            w.WriteByte(g->ID);
-            w.WriteInt(g->Value);
+            break;
         }
-        break;
-    }
-    case 3:
-        w.WriteInt(static_cast<std::int32_t>(participants_.size()));
-        for (const auto& p : participants_) WritePartyRecord(w, *p, ctx);
-        break;
-    case 4:
-        w.WriteInt(static_cast<std::int32_t>(items_.size()));
-        for (const auto& item : items_) WriteItemRecord(w, *item, ctx);
-        break;
-    case 5:
-        w.WriteInt(static_cast<std::int32_t>(ToDo.size()));
-        for (const TToDoData& t : ToDo) {
-            w.WriteInt(t.ID);
-            w.WriteInt(t.Kind);
-            w.WriteShortStr(t.Title);
-            w.WriteShortStr(t.Category);
-            WriteText(w, t.Text, ctx);
-            w.WriteDateTime(t.Due);
-            w.WriteBoolean(t.Done);
-        }
-        break;
-    case 6:
-        w.WriteInt(static_cast<std::int32_t>(Texts.size()));
-        for (const std::string& t : Texts) WriteText(w, t, ctx);
-        break;
-    case 7:
-        w.WriteStringsX(strategy_->Values);
-        break;
-    case 8: {
-        w.WriteNumX(static_cast<std::uint32_t>(TypedRecords.size()));
-        for (const TTypedRecord& t : TypedRecords) {
-            w.WriteByte(t.ClassCode);
-            w.WriteStr(t.Data);
-        }
-        // Three lists in the older layout, where the next section follows at
-        // once and a reader takes whatever comes next for a list; in the
-        // sectioned one as many as were read (three for a new model).
-        const int lists = ctx.Sectioned && smallListsRead_ >= 0 ? smallListsRead_ : kMaxSmallLists;
-        for (int list = 0; list < lists; ++list) {
-            static const std::vector<TSmallRecord> kNone;
-            const auto& records = list < static_cast<int>(SmallLists.size()) ? SmallLists[list] : kNone;
-            if (records.size() > kMaxSmallRecords) throw EKvError("Too many records in a list of " + path_);
-            w.WriteWord(static_cast<std::uint16_t>(records.size()));
-            for (const TSmallRecord& s : records) {
-                w.WriteByte(s.Code);
-                if (s.Code < 100) {
-                    w.WriteLongWord(s.Words[0]);
-                    w.WriteLongWord(s.Words[1]);
+        case 3:
+            w.WriteInt(static_cast<std::int32_t>(participants_.size()));
+            for (const auto& p : participants_) WritePartyRecord(w, *p, ctx);
+            break;
+        case 4:
+            w.WriteInt(static_cast<std::int32_t>(items_.size()));
+            for (const auto& item : items_) WriteItemRecord(w, *item, ctx);
+            break;
+        case 5:
+            w.WriteInt(static_cast<std::int32_t>(ToDo.size()));
+            for (const TToDoData& t : ToDo) {
+                w.WriteInt(t.ID);
+                w.WriteInt(t.Kind);
+                w.WriteShortStr(t.Title);
+                w.WriteShortStr(t.Category);
+                WriteText(w, t.Text, ctx);
+                w.WriteDateTime(t.Due);
+                w.WriteBoolean(t.Done);
+            }
+            break;
+        case 6:
+            w.WriteInt(static_cast<std::int32_t>(Texts.size()));
+            for (const std::string& t : Texts) WriteText(w, t, ctx);
+            break;
+        case 7: w.WriteStringsX(strategy_->Values); break;
+        case 8: {
+            w.WriteNumX(static_cast<std::uint32_t>(TypedRecords.size()));
+            for (const TTypedRecord& t : TypedRecords) {
+                w.WriteByte(t.ClassCode);
+                w.WriteStr(t.Data);
+            }
+            // Three lists in the older layout, where the next section follows at
+            // once and a reader takes whatever comes next for a list; in the
+            // sectioned one as many as were read (three for a new model).
+            const int lists = ctx.Sectioned && smallListsRead_ >= 0 ? smallListsRead_ : kMaxSmallLists;
+            for (int list = 0; list < lists; ++list) {
+                static const std::vector<TSmallRecord> kNone;
+                const auto& records = list < static_cast<int>(SmallLists.size()) ? SmallLists[list] : kNone;
+                if (records.size() > kMaxSmallRecords) throw EKvError("Too many records in a list of " + path_);
+                w.WriteWord(static_cast<std::uint16_t>(records.size()));
+                for (const TSmallRecord& s : records) {
+                    w.WriteByte(s.Code);
+                    if (s.Code < 100) {
+                        w.WriteLongWord(s.Words[0]);
+                        w.WriteLongWord(s.Words[1]);
+                    }
                 }
             }
+            break;
         }
-        break;
-    }
-    case 9:
-        w.WriteInt(static_cast<std::int32_t>(Residences.size()));
-        for (const TResidenceRecord& res : Residences) {
-            w.WriteInt(res.ID);
-            w.WriteShortStr(res.Name);
-            w.WriteDouble(res.Value);
-        }
-        w.WriteData(SettingsBlock.data(), kSettingsBlockSize);
-        break;
-    default:
-        break;
+        case 9:
+            w.WriteInt(static_cast<std::int32_t>(Residences.size()));
+            for (const TResidenceRecord& res : Residences) {
+                w.WriteInt(res.ID);
+                w.WriteShortStr(res.Name);
+                w.WriteDouble(res.Value);
+            }
+            w.WriteData(SettingsBlock.data(), kSettingsBlockSize);
+            break;
+        default: break;
     }
 }
 
@@ -555,7 +553,7 @@ void TModelData::WriteImage(TBufWriteFile& w, std::int32_t version, const TRecor
     w.WriteData(std::vector<std::uint8_t>(std::size_t(headerEnd - kHeaderSize)).data(),
                 static_cast<std::int32_t>(headerEnd - kHeaderSize));
     std::array<std::int64_t, kSectionCount + 1> start{}, length{};
-    std::vector<std::pair<std::int64_t, std::int64_t>> moved;   // a piece's old and new offset
+    std::vector<std::pair<std::int64_t, std::int64_t>> moved; // a piece's old and new offset
     for (const auto& piece : image_.Pieces) {
         const std::int64_t at = w.Position();
         moved.emplace_back(piece.Offset, at);
@@ -593,7 +591,8 @@ void TModelData::Save(TFileLayout layout, std::int32_t version) { SaveAs(path_, 
 void TModelData::SaveAs(const std::string& path, TFileLayout layout, std::int32_t version) {
     const bool sectioned = layout == TFileLayout::Sectioned;
     if (!sectioned && version == SectionedMagic(kind_))
-        throw EKvError(std::string("Version ").append(std::to_string(version)).append(" would read as the sectioned layout"));
+        throw EKvError(
+            std::string("Version ").append(std::to_string(version)).append(" would read as the sectioned layout"));
     TRecordContext ctx = Context(version, sectioned);
     ctx.Path = path;
     cipherMemo_.Rewind();

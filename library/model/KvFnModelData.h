@@ -31,14 +31,14 @@ enum class TFileLayout { Sectioned, Sequential };
 // Header magic of the sectioned layout for a product kind.
 std::int32_t SectionedMagic(std::uint8_t kind);
 
-struct TModelHeader {            // section 1
+struct TModelHeader { // section 1
     double Values[3] = {0, 0, 0};
     std::string Title;
     std::string Text;
-    double Date = 0;             // sectioned layout only
+    double Date = 0; // sectioned layout only
 };
 
-struct TToDoData {               // section 5
+struct TToDoData { // section 5
     std::int32_t ID = 0;
     std::int32_t Kind = 0;
     std::string Title;
@@ -56,10 +56,10 @@ struct TTypedRecord {
 
 struct TSmallRecord {
     std::uint8_t Code = 0;
-    std::uint32_t Words[2] = {0, 0};   // stored only for codes below 100
+    std::uint32_t Words[2] = {0, 0}; // stored only for codes below 100
 };
 
-struct TResidenceRecord {        // section 9
+struct TResidenceRecord { // section 9
     std::int32_t ID = 0;
     std::string Name;
     double Value = 0;
@@ -183,9 +183,9 @@ public:
 
     TModelHeader Header;
     std::vector<TToDoData> ToDo;
-    std::vector<std::string> Texts;            // section 6, name=value lines
+    std::vector<std::string> Texts; // section 6, name=value lines
     std::vector<TTypedRecord> TypedRecords;
-    std::vector<std::vector<TSmallRecord>> SmallLists;   // up to three
+    std::vector<std::vector<TSmallRecord>> SmallLists; // up to three
     TResidenceList Residences;
     std::array<std::uint8_t, kSettingsBlockSize> SettingsBlock{};
 
@@ -193,7 +193,7 @@ public:
     // the raw value, and numbers read with the model-file number format.
     std::string Setting(const std::string& name) const;
     double SettingFloat(const std::string& name, double def) const;
-    std::vector<double> SettingFloats(const std::string& name) const;   // ";"-separated
+    std::vector<double> SettingFloats(const std::string& name) const; // ";"-separated
 
     // Counters the planning engine keeps; Load resets them.
     std::int32_t Counters[3] = {0, 0, 0};
@@ -214,11 +214,11 @@ private:
         // (Section 1..9) or bytes carried as read (Section 0).
         struct TPiece {
             int Section;
-            std::int64_t Offset;    // where it lay in the file read
-            std::string Bytes;      // carried bytes
+            std::int64_t Offset; // where it lay in the file read
+            std::string Bytes;   // carried bytes
         };
         std::vector<TPiece> Pieces;
-        std::array<std::int64_t, 10> Tail{};   // bytes after a section's known fields, within its length
+        std::array<std::int64_t, 10> Tail{}; // bytes after a section's known fields, within its length
         bool Valid = false;
     };
 
@@ -243,7 +243,7 @@ private:
     bool namesEncrypted_ = false;
     std::unique_ptr<TStrategy> strategy_;
     TParticipantList participants_;
-    std::unordered_map<std::int32_t, TParticipant*> participantIndex_;   // first party of an identifier
+    std::unordered_map<std::int32_t, TParticipant*> participantIndex_; // first party of an identifier
     TFinItemList items_;
     std::int32_t highestItemID_ = 0;
     std::map<std::string, std::string> settings_;
@@ -252,7 +252,7 @@ private:
     // Section 2 as read: the group of each record (a record whose group the
     // chart lacked took its byte alone); null for a model never read.
     std::optional<std::vector<std::uint8_t>> groupRecords_;
-    int smallListsRead_ = -1;   // lists section 8 held; -1 for a model never read
+    int smallListsRead_ = -1; // lists section 8 held; -1 for a model never read
 
 public:
     TMdMsgList Messages;

@@ -58,7 +58,7 @@ void FindByEntryID(TModelData& model, TItemRefs* list, std::span<const std::int3
 
 bool ListOwnedBy(const TSharesList* list, std::int32_t partyID, bool whole, bool joint, bool bit1Switch,
                  const TLibrarySettings& settings) {
-    if (!list || list->Empty()) return true;   // everybody's
+    if (!list || list->Empty()) return true; // everybody's
     if (partyID == -1 && settings.AnyParty) return true;
     const auto& entries = list->Items;
 

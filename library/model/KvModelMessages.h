@@ -12,8 +12,8 @@ namespace kv {
 struct TMdMsg {
     enum TKind : std::uint8_t { Info = 0, Warning = 1, Error = 2 };
     TKind Kind = Info;
-    std::int32_t ItemID = 0;    // the item concerned, 0 for the model as a whole
-    std::int32_t PartyID = -1;  // the party concerned, -1 for none
+    std::int32_t ItemID = 0;   // the item concerned, 0 for the model as a whole
+    std::int32_t PartyID = -1; // the party concerned, -1 for none
     std::string Text;
 };
 

@@ -142,10 +142,9 @@ namespace {
 
 // What a party record costs: the largest party class, its slot in the list and
 // its entry in the model's index by identifier.
-constexpr std::uint64_t kPartyBytes =
-    std::max({sizeof(TParticipant), sizeof(TCorporation), sizeof(TTrust), sizeof(TJointVenture),
-              sizeof(TCorpParticipant)}) +
-    sizeof(std::unique_ptr<TParticipant>) + 48;
+constexpr std::uint64_t kPartyBytes = std::max({sizeof(TParticipant), sizeof(TCorporation), sizeof(TTrust),
+                                                sizeof(TJointVenture), sizeof(TCorpParticipant)}) +
+                                      sizeof(std::unique_ptr<TParticipant>) + 48;
 
 } // namespace
 
@@ -173,7 +172,7 @@ std::unique_ptr<TParticipant> ReadPartyRecord(TBufReadFile& r, const TRecordCont
         p->BenefKey = id;
     } else {
         const std::uint32_t rows = r.ReadNumX();
-        RequireLeft(r, rows);   // every row takes at least one byte
+        RequireLeft(r, rows); // every row takes at least one byte
         r.ChargeEach(rows, sizeof(TPropArrays::value_type));
         TPropArrays props(rows);
         for (auto& row : props) r.ReadStringsX(row);

@@ -31,7 +31,7 @@ public:
     const std::string* Take(bool padded, const std::string& plain);
     // Each save starts over, so a model can be saved twice alike.
     void Rewind();
-    std::string Key;   // the key the texts were read with; another key uses none
+    std::string Key; // the key the texts were read with; another key uses none
 
 private:
     struct TSlot {
@@ -42,19 +42,19 @@ private:
 };
 
 // File versions are day numbers since 30 December 1899.
-inline constexpr std::int32_t kVersionPropArrays = 38956;   // 27 August 2006: property arrays
-inline constexpr std::int32_t kVersionEnciphered = 42969;   // 22 August 2017: enciphered names
+inline constexpr std::int32_t kVersionPropArrays = 38956; // 27 August 2006: property arrays
+inline constexpr std::int32_t kVersionEnciphered = 42969; // 22 August 2017: enciphered names
 
 // How a record is stored: what the model knows while reading or writing one.
 struct TRecordContext {
-    std::uint8_t Kind = 0;          // product kind of the client file
-    std::int32_t Version = 0;       // file version (day number)
-    bool Sectioned = true;          // sectioned or older sequential layout
-    bool EncipherNames = false;     // names and texts stored enciphered
-    std::string Key;                // run-time key when EncipherNames
-    std::string Path;               // for error messages
-    TCipherMemo* Memo = nullptr;    // enciphered texts as read, and reused on writing
-    bool KeepUnknownEntries = false;   // items under entries the chart lacks are kept
+    std::uint8_t Kind = 0;           // product kind of the client file
+    std::int32_t Version = 0;        // file version (day number)
+    bool Sectioned = true;           // sectioned or older sequential layout
+    bool EncipherNames = false;      // names and texts stored enciphered
+    std::string Key;                 // run-time key when EncipherNames
+    std::string Path;                // for error messages
+    TCipherMemo* Memo = nullptr;     // enciphered texts as read, and reused on writing
+    bool KeepUnknownEntries = false; // items under entries the chart lacks are kept
 };
 
 using TPropArrays = std::vector<std::vector<std::string>>;
@@ -66,12 +66,12 @@ public:
     virtual const char* ClassName() const { return "TParty"; }
 
     std::int32_t ID;
-    std::int32_t BenefKey;          // by which trust items name their beneficiary
-    std::uint8_t Role = 0;          // 1 the persons imported; 2 dependants; 10/20 not real parties
+    std::int32_t BenefKey; // by which trust items name their beneficiary
+    std::uint8_t Role = 0; // 1 the persons imported; 2 dependants; 10/20 not real parties
     std::uint8_t PartyType = 0;
     std::string FirstName, LastName;
     double BirthDate = 0;
-    bool NamesEnciphered = false;   // copy of the model's flag
+    bool NamesEnciphered = false; // copy of the model's flag
 
     const std::string& GetFirstName() const { return FirstName; }
     void SetFirstName(std::string s) { FirstName = std::move(s); }
@@ -85,11 +85,11 @@ public:
 
     // Ages count completed years; a birthday on 29 February falls on
     // 28 February in other years. An unset birth date (0) is 30 December 1899.
-    std::int32_t LifeExpectancy = 90;   // age up to which the plan runs
+    std::int32_t LifeExpectancy = 90; // age up to which the plan runs
     std::int32_t BirthYear() const;
     std::int32_t AgeInYear(std::int32_t year) const { return year - BirthYear(); }
     std::int32_t AgeInDate(double date) const;
-    double BirthdayInYear(std::int32_t year) const;   // day number
+    double BirthdayInYear(std::int32_t year) const; // day number
     std::int32_t LifeExpYear() const { return YearAtAge(LifeExpectancy); }
     std::int32_t YearAtAge(std::int32_t age) const { return BirthYear() + age; }
     // The party record of the parties section; a bare party writes as a
@@ -114,9 +114,9 @@ public:
     bool Flags13[3] = {false, false, false};
     std::uint8_t Code14 = 0;
     std::string Texts15[2];
-    std::string OldTail;            // files before the property arrays
-    TPropArrays Props;              // property arrays as read
-    bool PropsRead = false;         // Props came from a file: written back as they are
+    std::string OldTail;    // files before the property arrays
+    TPropArrays Props;      // property arrays as read
+    bool PropsRead = false; // Props came from a file: written back as they are
 
     void SetTaxStatus(std::uint8_t s) { TaxStatus = s; }
 
@@ -128,8 +128,8 @@ public:
     // Rows and row-1 length the writer guarantees (a corporation writes 30).
     virtual std::size_t MinPropRow1() const { return 0; }
 
-    std::uint32_t Color = 0;   // 0xRRGGBB, for charts of the plan
-    TUIDLinks UIDLinks;        // the same person in other client files
+    std::uint32_t Color = 0; // 0xRRGGBB, for charts of the plan
+    TUIDLinks UIDLinks;      // the same person in other client files
     bool LinkedToUID(const TUIDLink& link) const { return IndexOfLink(UIDLinks, link) >= 0; }
 };
 
@@ -145,8 +145,8 @@ public:
     // Their positions in the property arrays are not fixed, so they are not
     // stored: a file keeps those positions as read.
     std::vector<TCrpShAgr> ShareAgreements;
-    std::int32_t YearEndMonth = 12;   // last month of the financial year
-    std::int32_t WindUpYear = 0;      // 0: the corporation is not wound up
+    std::int32_t YearEndMonth = 12; // last month of the financial year
+    std::int32_t WindUpYear = 0;    // 0: the corporation is not wound up
     bool ActiveIn(std::int32_t year) const { return WindUpYear == 0 || year <= WindUpYear; }
 };
 
@@ -156,8 +156,8 @@ public:
     const char* ClassName() const override { return "TTrust"; }
 
     std::int32_t CreationYear = 0;
-    bool GraduatedRate = false;   // a graduated-rate estate
-    bool LifeInterest = false;    // alter-ego, joint-partner or spousal trust
+    bool GraduatedRate = false; // a graduated-rate estate
+    bool LifeInterest = false;  // alter-ego, joint-partner or spousal trust
     // Taxes at graduated rates: a graduated-rate estate in its first 36 months.
     bool GraduatedRateIn(std::int32_t year) const { return GraduatedRate && year - CreationYear < 3; }
     // Deemed disposition every 21 years, the first one at the life
@@ -175,7 +175,7 @@ class TCorpParticipant : public TParticipant {
 public:
     using TParticipant::TParticipant;
     const char* ClassName() const override { return "TCorpParticipant"; }
-    std::vector<std::int32_t> EmployedBy;   // corporations that employ the person
+    std::vector<std::int32_t> EmployedBy; // corporations that employ the person
     bool IsEmployedBy(std::int32_t corpID) const;
     void AddEmployer(std::int32_t corpID);
     void RemEmployer(std::int32_t corpID);
@@ -204,8 +204,8 @@ void WriteText(TBufWriteFile& w, const std::string& text, const TRecordContext& 
 // One share entry of an ownership list (party and code), or one payer of a
 // payment (party and share).
 struct TPayer {
-    TParty* Party = nullptr;        // null when the identifier names no party
-    std::int32_t PartyID = 0;       // as stored, so an unknown party survives a save
+    TParty* Party = nullptr;  // null when the identifier names no party
+    std::int32_t PartyID = 0; // as stored, so an unknown party survives a save
     double Code = 0;
 };
 
@@ -223,7 +223,7 @@ public:
     // These read Code as a share, a fraction of 1; the ownership test reads
     // the same field as flag bits, so they serve payer and share lists only.
     void Delete(int pos);
-    int Find(const TParty* party) const;       // position, -1 when absent
+    int Find(const TParty* party) const; // position, -1 when absent
     // True when no party is listed twice, every share lies in 0..1 and the
     // shares total 1 within 0.0001 (an empty list is valid).
     bool Validate() const;
@@ -246,7 +246,7 @@ public:
     TParty* GetPrincParty() const;
     // How many owners hold that largest share.
     int PrincPartyCountByShare() const;
-    int ShareCount() const;                     // entries with a share above 0
+    int ShareCount() const; // entries with a share above 0
     // "id:share,id:share" in model-file numbers; Find resolves parties.
     std::string AsString() const;
     bool SetAsString(const std::string& text, TParty* (*resolve)(std::int32_t, const void*) = nullptr,

@@ -26,7 +26,7 @@ std::int32_t TParty::BirthYear() const { return static_cast<int>(DateOf(BirthDat
 double TParty::BirthdayInYear(std::int32_t y) const {
     const year_month_day birth = DateOf(BirthDate);
     year_month_day day = year(y) / birth.month() / birth.day();
-    if (!day.ok()) day = year(y) / birth.month() / last;   // 29 February in a common year
+    if (!day.ok()) day = year(y) / birth.month() / last; // 29 February in a common year
     return double((sys_days(day) - kDayZero).count());
 }
 
@@ -47,7 +47,9 @@ void TParty::Encode(TBufWriteFile& w, const TRecordContext& ctx) const {
     WritePartyRecord(w, p, ctx);
 }
 
-std::unique_ptr<TParticipant> TParty::Decode(TBufReadFile& r, const TRecordContext& ctx) { return ReadPartyRecord(r, ctx); }
+std::unique_ptr<TParticipant> TParty::Decode(TBufReadFile& r, const TRecordContext& ctx) {
+    return ReadPartyRecord(r, ctx);
+}
 
 void SetDefParticipantColor(TParticipant& p, int index) {
     constexpr int n = sizeof kPalette / sizeof kPalette[0];

@@ -48,9 +48,7 @@ std::int32_t TParticipantList::MaxLifeExpYear() const {
     return last;
 }
 
-TRelToParty::TRel TRelToParty::Inverse(TRel r) {
-    return r == Child ? Parent : r == Parent ? Child : r;
-}
+TRelToParty::TRel TRelToParty::Inverse(TRel r) { return r == Child ? Parent : r == Parent ? Child : r; }
 
 void TRelList::SetRel(std::int32_t partyID, TRelToParty::TRel rel) {
     for (TRelToParty& r : *this)
@@ -73,7 +71,8 @@ void TRelList::Remove(std::int32_t partyID) {
 
 std::string TRelList::Encode() const {
     std::string s;
-    for (const TRelToParty& r : *this) s += (s.empty() ? "" : ",") + IntToModelText(r.PartyID) + ":" + IntToModelText(r.Rel);
+    for (const TRelToParty& r : *this)
+        s += (s.empty() ? "" : ",") + IntToModelText(r.PartyID) + ":" + IntToModelText(r.Rel);
     return s;
 }
 
@@ -120,7 +119,7 @@ double TIntHashSharesList::Get(std::int32_t key) const {
 
 double TIntHashSharesList::Sum() const {
     double s = 0;
-    for (const std::int32_t k : Keys()) s += Get(k);   // fixed order: the same total on every run
+    for (const std::int32_t k : Keys()) s += Get(k); // fixed order: the same total on every run
     return s;
 }
 

@@ -17,7 +17,7 @@ class TPartyList : public std::vector<TParty*> {
 public:
     int IndexOfID(std::int32_t id) const;
     TParty* ByID(std::int32_t id) const;
-    bool AddUnique(TParty* p);   // false when already held
+    bool AddUnique(TParty* p); // false when already held
 };
 
 // All parties of a solution, owned, in file order.
@@ -43,8 +43,8 @@ struct TRelToParty {
 // A party's relations, one per other party.
 class TRelList : public std::vector<TRelToParty> {
 public:
-    void SetRel(std::int32_t partyID, TRelToParty::TRel rel);   // replaces an earlier one
-    int RelTo(std::int32_t partyID) const;                        // -1 when none
+    void SetRel(std::int32_t partyID, TRelToParty::TRel rel); // replaces an earlier one
+    int RelTo(std::int32_t partyID) const;                    // -1 when none
     void Remove(std::int32_t partyID);
     // "id:rel,id:rel"; Decode skips malformed pieces and keeps the last of a party.
     std::string Encode() const;
@@ -55,7 +55,7 @@ public:
 // contingently (when the first ones are gone).
 struct TBenef {
     std::int32_t PartyID = 0;
-    double Percent = 0;   // 0..100
+    double Percent = 0; // 0..100
     bool Contingent = false;
 };
 
@@ -78,7 +78,7 @@ public:
     int Count() const { return static_cast<int>(shares_.size()); }
     void Clear() { shares_.clear(); }
     double Sum() const;
-    std::vector<std::int32_t> Keys() const;   // ascending
+    std::vector<std::int32_t> Keys() const; // ascending
     // The shares of an ownership list, by party identifier.
     void FromSharesList(const TSharesList& l);
 

@@ -12,7 +12,8 @@ bool TCrpShAgr::Binds(std::int32_t partyID) const {
 }
 
 std::string TCrpShAgr::Encode() const {
-    std::string s = IntToModelText(Buyout) + ";" + IntToModelText(ShareClassID) + ";" + (InsuranceFunded ? "1" : "0") + ";";
+    std::string s =
+        IntToModelText(Buyout) + ";" + IntToModelText(ShareClassID) + ";" + (InsuranceFunded ? "1" : "0") + ";";
     for (std::size_t i = 0; i < Shareholders.size(); ++i) s += (i ? " " : "") + IntToModelText(Shareholders[i]);
     return s;
 }
@@ -24,8 +25,8 @@ bool TCrpShAgr::Decode(const std::string& text) {
     if (text.ends_with(';')) parts.emplace_back();
     if (parts.size() != 4) return false;
     std::int32_t buyout = 0, cls = 0, funded = 0;
-    if (!TryModelTextToInt(parts[0], buyout) || buyout < 0 || buyout > Redemption || !TryModelTextToInt(parts[1], cls) ||
-        !TryModelTextToInt(parts[2], funded))
+    if (!TryModelTextToInt(parts[0], buyout) || buyout < 0 || buyout > Redemption ||
+        !TryModelTextToInt(parts[1], cls) || !TryModelTextToInt(parts[2], funded))
         return false;
     std::vector<std::int32_t> ids;
     std::stringstream list(parts[3]);

@@ -51,7 +51,7 @@ bool TSharesList::FixShares() {
         top = std::max(top, p.Code);
     }
     double sum = Sum();
-    if (!std::isfinite(sum)) {   // finite shares whose total overflows
+    if (!std::isfinite(sum)) { // finite shares whose total overflows
         for (TPayer& p : Items) p.Code /= top;
         sum = Sum();
     }
@@ -135,7 +135,8 @@ int TSharesList::ShareCount() const {
 
 std::string TSharesList::AsString() const {
     std::string s;
-    for (const TPayer& p : Items) s += (s.empty() ? "" : ",") + IntToModelText(p.PartyID) + ":" + FloatToModelText(p.Code);
+    for (const TPayer& p : Items)
+        s += (s.empty() ? "" : ",") + IntToModelText(p.PartyID) + ":" + FloatToModelText(p.Code);
     return s;
 }
 
@@ -171,10 +172,13 @@ void TSharesList::SumLists(const TSharesList& a, const TSharesList& b) {
     Items = std::move(sum);
 }
 
-int TSharesList::CompareByPartyId(const TPayer& a, const TPayer& b) { return (a.PartyID > b.PartyID) - (a.PartyID < b.PartyID); }
+int TSharesList::CompareByPartyId(const TPayer& a, const TPayer& b) {
+    return (a.PartyID > b.PartyID) - (a.PartyID < b.PartyID);
+}
 
 void TSharesList::SortByPartyId() {
-    std::stable_sort(Items.begin(), Items.end(), [](const TPayer& a, const TPayer& b) { return CompareByPartyId(a, b) < 0; });
+    std::stable_sort(Items.begin(), Items.end(),
+                     [](const TPayer& a, const TPayer& b) { return CompareByPartyId(a, b) < 0; });
 }
 
 } // namespace kv

@@ -10,8 +10,8 @@
 namespace kv {
 
 struct TUIDLink {
-    std::int32_t ModelUID = 0;   // unique identifier of the other client file
-    std::int32_t PartyID = 0;    // the party in that file
+    std::int32_t ModelUID = 0; // unique identifier of the other client file
+    std::int32_t PartyID = 0;  // the party in that file
 
     bool Equals(const TUIDLink& other) const { return ModelUID == other.ModelUID && PartyID == other.PartyID; }
     // "ModelUID:PartyID", model-file integers.

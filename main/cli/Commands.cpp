@@ -45,7 +45,9 @@ void SetTradesReportWriter(TradesReportWriter writer) { gTradesReportWriter = wr
 bool WantsPdf(const QStringList& args) {
     for (const QString& a : args) {
         // QCommandLineParser takes "-pdf" as "--pdf" here, and "--pdf=FILE" too.
-        const QString name = a.startsWith(QLatin1String("--")) ? a.mid(2) : a.startsWith(QLatin1Char('-')) ? a.mid(1) : QString();
+        const QString name = a.startsWith(QLatin1String("--")) ? a.mid(2)
+                             : a.startsWith(QLatin1Char('-'))  ? a.mid(1)
+                                                               : QString();
         if (name == QLatin1String("pdf") || name.startsWith(QLatin1String("pdf="))) return true;
     }
     return false;
@@ -69,34 +71,36 @@ void CalculateFromCsv(const QString& accountsCsv, const QString& classesCsv, TGr
     LoadClassesCsv(std::string_view(classesText.constData(), static_cast<std::size_t>(classesText.size())), classes,
                    TCsvRows::ForResult);
     if (const std::int64_t cells = ResultCellCount(accounts, classes); cells > kMaxResultCells)
-        throw CliError(QStringLiteral("The accounts of \"%1\" and the classes of \"%2\" would make a result of %3 cells; "
-                                      "at most %4 are accepted")
-                           .arg(accountsCsv, classesCsv).arg(cells).arg(kMaxResultCells).toStdString());
+        throw CliError(
+            QStringLiteral("The accounts of \"%1\" and the classes of \"%2\" would make a result of %3 cells; "
+                           "at most %4 are accepted")
+                .arg(accountsCsv, classesCsv)
+                .arg(cells)
+                .arg(kMaxResultCells)
+                .toStdString());
 
     CalculateAllocation(accounts, classes, result, kDesignAddAccWidth);
 }
 
 QString AllocateCommand(const QString& accountsCsv, const QString& classesCsv, AllocateOutput output,
                         const QString& pdfPath) {
-    if (!pdfPath.isEmpty() && !gPdfReportWriter)
-        throw CliError("This tessary-cli was built without the PDF report");
+    if (!pdfPath.isEmpty() && !gPdfReportWriter) throw CliError("This tessary-cli was built without the PDF report");
     TGrid accounts = MakeAccountsGrid(), classes = MakeClassesGrid(), result = MakeResultGrid();
     CalculateFromCsv(accountsCsv, classesCsv, accounts, classes, result);
 
     if (!pdfPath.isEmpty()) gPdfReportWriter(pdfPath, accounts, classes, result);
     switch (output) {
-    case AllocateOutput::Json:
-        return QString::fromUtf8(GridToJson(result).toJson(QJsonDocument::Compact)) + QLatin1Char('\n');
-    case AllocateOutput::Csv: return GridAsCsv(result, GridKind::Result);
-    case AllocateOutput::Text: break;
+        case AllocateOutput::Json:
+            return QString::fromUtf8(GridToJson(result).toJson(QJsonDocument::Compact)) + QLatin1Char('\n');
+        case AllocateOutput::Csv: return GridAsCsv(result, GridKind::Result);
+        case AllocateOutput::Text: break;
     }
     return FormatGridText(result, GridKind::Result, AppLocale());
 }
 
 QString RebalanceCommand(const QString& accountsCsv, const QString& classesCsv, const QString& holdingsCsv,
                          const TRebalanceOptions& options, RebalanceOutput output, const QString& pdfPath) {
-    if (!pdfPath.isEmpty() && !gTradesReportWriter)
-        throw CliError("This tessary-cli was built without the PDF report");
+    if (!pdfPath.isEmpty() && !gTradesReportWriter) throw CliError("This tessary-cli was built without the PDF report");
     TGrid accounts = MakeAccountsGrid(), classes = MakeClassesGrid(), result = MakeResultGrid();
     CalculateFromCsv(accountsCsv, classesCsv, accounts, classes, result);
     const QByteArray holdingsText = ReadWholeFile(holdingsCsv);
@@ -125,7 +129,8 @@ void Parse(QCommandLineParser& parser, const QStringList& args) {
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     if (!parser.parse(args)) throw CliError(parser.errorText().toStdString());
     if (!parser.positionalArguments().isEmpty())
-        throw CliError(QStringLiteral("Unexpected argument \"%1\"").arg(parser.positionalArguments().first()).toStdString());
+        throw CliError(
+            QStringLiteral("Unexpected argument \"%1\"").arg(parser.positionalArguments().first()).toStdString());
 }
 
 QString Required(const QCommandLineParser& parser, const QString& name) {
@@ -136,11 +141,14 @@ QString Required(const QCommandLineParser& parser, const QString& name) {
 
 QString RunAllocate(const QStringList& args, QStringList&) {
     QCommandLineParser parser;
-    parser.addOption({QStringLiteral("accounts"), QStringLiteral("Accounts CSV: label,MD,BS,QR."), QStringLiteral("file")});
-    parser.addOption({QStringLiteral("classes"), QStringLiteral("Targets CSV: label,percent."), QStringLiteral("file")});
+    parser.addOption(
+        {QStringLiteral("accounts"), QStringLiteral("Accounts CSV: label,MD,BS,QR."), QStringLiteral("file")});
+    parser.addOption(
+        {QStringLiteral("classes"), QStringLiteral("Targets CSV: label,percent."), QStringLiteral("file")});
     parser.addOption({QStringLiteral("json"), QStringLiteral("Print the result grid as JSON.")});
     parser.addOption({QStringLiteral("csv"), QStringLiteral("Print the result grid as CSV.")});
-    parser.addOption({QStringLiteral("pdf"), QStringLiteral("Also write the one-page report."), QStringLiteral("file")});
+    parser.addOption(
+        {QStringLiteral("pdf"), QStringLiteral("Also write the one-page report."), QStringLiteral("file")});
     Parse(parser, args);
     const bool json = parser.isSet(QStringLiteral("json")), csv = parser.isSet(QStringLiteral("csv"));
     if (json && csv) throw CliError("Choose one of --json and --csv");
@@ -155,16 +163,18 @@ QString RunAllocate(const QStringList& args, QStringList&) {
 
 QString RunRebalance(const QStringList& args, QStringList&) {
     QCommandLineParser parser;
-    parser.addOption({QStringLiteral("accounts"), QStringLiteral("Accounts CSV: label,MD,BS,QR."), QStringLiteral("file")});
-    parser.addOption({QStringLiteral("classes"), QStringLiteral("Targets CSV: label,percent."), QStringLiteral("file")});
+    parser.addOption(
+        {QStringLiteral("accounts"), QStringLiteral("Accounts CSV: label,MD,BS,QR."), QStringLiteral("file")});
+    parser.addOption(
+        {QStringLiteral("classes"), QStringLiteral("Targets CSV: label,percent."), QStringLiteral("file")});
     parser.addOption({QStringLiteral("holdings"), QStringLiteral("Holdings CSV: account type,class,amount."),
                       QStringLiteral("file")});
     parser.addOption({QStringLiteral("band"), QStringLiteral("Skip trades of at most P % of the account's target."),
                       QStringLiteral("P")});
     parser.addOption({QStringLiteral("no-sell-taxable"), QStringLiteral("Invest only new money in taxable accounts.")});
     parser.addOption({QStringLiteral("json"), QStringLiteral("Print the trades as JSON.")});
-    parser.addOption({QStringLiteral("pdf"), QStringLiteral("Also write the report with its trades page."),
-                      QStringLiteral("file")});
+    parser.addOption(
+        {QStringLiteral("pdf"), QStringLiteral("Also write the report with its trades page."), QStringLiteral("file")});
     Parse(parser, args);
     if (parser.isSet(QStringLiteral("pdf")) && parser.value(QStringLiteral("pdf")).isEmpty())
         throw CliError("Missing file name after --pdf");
@@ -173,7 +183,8 @@ QString RunRebalance(const QStringList& args, QStringList&) {
         const QString band = parser.value(QStringLiteral("band"));
         double p = 0;
         if (!ParseNumber(band.toStdString(), p) || !std::isfinite(p) || p < 0)
-            throw CliError(QStringLiteral("--band takes a percentage of 0 or more, not \"%1\"").arg(band).toStdString());
+            throw CliError(
+                QStringLiteral("--band takes a percentage of 0 or more, not \"%1\"").arg(band).toStdString());
         options.BandPercent = p;
     }
     options.NoSellTaxable = parser.isSet(QStringLiteral("no-sell-taxable"));
@@ -186,19 +197,22 @@ QString RunRebalance(const QStringList& args, QStringList&) {
 // Options the import commands share.
 void AddImportOptions(QCommandLineParser& parser, bool core) {
     parser.addOption({QStringLiteral("product"), QStringLiteral("MD, BS or QR."), QStringLiteral("product")});
-    parser.addOption({QStringLiteral("data-dir"), QStringLiteral("The product's client files."), QStringLiteral("dir")});
+    parser.addOption(
+        {QStringLiteral("data-dir"), QStringLiteral("The product's client files."), QStringLiteral("dir")});
     parser.addOption({QStringLiteral("data-root"), QStringLiteral("Folder with <product>/Data and <product>/Core."),
                       QStringLiteral("dir")});
     parser.addOption({QStringLiteral("key"), QStringLiteral("Client-file key."), QStringLiteral("key")});
-    (void)core;   // accepted by every command; only the solution steps read it
+    (void)core; // accepted by every command; only the solution steps read it
     parser.addOption({QStringLiteral("core-dir"), QStringLiteral("The product's shared data (Entries.dat)."),
-                          QStringLiteral("dir")});
+                      QStringLiteral("dir")});
 }
 
 // A session that has made the product choice the options name.
 std::unique_ptr<TImportSession> OpenSession(const QCommandLineParser& parser) {
     const int kind = ProductKindOf(Required(parser, QStringLiteral("product")));
-    if (kind < 0) throw CliError(QStringLiteral("Unknown product \"%1\" (MD, BS or QR)").arg(parser.value("product")).toStdString());
+    if (kind < 0)
+        throw CliError(
+            QStringLiteral("Unknown product \"%1\" (MD, BS or QR)").arg(parser.value("product")).toStdString());
     kv::TLibrarySettings settings = TodaysLibrarySettings();
     ApplyClientKey(settings, parser.value(QStringLiteral("key")));
     TFolderOverrides o;
@@ -238,7 +252,9 @@ void ChooseSolutionNamed(TImportSession& session, const QString& name) {
     session.ChooseSolution(index);
 }
 
-QString Lines(const QStringList& lines) { return lines.isEmpty() ? QString() : lines.join(QLatin1Char('\n')) + QLatin1Char('\n'); }
+QString Lines(const QStringList& lines) {
+    return lines.isEmpty() ? QString() : lines.join(QLatin1Char('\n')) + QLatin1Char('\n');
+}
 
 // One name a line, with what would break the line escaped.
 QString NameLines(QStringList names) {
@@ -252,7 +268,8 @@ QString RunFiles(const QStringList& args, QStringList& notes) {
     Parse(parser, args);
     auto session = OpenSession(parser);
     for (const QString& folder : session->LockedFiles())
-        notes << QStringLiteral("Client folder \"%1\" is protected and no client-file key is configured; it is not listed")
+        notes << QStringLiteral(
+                     "Client folder \"%1\" is protected and no client-file key is configured; it is not listed")
                      .arg(EscapedNameLine(folder));
     return NameLines(session->FileNames());
 }
@@ -297,7 +314,8 @@ QString RunImport(const QStringList& args, QStringList&) {
     AddImportOptions(parser, true);
     parser.addOption({QStringLiteral("file"), QStringLiteral("Client file name."), QStringLiteral("name")});
     parser.addOption({QStringLiteral("solution"), QStringLiteral("Solution name."), QStringLiteral("name")});
-    parser.addOption({QStringLiteral("party"), QStringLiteral("Party whose accounts are imported."), QStringLiteral("name")});
+    parser.addOption(
+        {QStringLiteral("party"), QStringLiteral("Party whose accounts are imported."), QStringLiteral("name")});
     parser.addOption({QStringLiteral("holder"), QStringLiteral("Shareholder or beneficiary."), QStringLiteral("name")});
     parser.addOption({QStringLiteral("json"), QStringLiteral("Print the result as JSON.")});
     Parse(parser, args);
@@ -334,8 +352,8 @@ QString RunImport(const QStringList& args, QStringList&) {
         bool ok = false;
         const int kind = QString::fromStdString(e.KindText).toInt(&ok);
         lines << QStringLiteral("%1\t%2\t%3")
-                     .arg(QString::fromStdString(e.KindText),
-                          QString::fromUtf8(AccountKindLabel(ok ? kind : 1).data()), QString::number(e.Amount));
+                     .arg(QString::fromStdString(e.KindText), QString::fromUtf8(AccountKindLabel(ok ? kind : 1).data()),
+                          QString::number(e.Amount));
     }
     return Lines(lines);
 }

@@ -19,8 +19,8 @@ public:
 
 struct CliOutput {
     int exitCode = 0;
-    QString out;   // standard output
-    QString err;   // standard error: one line per failure
+    QString out; // standard output
+    QString err; // standard error: one line per failure
 };
 
 // args are the arguments after the program name: the command, then its options.

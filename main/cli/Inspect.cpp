@@ -85,7 +85,8 @@ std::unique_ptr<kv::TEntries> LoadChartGuessing(const std::string& path, int hin
         try {
             auto chart = std::make_unique<kv::TEntries>(static_cast<std::uint8_t>(kind), path);
             chart->Load(false);
-            if (!chart->HasVersion() || chart->Version() == kv::ExpectedEntriesVersion(std::uint8_t(kind))) return chart;
+            if (!chart->HasVersion() || chart->Version() == kv::ExpectedEntriesVersion(std::uint8_t(kind)))
+                return chart;
             if (!fallback) fallback = std::move(chart);
         } catch (const std::exception&) {
             if (!error) error = std::current_exception();
@@ -98,7 +99,7 @@ std::unique_ptr<kv::TEntries> LoadChartGuessing(const std::string& path, int hin
 struct TInspectOptions {
     QString coreDir;
     bool json = false;
-    kv::TLibrarySettings settings = TodaysLibrarySettings();   // outlives every model read with it
+    kv::TLibrarySettings settings = TodaysLibrarySettings(); // outlives every model read with it
 };
 
 // ------------------------------------------------------------ FinItems.dat
@@ -109,7 +110,7 @@ struct TLoadedModel {
     std::unique_ptr<kv::TModels> main, needs;
     std::unique_ptr<kv::TEntries> chart;
     bool realChart = false;
-    QString chartNote;   // where the chart came from, or why there is none
+    QString chartNote; // where the chart came from, or why there is none
     std::unique_ptr<kv::TModelData> model;
 };
 
@@ -148,7 +149,8 @@ TLoadedModel LoadModel(const QString& file, const TInspectOptions& o) {
     }
 
     QString coreDir = o.coreDir;
-    if (coreDir.isEmpty()) coreDir = ReadProductValue(ProductKey(static_cast<std::uint8_t>(l.kind)), QStringLiteral("CoreDir"));
+    if (coreDir.isEmpty())
+        coreDir = ReadProductValue(ProductKey(static_cast<std::uint8_t>(l.kind)), QStringLiteral("CoreDir"));
     const QString entriesPath = coreDir.isEmpty() ? QString() : QDir(coreDir).filePath(QStringLiteral("Entries.dat"));
     if (!o.coreDir.isEmpty() || (!entriesPath.isEmpty() && QFileInfo::exists(entriesPath))) {
         l.chart = std::make_unique<kv::TEntries>(static_cast<std::uint8_t>(l.kind), Path8(entriesPath));
@@ -163,7 +165,8 @@ TLoadedModel LoadModel(const QString& file, const TInspectOptions& o) {
         // entries carry identifiers no chart uses, so every item stays plain.
         l.chart = std::make_unique<kv::TEntries>(static_cast<std::uint8_t>(l.kind), std::string());
         for (int g = 0; g < 256; ++g)
-            l.chart->AddEntry(std::numeric_limits<std::int32_t>::min() + g, 0, std::string(), static_cast<std::uint8_t>(g));
+            l.chart->AddEntry(std::numeric_limits<std::int32_t>::min() + g, 0, std::string(),
+                              static_cast<std::uint8_t>(g));
     }
 
     l.model = NewModel(l, Path8(file));
@@ -181,7 +184,10 @@ QString OwnersText(const kv::TFinItem& item) {
 
 QString EntryText(const kv::TFinItem& item) {
     if (!item.Entry) return QStringLiteral("entry %1 (not in the chart)").arg(item.EntryID());
-    return QStringLiteral("entry %1 %2 class %3").arg(item.EntryID()).arg(Quoted(item.Entry->Name)).arg(item.Entry->ItemClassNo);
+    return QStringLiteral("entry %1 %2 class %3")
+        .arg(item.EntryID())
+        .arg(Quoted(item.Entry->Name))
+        .arg(item.Entry->ItemClassNo);
 }
 
 void ItemLines(const kv::TFinItem& item, int depth, QStringList& out) {
@@ -219,7 +225,8 @@ QJsonObject ItemJson(const kv::TFinItem& item) {
     if (item.Shares) {
         QJsonArray owners;
         for (const kv::TPayer& p : item.Shares->Items)
-            owners.append(QJsonObject{{QStringLiteral("party"), p.PartyID}, {QStringLiteral("code"), JsonNum(p.Code)},
+            owners.append(QJsonObject{{QStringLiteral("party"), p.PartyID},
+                                      {QStringLiteral("code"), JsonNum(p.Code)},
                                       {QStringLiteral("known"), p.Party != nullptr}});
         o.insert(QStringLiteral("owners"), owners);
     } else {
@@ -248,12 +255,13 @@ QString ShowModel(const QString& file, const TLoadedModel& l, bool json) {
         o.insert(QStringLiteral("version"), m.Version());
         o.insert(QStringLiteral("enciphered"), enciphered);
         o.insert(QStringLiteral("chart"), l.realChart ? QJsonValue(l.chartNote) : QJsonValue());
-        o.insert(QStringLiteral("header"),
-                 QJsonObject{{QStringLiteral("values"), QJsonArray{JsonNum(m.Header.Values[0]), JsonNum(m.Header.Values[1]),
-                                                                   JsonNum(m.Header.Values[2])}},
-                             {QStringLiteral("title"), Q(m.Header.Title)},
-                             {QStringLiteral("text"), Q(m.Header.Text)},
-                             {QStringLiteral("date"), JsonNum(m.Header.Date)}});
+        o.insert(
+            QStringLiteral("header"),
+            QJsonObject{{QStringLiteral("values"), QJsonArray{JsonNum(m.Header.Values[0]), JsonNum(m.Header.Values[1]),
+                                                              JsonNum(m.Header.Values[2])}},
+                        {QStringLiteral("title"), Q(m.Header.Title)},
+                        {QStringLiteral("text"), Q(m.Header.Text)},
+                        {QStringLiteral("date"), JsonNum(m.Header.Date)}});
         QJsonArray parties;
         for (const auto& p : m.Participants()) {
             QJsonArray props;
@@ -276,16 +284,20 @@ QString ShowModel(const QString& file, const TLoadedModel& l, bool json) {
         o.insert(QStringLiteral("items"), items);
         QJsonArray todo;
         for (const kv::TToDoData& t : m.ToDo)
-            todo.append(QJsonObject{{QStringLiteral("id"), t.ID},       {QStringLiteral("kind"), t.Kind},
-                                    {QStringLiteral("title"), Q(t.Title)}, {QStringLiteral("category"), Q(t.Category)},
-                                    {QStringLiteral("text"), Q(t.Text)},   {QStringLiteral("due"), JsonNum(t.Due)},
+            todo.append(QJsonObject{{QStringLiteral("id"), t.ID},
+                                    {QStringLiteral("kind"), t.Kind},
+                                    {QStringLiteral("title"), Q(t.Title)},
+                                    {QStringLiteral("category"), Q(t.Category)},
+                                    {QStringLiteral("text"), Q(t.Text)},
+                                    {QStringLiteral("due"), JsonNum(t.Due)},
                                     {QStringLiteral("done"), t.Done}});
         o.insert(QStringLiteral("todo"), todo);
         o.insert(QStringLiteral("texts"), Strings(m.Texts));
         o.insert(QStringLiteral("strategy"), Strings(m.Strategy().Values));
         QJsonArray residences;
         for (const kv::TResidenceRecord& r : m.Residences)
-            residences.append(QJsonObject{{QStringLiteral("id"), r.ID}, {QStringLiteral("name"), Q(r.Name)},
+            residences.append(QJsonObject{{QStringLiteral("id"), r.ID},
+                                          {QStringLiteral("name"), Q(r.Name)},
                                           {QStringLiteral("value"), JsonNum(r.Value)}});
         o.insert(QStringLiteral("residences"), residences);
         o.insert(QStringLiteral("typedRecords"), static_cast<int>(m.TypedRecords.size()));
@@ -380,7 +392,8 @@ QString ShowModels(const QString& file, bool json, const kv::TLibrarySettings& s
     kv::TProjHdr hdr(static_cast<std::uint8_t>(kind), Path8(info.fileName()), Path8(clientDir.dirName()),
                      Path8(base.absolutePath()), settings);
     const kv::TModelLists lists = hdr.Load(true);
-    const std::pair<const char*, const kv::TModels*> both[] = {{"Main", lists.Main.get()}, {"Needs", lists.Needs.get()}};
+    const std::pair<const char*, const kv::TModels*> both[] = {{"Main", lists.Main.get()},
+                                                               {"Needs", lists.Needs.get()}};
     if (json) {
         QJsonObject o;
         o.insert(QStringLiteral("file"), file);
@@ -410,11 +423,15 @@ QString ShowModels(const QString& file, bool json, const kv::TLibrarySettings& s
     out << QStringLiteral("Product kind: %1").arg(KindText(kind));
     out << QStringLiteral("Client: %1, id %2, date %3").arg(Quoted(hdr.Name)).arg(hdr.ID).arg(Num(hdr.Date));
     out << QStringLiteral("Texts: %1 %2").arg(Quoted(hdr.Text1), Quoted(hdr.Text2));
-    out << QStringLiteral("Protected: %1, names hidden: %2").arg(hdr.IsProtected() ? "yes" : "no", hdr.HideNames() ? "yes" : "no");
+    out << QStringLiteral("Protected: %1, names hidden: %2")
+               .arg(hdr.IsProtected() ? "yes" : "no", hdr.HideNames() ? "yes" : "no");
     for (const auto& [name, list] : both) {
         out << QStringLiteral("%1 solutions: %2").arg(QLatin1String(name)).arg(list ? list->Count() : 0);
         for (std::int32_t i = 0; list && i < list->Count(); ++i)
-            out << QStringLiteral("  %1 id %2 folder %3").arg(Quoted(list->Get(i).Name)).arg(list->Get(i).ID).arg(Q(list->DirName(i)));
+            out << QStringLiteral("  %1 id %2 folder %3")
+                       .arg(Quoted(list->Get(i).Name))
+                       .arg(list->Get(i).ID)
+                       .arg(Q(list->DirName(i)));
     }
     return out.join(QLatin1Char('\n')) + QLatin1Char('\n');
 }
@@ -429,13 +446,14 @@ QString ShowEntries(const QString& file, bool json) {
     if (json) {
         QJsonArray entries;
         for (const auto& e : chart->EntriesByID())
-            entries.append(QJsonObject{{QStringLiteral("entry"), e->EntryID},
-                                       {QStringLiteral("classNumber"), e->ItemClassNo},
-                                       {QStringLiteral("class"), QLatin1String(kv::ItemClassByNumber(e->ItemClassNo).Name)},
-                                       {QStringLiteral("group"), e->GroupID},
-                                       {QStringLiteral("kindCode"), e->KindCode()},
-                                       {QStringLiteral("name"), Q(e->Name)},
-                                       {QStringLiteral("frenchName"), Q(e->FrenchName)}});
+            entries.append(
+                QJsonObject{{QStringLiteral("entry"), e->EntryID},
+                            {QStringLiteral("classNumber"), e->ItemClassNo},
+                            {QStringLiteral("class"), QLatin1String(kv::ItemClassByNumber(e->ItemClassNo).Name)},
+                            {QStringLiteral("group"), e->GroupID},
+                            {QStringLiteral("kindCode"), e->KindCode()},
+                            {QStringLiteral("name"), Q(e->Name)},
+                            {QStringLiteral("frenchName"), Q(e->FrenchName)}});
         QJsonObject o{{QStringLiteral("file"), file},
                       {QStringLiteral("type"), QStringLiteral("Entries.dat")},
                       {QStringLiteral("kind"), chart->Product()},
@@ -486,9 +504,9 @@ QString RunInspect(const QStringList& args) {
             return verdict + QLatin1Char('\n');
         }
         switch (what) {
-        case TKindOfFile::Models: return ShowModels(file, o.json, o.settings);
-        case TKindOfFile::Entries: return ShowEntries(file, o.json);
-        case TKindOfFile::FinItems: break;
+            case TKindOfFile::Models: return ShowModels(file, o.json, o.settings);
+            case TKindOfFile::Entries: return ShowEntries(file, o.json);
+            case TKindOfFile::FinItems: break;
         }
         const TLoadedModel l = LoadModel(file, o);
         return ShowModel(file, l, o.json);

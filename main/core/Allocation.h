@@ -33,7 +33,7 @@ public:
     std::int32_t operator()(std::int32_t t) const;
 
 private:
-    std::vector<std::int32_t> codes_;   // distinct codes >= 1, ascending
+    std::vector<std::int32_t> codes_; // distinct codes >= 1, ascending
 };
 
 // Sorts the working list by key text the way the original list class does

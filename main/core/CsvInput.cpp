@@ -57,12 +57,12 @@ namespace {
 template <class OnRecord, class OnBlanks>
 void VisitCsv(std::string_view text, OnRecord&& onRecord, OnBlanks&& onBlanks) {
     std::vector<std::string> record;
-    std::size_t line = 1;         // of the character being read
-    std::size_t recordLine = 1;   // where the current record began
-    std::size_t used = 0;        // fields of record in use; the rest keep their buffers
-    std::size_t blanks = 0;      // blank records not yet reported
+    std::size_t line = 1;       // of the character being read
+    std::size_t recordLine = 1; // where the current record began
+    std::size_t used = 0;       // fields of record in use; the rest keep their buffers
+    std::size_t blanks = 0;     // blank records not yet reported
     bool inQuotes = false;
-    bool fieldStarted = false;   // the record has content, even an empty quoted field
+    bool fieldStarted = false; // the record has content, even an empty quoted field
 
     auto field = [&]() -> std::string& {
         if (used == record.size()) record.emplace_back();
@@ -109,25 +109,23 @@ void VisitCsv(std::string_view text, OnRecord&& onRecord, OnBlanks&& onBlanks) {
             continue;
         }
         switch (c) {
-        case '"':
-            inQuotes = true;
-            fieldStarted = true;
-            field();
-            break;
-        case ',':
-            endField();
-            fieldStarted = true;
-            break;
-        case '\r':
-            if (i + 1 < text.size() && text[i + 1] == '\n') ++i;
-            [[fallthrough]];
-        case '\n':
-            ++line;
-            endRecord();
-            break;
-        default:
-            field() += c;
-            fieldStarted = true;
+            case '"':
+                inQuotes = true;
+                fieldStarted = true;
+                field();
+                break;
+            case ',':
+                endField();
+                fieldStarted = true;
+                break;
+            case '\r':
+                if (i + 1 < text.size() && text[i + 1] == '\n') ++i;
+                [[fallthrough]];
+            case '\n':
+                ++line;
+                endRecord();
+                break;
+            default: field() += c; fieldStarted = true;
         }
     }
     if (fieldStarted || used > 0 || (used < record.size() && !record[used].empty())) endRecord();
@@ -144,7 +142,9 @@ std::vector<TCsvRecord> ParseCsvRecords(std::string_view text) {
     std::vector<TCsvRecord> records;
     VisitCsv(
         StripBom(text),
-        [&](const std::vector<std::string>& fields, std::size_t line) { records.push_back({line, fields}); },
+        [&](const std::vector<std::string>& fields, std::size_t line) {
+            records.push_back({line, fields});
+        },
         [](std::size_t) {});
     return records;
 }

@@ -19,12 +19,21 @@ long long DecimalMagnitude(std::string_view t) {
     std::size_t i = 0;
     for (; i < t.size(); ++i) {
         char c = t[i];
-        if (c == '.') { inFraction = true; continue; }
+        if (c == '.') {
+            inFraction = true;
+            continue;
+        }
         if (c < '0' || c > '9') break;
         if (!inFraction) {
-            if (seenNonZero || c != '0') { seenNonZero = true; ++intDigits; }
+            if (seenNonZero || c != '0') {
+                seenNonZero = true;
+                ++intDigits;
+            }
         } else if (!seenNonZero) {
-            if (c == '0') ++leadingFracZeros; else seenNonZero = true;
+            if (c == '0')
+                ++leadingFracZeros;
+            else
+                seenNonZero = true;
         }
     }
     long long exponent = 0;
@@ -59,8 +68,7 @@ void TGrid::SetColCount(int count) {
 void TGrid::SetRowCount(int count) {
     count = std::max(0, count);
     if (count == RowCount()) return;
-    rows_.resize(static_cast<std::size_t>(count),
-                 std::vector<TCell>(static_cast<std::size_t>(colCount_)));
+    rows_.resize(static_cast<std::size_t>(count), std::vector<TCell>(static_cast<std::size_t>(colCount_)));
     DropMergesOutside();
     Touch();
 }

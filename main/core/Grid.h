@@ -49,13 +49,13 @@ public:
     void SetText(int col, int row, std::string text);
     void SetFloat(int col, int row, double value);
     void SetObject(int col, int row, std::intptr_t object);
-    void ClearCell(int col, int row);   // value and object
+    void ClearCell(int col, int row); // value and object
     void ClearRow(int row);
 
     void DeleteRow(int row);
     // Deletes every row r with remove[r] set, in one pass.
     void DeleteRows(const std::vector<bool>& remove);
-    int AddRow();                        // appends an empty row, returns its index
+    int AddRow(); // appends an empty row, returns its index
     void InsertRow(int row);
 
     void Merge(int col, int row, int cols, int rows);

@@ -7,9 +7,9 @@ namespace tessary {
 
 int TargetColumn(std::uint8_t productKind) {
     switch (productKind) {
-    case 1: return 2;
-    case 2: return 3;
-    default: return 1;
+        case 1: return 2;
+        case 2: return 3;
+        default: return 1;
     }
 }
 

@@ -23,10 +23,12 @@ struct TWorking {
 
 TWorking WorkingList(const TGrid& accounts) {
     TWorking w;
-    auto add = [&](std::int32_t code, double amount) { w.list.push_back({std::to_string(code), TAccTypeRec(code, amount)}); };
+    auto add = [&](std::int32_t code, double amount) {
+        w.list.push_back({std::to_string(code), TAccTypeRec(code, amount)});
+    };
     for (int r = accounts.RowCount() - 1; r >= 1; --r) {
         const std::intptr_t kind = accounts.Object(0, r);
-        if (AccountKindLabel(kind).empty()) continue;   // dropped before the calculation
+        if (AccountKindLabel(kind).empty()) continue; // dropped before the calculation
         w.total += accounts.Float(4, r);
         if (kind == 1) {
             for (int c = 1; c <= 3; ++c) {
@@ -87,23 +89,23 @@ std::string RowSubject(const char* grid, int row, const std::string& label) {
 
 std::string_view NoticeKey(NoticeId id) {
     switch (id) {
-    case NoticeId::TargetsNotHundred: return "targets-total";
-    case NoticeId::EquityHundred: return "equity-hundred";
-    case NoticeId::EquityNotPlaced: return "equity-not-placed";
-    case NoticeId::AccountRowDropped: return "account-row-dropped";
-    case NoticeId::ClassRowDropped: return "class-row-dropped";
-    case NoticeId::DuplicateAccountType: return "duplicate-account-type";
-    case NoticeId::ResultNamesShifted: return "result-names-shifted";
-    case NoticeId::TradesNoPlan: return "trades-no-plan";
-    case NoticeId::HoldingsWithoutPlan: return "holdings-without-plan";
-    case NoticeId::ClassNotTargeted: return "class-not-targeted";
-    case NoticeId::TaxableShortfall: return "taxable-shortfall";
-    case NoticeId::NegativeAmount: return "negative-amount";
-    case NoticeId::NegativeTarget: return "negative-target";
-    case NoticeId::ImplausibleAmount: return "implausible-amount";
-    case NoticeId::NotANumber: return "not-a-number";
-    case NoticeId::UnknownAccountType: return "unknown-account-type";
-    case NoticeId::UnknownAssetClass: return "unknown-asset-class";
+        case NoticeId::TargetsNotHundred: return "targets-total";
+        case NoticeId::EquityHundred: return "equity-hundred";
+        case NoticeId::EquityNotPlaced: return "equity-not-placed";
+        case NoticeId::AccountRowDropped: return "account-row-dropped";
+        case NoticeId::ClassRowDropped: return "class-row-dropped";
+        case NoticeId::DuplicateAccountType: return "duplicate-account-type";
+        case NoticeId::ResultNamesShifted: return "result-names-shifted";
+        case NoticeId::TradesNoPlan: return "trades-no-plan";
+        case NoticeId::HoldingsWithoutPlan: return "holdings-without-plan";
+        case NoticeId::ClassNotTargeted: return "class-not-targeted";
+        case NoticeId::TaxableShortfall: return "taxable-shortfall";
+        case NoticeId::NegativeAmount: return "negative-amount";
+        case NoticeId::NegativeTarget: return "negative-target";
+        case NoticeId::ImplausibleAmount: return "implausible-amount";
+        case NoticeId::NotANumber: return "not-a-number";
+        case NoticeId::UnknownAccountType: return "unknown-account-type";
+        case NoticeId::UnknownAssetClass: return "unknown-asset-class";
     }
     return {};
 }
@@ -133,11 +135,14 @@ std::vector<TNotice> InputNotices(const TGrid& accounts, const TGrid& classes) {
     }
     if (anyClass && !(std::abs(targets - 100) < kPercentTolerance))
         notices.push_back({NoticeId::TargetsNotHundred,
-                           "The class targets total " + PercentText(targets) + "%, not 100%.", 0, {}, targets});
+                           "The class targets total " + PercentText(targets) + "%, not 100%.",
+                           0,
+                           {},
+                           targets});
 
     if (anyOther && PreferredPercent(classes) == 100)
-        notices.push_back({NoticeId::EquityHundred,
-                           "The equity classes total 100%: the other classes divide by zero.", 0, {}, 100});
+        notices.push_back(
+            {NoticeId::EquityHundred, "The equity classes total 100%: the other classes divide by zero.", 0, {}, 100});
 
     // Whole units only: the result grid shows no cents.
     const double unplaced = UnplacedEquityMoney(accounts, classes);
@@ -146,7 +151,9 @@ std::vector<TNotice> InputNotices(const TGrid& accounts, const TGrid& classes) {
                            "$" + Grouped(unplaced) +
                                " meant for equities could not be placed in any account: the result holds less "
                                "equity than the targets ask.",
-                           0, {}, unplaced});
+                           0,
+                           {},
+                           unplaced});
 
     std::map<std::int32_t, int> perCode;
     for (const auto& e : WorkingList(accounts).list) ++perCode[e.rec.AccType];
@@ -154,10 +161,10 @@ std::vector<TNotice> InputNotices(const TGrid& accounts, const TGrid& classes) {
         if (count < 2) continue;
         std::string label(AccountTypeLabel(code));
         if (label.empty()) label = "code " + std::to_string(code);
-        notices.push_back({NoticeId::DuplicateAccountType,
-                           std::to_string(count) + " accounts are of type \"" + label +
-                               "\": the result shows only one of them.",
-                           0, label, static_cast<double>(count)});
+        notices.push_back(
+            {NoticeId::DuplicateAccountType,
+             std::to_string(count) + " accounts are of type \"" + label + "\": the result shows only one of them.", 0,
+             label, static_cast<double>(count)});
     }
 
     // Cells the calculation reads as 0 although they hold something (worksheets).
@@ -195,9 +202,10 @@ std::vector<TNotice> InputNotices(const TGrid& accounts, const TGrid& classes) {
             const bool huge = !(std::abs(v) <= kPlausibleAmount);
             if (!huge && !(v < 0)) continue;
             TNotice n{huge ? NoticeId::ImplausibleAmount : NoticeId::NegativeAmount,
-                      RowSubject("Accounts", r, label) + (huge ? " holds " + Grouped(v) + ", more than a portfolio "
-                                                                 "plausibly holds."
-                                                           : " holds a negative amount, $" + Grouped(v) + "."),
+                      RowSubject("Accounts", r, label) + (huge ? " holds " + Grouped(v) +
+                                                                     ", more than a portfolio "
+                                                                     "plausibly holds."
+                                                               : " holds a negative amount, $" + Grouped(v) + "."),
                       r, label, v};
             n.col = c;
             n.grid = NoticeGrid::Accounts;
@@ -225,7 +233,8 @@ std::vector<TNotice> InputNotices(const TGrid& accounts, const TGrid& classes) {
         const bool money = accounts.Float(1, r) != 0 || accounts.Float(2, r) != 0 || accounts.Float(3, r) != 0;
         if (label.empty() && !money) continue;
         notices.push_back({NoticeId::AccountRowDropped,
-                           RowSubject("Accounts", r, label) + " has no account type; Calculate drops it.", r, label, 0});
+                           RowSubject("Accounts", r, label) + " has no account type; Calculate drops it.", r, label,
+                           0});
     }
     for (int r = 1; r < classes.RowCount(); ++r) {
         if (classes.Object(0, r) != 0) continue;
@@ -259,12 +268,15 @@ std::vector<TNotice> TradesNotices(const TTargets* targets, const std::vector<TA
     std::vector<TNotice> notices;
     if (!targets) {
         notices.push_back({NoticeId::TradesNoPlan,
-                           "The result has no finite targets (the equity classes may total 100%): no trades.", 0, {}, 0});
+                           "The result has no finite targets (the equity classes may total 100%): no trades.",
+                           0,
+                           {},
+                           0});
         return notices;
     }
     // Whole units, as the trades are shown.
     auto shows = [](double v) { return std::abs(RoundHalfEven(v)) >= 1; };
-    std::map<int, double> untargeted;   // class code -> money held in it
+    std::map<int, double> untargeted; // class code -> money held in it
     for (const TAccountTrades& a : trades) {
         const std::string type(AccountTypeLabel(a.AccountType));
         if (a.Target == 0 && shows(a.Current))
@@ -279,10 +291,10 @@ std::vector<TNotice> TradesNotices(const TTargets* targets, const std::vector<TA
             shortfall += std::max(0.0, t.Target - t.Current) - std::max(0.0, t.Trade);
         }
         if (options.NoSellTaxable && IsTaxableAccountType(a.AccountType) && a.Target != 0 && shows(shortfall))
-            notices.push_back({NoticeId::TaxableShortfall,
-                               "\"" + type + "\" needs $" + Grouped(shortfall) +
-                                   " more cash to reach its targets without selling.",
-                               0, type, shortfall});
+            notices.push_back(
+                {NoticeId::TaxableShortfall,
+                 "\"" + type + "\" needs $" + Grouped(shortfall) + " more cash to reach its targets without selling.",
+                 0, type, shortfall});
     }
     for (const auto& [cls, held] : untargeted) {
         const std::string label(AssetClassLabel(cls));

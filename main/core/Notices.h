@@ -13,23 +13,23 @@
 namespace tessary {
 
 enum class NoticeId {
-    TargetsNotHundred,      // value: the targets' total
-    EquityHundred,          // the other classes divide by zero
-    EquityNotPlaced,        // value: the money left over
-    AccountRowDropped,      // row, label: a row Calculate will drop
-    ClassRowDropped,        // row, label
-    DuplicateAccountType,   // label: the account type; value: how many records
-    ResultNamesShifted,     // row: first result row whose name is not its class
-    TradesNoPlan,           // the result gives no finite targets: no trades
-    HoldingsWithoutPlan,    // label: account type; value: money held there
-    ClassNotTargeted,       // label: asset class; value: money held in it
-    TaxableShortfall,       // label: account type; value: money the targets need beyond its cash
-    NegativeAmount,         // row, col, label; value: the amount
-    NegativeTarget,         // row, label; value: the target
-    ImplausibleAmount,      // row, col, label; value: beyond kPlausibleAmount or not finite
-    NotANumber,             // grid, row, col; label: the cell's text, which counts as 0
-    UnknownAccountType,     // row, label; value: the row object no account kind has
-    UnknownAssetClass,      // row, label; value: the row object no asset class has
+    TargetsNotHundred,    // value: the targets' total
+    EquityHundred,        // the other classes divide by zero
+    EquityNotPlaced,      // value: the money left over
+    AccountRowDropped,    // row, label: a row Calculate will drop
+    ClassRowDropped,      // row, label
+    DuplicateAccountType, // label: the account type; value: how many records
+    ResultNamesShifted,   // row: first result row whose name is not its class
+    TradesNoPlan,         // the result gives no finite targets: no trades
+    HoldingsWithoutPlan,  // label: account type; value: money held there
+    ClassNotTargeted,     // label: asset class; value: money held in it
+    TaxableShortfall,     // label: account type; value: money the targets need beyond its cash
+    NegativeAmount,       // row, col, label; value: the amount
+    NegativeTarget,       // row, label; value: the target
+    ImplausibleAmount,    // row, col, label; value: beyond kPlausibleAmount or not finite
+    NotANumber,           // grid, row, col; label: the cell's text, which counts as 0
+    UnknownAccountType,   // row, label; value: the row object no account kind has
+    UnknownAssetClass,    // row, label; value: the row object no asset class has
 };
 
 // More money than any client plausibly holds: a typing slip or a unit mix-up.
@@ -39,11 +39,11 @@ enum class NoticeGrid { None, Accounts, Classes };
 
 struct TNotice {
     NoticeId id;
-    std::string text;       // a short English sentence
-    int row = 0;            // grid row, where the notice is about one
+    std::string text; // a short English sentence
+    int row = 0;      // grid row, where the notice is about one
     std::string label;
     double value = 0;
-    int col = 0;            // grid column, where the notice is about one cell
+    int col = 0; // grid column, where the notice is about one cell
     NoticeGrid grid = NoticeGrid::None;
 };
 

@@ -13,7 +13,7 @@ namespace tessary {
 
 struct TTargetPreset {
     std::string Name;
-    std::array<double, 6> Percent{};   // by asset-class code 1..6
+    std::array<double, 6> Percent{}; // by asset-class code 1..6
 };
 
 // Conservative, Balanced, Growth, All equity: each totals 100.

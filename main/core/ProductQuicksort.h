@@ -28,8 +28,7 @@ inline int DepthBudget(std::size_t n) { return 3 * static_cast<int>(std::bit_wid
 
 template <class T, class Compare>
 void FinishRange(std::vector<T>& list, int l, int r, Compare& compare) {
-    std::stable_sort(list.begin() + l, list.begin() + r + 1,
-                     [&](const T& a, const T& b) { return compare(a, b) < 0; });
+    std::stable_sort(list.begin() + l, list.begin() + r + 1, [&](const T& a, const T& b) { return compare(a, b) < 0; });
 }
 
 } // namespace sortdetail

@@ -21,9 +21,7 @@ bool TClassAmounts::Named(int accountType) const {
     return false;
 }
 
-bool TClassAmounts::Any() const {
-    return std::find(named_.begin(), named_.end(), true) != named_.end();
-}
+bool TClassAmounts::Any() const { return std::find(named_.begin(), named_.end(), true) != named_.end(); }
 
 namespace {
 
@@ -67,9 +65,8 @@ bool IsPlainNumber(std::string_view text) {
 }
 
 bool IsBlank(const std::vector<std::string>& fields) {
-    return std::all_of(fields.begin(), fields.end(), [](const std::string& f) {
-        return f.find_first_not_of(" \t") == std::string::npos;
-    });
+    return std::all_of(fields.begin(), fields.end(),
+                       [](const std::string& f) { return f.find_first_not_of(" \t") == std::string::npos; });
 }
 
 // The level L >= 0 at which the shortfalls above it add up to cash: filling
@@ -93,7 +90,7 @@ bool IsTaxableAccountType(int accountType) { return accountType >= 1 && accountT
 
 TTargets ReadTargets(const TGrid& result) {
     TTargets targets;
-    std::vector<std::pair<int, int>> rows;   // body row, class
+    std::vector<std::pair<int, int>> rows; // body row, class
     for (int r = 2; r < result.RowCount(); ++r)
         if (const int cls = AssetClassOf(result.Text(0, r)); cls != 0) {
             rows.emplace_back(r, cls);
@@ -117,7 +114,7 @@ TTargets ReadTargets(const TGrid& result) {
 TClassAmounts ParseHoldingsCsv(std::string_view text, const std::string& fileName) {
     TClassAmounts holdings;
     const std::vector<TCsvRecord> records = ParseCsvRecords(text);
-    for (std::size_t i = 1; i < records.size(); ++i) {   // the first is the header
+    for (std::size_t i = 1; i < records.size(); ++i) { // the first is the header
         const TCsvRecord& record = records[i];
         const std::vector<std::string>& f = record.Fields;
         if (IsBlank(f)) continue;
@@ -184,7 +181,7 @@ std::vector<TAccountTrades> Rebalance(const TTargets& targets, const TClassAmoun
         }
         double traded = 0;
         for (TClassTrade& t : a.Classes) {
-            if (t.Trade == 0) t.Trade = 0;   // no "-0" in the outputs
+            if (t.Trade == 0) t.Trade = 0; // no "-0" in the outputs
             traded += t.Trade;
         }
         a.Unplaced = a.Cash - traded;

@@ -20,8 +20,8 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-inline constexpr int kAccountTypeCount = 7;   // codes 1..7, "MD Taxable" .. "DCPs/LRIFs"
-inline constexpr int kAssetClassCount = 6;    // codes 1..6, "Short-Term Fixed" .. "Equities Global"
+inline constexpr int kAccountTypeCount = 7; // codes 1..7, "MD Taxable" .. "DCPs/LRIFs"
+inline constexpr int kAssetClassCount = 6;  // codes 1..6, "Short-Term Fixed" .. "Equities Global"
 
 // Money per account-type code and asset-class code, both 1-based.
 class TClassAmounts {
@@ -44,8 +44,8 @@ private:
 
 // The plan as the calculation left it in the result grid.
 struct TTargets {
-    std::vector<int> AccountTypes;   // column order, each once
-    std::vector<int> Classes;        // row order, each once
+    std::vector<int> AccountTypes; // column order, each once
+    std::vector<int> Classes;      // row order, each once
     TClassAmounts Amounts;
 };
 
@@ -64,23 +64,23 @@ TClassAmounts ParseHoldingsCsv(std::string_view text, const std::string& fileNam
 bool IsTaxableAccountType(int accountType);
 
 struct TRebalanceOptions {
-    double BandPercent = 0;        // trades of at most this share of the account's target are skipped
-    bool NoSellTaxable = false;    // taxable accounts only invest their new money
+    double BandPercent = 0;     // trades of at most this share of the account's target are skipped
+    bool NoSellTaxable = false; // taxable accounts only invest their new money
 };
 
 struct TClassTrade {
     int AssetClass = 0;
     double Current = 0;
     double Target = 0;
-    double Trade = 0;   // > 0 buy, < 0 sell
+    double Trade = 0; // > 0 buy, < 0 sell
 };
 
 struct TAccountTrades {
     int AccountType = 0;
     double Current = 0;
     double Target = 0;
-    double Cash = 0;       // target total - current total: new money, or money to raise when negative
-    double Unplaced = 0;   // cash the trades leave over
+    double Cash = 0;     // target total - current total: new money, or money to raise when negative
+    double Unplaced = 0; // cash the trades leave over
     std::vector<TClassTrade> Classes;
 };
 

@@ -9,15 +9,15 @@
 
 namespace tessary {
 
-inline constexpr std::array<std::string_view, 5> kAccountKindLabels = {
-    "Non-Reg.", "TFSAs", "RRSPs/RRIFs", "LIRAs/LIFs", "DCPs/LRIFs"};
+inline constexpr std::array<std::string_view, 5> kAccountKindLabels = {"Non-Reg.", "TFSAs", "RRSPs/RRIFs", "LIRAs/LIFs",
+                                                                       "DCPs/LRIFs"};
 
 inline constexpr std::array<std::string_view, 7> kAccountTypeLabels = {
     "MD Taxable", "BS Taxable", "QR Taxable", "TFSAs", "RRSPs/RRIFs", "LIRAs/LIFs", "DCPs/LRIFs"};
 
 inline constexpr std::array<std::string_view, 6> kAssetClassLabels = {
-    "Short-Term Fixed", "Mid/Long-Term Fixed", "Equities Canada",
-    "Equities U.S.", "Equities Emerging Markets", "Equities Global"};
+    "Short-Term Fixed", "Mid/Long-Term Fixed",       "Equities Canada",
+    "Equities U.S.",    "Equities Emerging Markets", "Equities Global"};
 
 // Product columns of the accounts grid.
 inline constexpr std::array<std::string_view, 3> kProductColumns = {"MD", "BS", "QR"};

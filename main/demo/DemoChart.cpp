@@ -4,6 +4,9 @@
 #include <initializer_list>
 #include <utility>
 
+// The chart is laid out one entry to a line, as a table to read.
+// clang-format off
+
 namespace kv {
 
 namespace {
@@ -185,3 +188,4 @@ std::string WriteDemoChart(std::uint8_t product, const std::string& folder) {
 }
 
 } // namespace kv
+// clang-format on

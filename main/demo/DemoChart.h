@@ -15,17 +15,17 @@ namespace kv {
 
 // Entry identifiers of the demo chart.
 namespace DemoEntry {
-inline constexpr std::int32_t Assets = 10;          // root, first tree, group 0
-inline constexpr std::int32_t Investments = 100;    // under Assets, group 0
+inline constexpr std::int32_t Assets = 10;       // root, first tree, group 0
+inline constexpr std::int32_t Investments = 100; // under Assets, group 0
 inline constexpr std::int32_t NonReg = 948;
 inline constexpr std::int32_t InvestAccount = 2232;
 inline constexpr std::int32_t SegFund = 6105;
 inline constexpr std::int32_t PrimaryPersonal = 6213;
 inline constexpr std::int32_t PrimaryTrust = 6242;
 inline constexpr std::int32_t BankAccount = 620;
-inline constexpr std::int32_t Registered = 200;     // under Assets, group 0
+inline constexpr std::int32_t Registered = 200; // under Assets, group 0
 inline constexpr std::int32_t TFSA = 2333;
-inline constexpr std::int32_t TFSAESPP = 6210;      // under TFSA
+inline constexpr std::int32_t TFSAESPP = 6210; // under TFSA
 inline constexpr std::int32_t RRSP = 1239;
 inline constexpr std::int32_t RRSPContrib = 1240;   // under RRSP, kind code -35
 inline constexpr std::int32_t RRSPWithdraw = 1241;  // under RRSP, kind code -36
@@ -43,11 +43,11 @@ inline constexpr std::int32_t Vehicle = 1202;
 inline constexpr std::int32_t Business = 400;
 inline constexpr std::int32_t CorpShares = 7001;
 inline constexpr std::int32_t SharesHeld = 7002;
-inline constexpr std::int32_t Liabilities = 20;     // root, first tree
+inline constexpr std::int32_t Liabilities = 20; // root, first tree
 inline constexpr std::int32_t Mortgage = 2100;
-inline constexpr std::int32_t Trust = 30;           // root, second tree
+inline constexpr std::int32_t Trust = 30; // root, second tree
 inline constexpr std::int32_t CapitalBenef = 8001;
-inline constexpr std::int32_t Expenses = 40;        // root, second tree
+inline constexpr std::int32_t Expenses = 40; // root, second tree
 inline constexpr std::int32_t Donations = 4100;
 inline constexpr std::int32_t Education = 4101;
 inline constexpr std::int32_t LifeInsurance = 4102;

@@ -30,8 +30,7 @@ constexpr std::uint8_t kOwns = 2;
 // Party role codes: 1 the persons (or the corporation, or the trust) an
 // import can be asked for; 2 a dependant; 40 a shareholder of a corporate
 // file and 60 a beneficiary of a trust file, both corporate participants.
-constexpr std::uint8_t kRolePrincipal = 1, kRoleChild = 2, kRoleOther = 0, kRoleShareholder = 40,
-                       kRoleBeneficiary = 60;
+constexpr std::uint8_t kRolePrincipal = 1, kRoleChild = 2, kRoleOther = 0, kRoleShareholder = 40, kRoleBeneficiary = 60;
 constexpr std::uint8_t kTypePerson = 0, kTypeCorporation = 150, kTypeTrust = 170;
 constexpr std::uint8_t kSingle = 0, kMarried = 1, kCommonLaw = 2;
 
@@ -54,7 +53,7 @@ struct ItemDef {
     std::int32_t ID;
     std::string Name;
     double Value;
-    std::optional<std::vector<Owner>> Owners;   // nullopt: the record carries no list
+    std::optional<std::vector<Owner>> Owners; // nullopt: the record carries no list
     std::vector<std::string> Props;
     std::vector<ItemDef> Children = {};
 };
@@ -66,7 +65,7 @@ struct PartyDef {
     std::uint8_t TaxStatus;
     std::string First, Last;
     double Birth;
-    std::int32_t BenefKey = 0;   // 0: the party's identifier
+    std::int32_t BenefKey = 0; // 0: the party's identifier
 };
 
 struct SolutionDef {
@@ -102,11 +101,20 @@ constexpr std::int32_t kMarie = 1, kLuc = 2, kEmilie = 3;
 std::vector<ItemDef> TremblayItems(bool retireAt60) {
     const auto v = [&](double now, double at60) { return retireAt60 ? at60 : now; };
     return {
-        {D::NonReg, 101, "Joint non-registered account", v(185400.40, 178900.40), Joint(kMarie, kLuc), {},
+        {D::NonReg,
+         101,
+         "Joint non-registered account",
+         v(185400.40, 178900.40),
+         Joint(kMarie, kLuc),
+         {},
          {// judged by its parent's list
           {D::InvestAccount, 102, "US-dollar sub-account", 23480.60, std::vector<Owner>{}, {}}}},
         {D::InvestAccount, 103, "Marie - investment account", v(62000.50, 68500.50), Of(kMarie), {OwnerProp(kMarie)}},
-        {D::InvestAccount, 104, "Marie - high-interest savings", 20000.00, Of(kMarie),
+        {D::InvestAccount,
+         104,
+         "Marie - high-interest savings",
+         20000.00,
+         Of(kMarie),
          {OwnerProp(kMarie), "IsBankingAccount=1"}},
         {D::BankAccount, 105, "Joint chequing account", v(14250.33, 9800.00), Joint(kMarie, kLuc), {}},
         {D::TFSA, 106, "Marie - TFSA", v(88612.47, 95000.00), Of(kMarie), {OwnerProp(kMarie)}},
@@ -134,8 +142,8 @@ ClientDef Tremblay() {
         {"Current plan", "Situation as of the November 2024 review", TremblayItems(false)},
         {"Retirement at 60", "Luc retires at 60; RRSP and TFSA top-ups first", TremblayItems(true)},
     };
-    c.ToDo = {{1, 0, "TFSA room", "Follow-up", "Confirm the 2025 TFSA room of both spouses.",
-               DayNumber(2025, 1, 15), false}};
+    c.ToDo = {
+        {1, 0, "TFSA room", "Follow-up", "Confirm the 2025 TFSA room of both spouses.", DayNumber(2025, 1, 15), false}};
     return c;
 }
 
@@ -188,9 +196,13 @@ ClientDef CoteHoldings() {
     constexpr std::int32_t kCorp = 1, kPaul = 2, kSophie = 3;
     constexpr std::int32_t kClassA = 404, kClassB = 405;
     const auto holding = [](std::int32_t id, const char* name, std::int32_t holder, std::int32_t cls, int held) {
-        return ItemDef{D::SharesHeld, id, name, 0, Of(holder),
-                        {"CorpID=" + std::to_string(kCorp), "ShareClassID=" + std::to_string(cls),
-                         "SharesHeld=" + std::to_string(held)}};
+        return ItemDef{D::SharesHeld,
+                       id,
+                       name,
+                       0,
+                       Of(holder),
+                       {"CorpID=" + std::to_string(kCorp), "ShareClassID=" + std::to_string(cls),
+                        "SharesHeld=" + std::to_string(held)}};
     };
     // No trailing period in the client name: Windows drops it from folder names.
     ClientDef c{"bs_db1_Côté Holdings", "Côté Holdings", 250120, DayNumber(2025, 1, 20, 16, 40)};
@@ -199,20 +211,24 @@ ClientDef CoteHoldings() {
         {kPaul, kRoleShareholder, kTypePerson, kMarried, "Paul", "Côté", DayNumber(1962, 2, 17)},
         {kSophie, kRoleShareholder, kTypePerson, kMarried, "Sophie", "Côté", DayNumber(1964, 10, 3)},
     };
-    c.Solutions = {{"Current plan",
-                    "Holding company, fiscal year 2024",
-                    {
-                        {D::NonReg, 401, "Corporate investment portfolio", 842315.75, Of(kCorp), {}},
-                        {D::InvestAccount, 402, "Corporate GIC ladder", 150000.00, Of(kCorp), {OwnerProp(kCorp)}},
-                        {D::BankAccount, 403, "Operating account", 96420.18, Of(kCorp), {}},
-                        {D::CorpShares, kClassA, "Class A common shares", 0, Of(kCorp),
-                         {"ShareClass=A", "ShareCount=1000", "AsCommon=1"}},
-                        {D::CorpShares, kClassB, "Class B preferred shares", 0, Of(kCorp),
-                         {"ShareClass=B", "ShareCount=500"}},
-                        holding(406, "Paul - class A shares", kPaul, kClassA, 600),
-                        holding(407, "Paul - class B shares", kPaul, kClassB, 500),
-                        holding(408, "Sophie - class A shares", kSophie, kClassA, 400),
-                    }}};
+    c.Solutions = {
+        {"Current plan",
+         "Holding company, fiscal year 2024",
+         {
+             {D::NonReg, 401, "Corporate investment portfolio", 842315.75, Of(kCorp), {}},
+             {D::InvestAccount, 402, "Corporate GIC ladder", 150000.00, Of(kCorp), {OwnerProp(kCorp)}},
+             {D::BankAccount, 403, "Operating account", 96420.18, Of(kCorp), {}},
+             {D::CorpShares,
+              kClassA,
+              "Class A common shares",
+              0,
+              Of(kCorp),
+              {"ShareClass=A", "ShareCount=1000", "AsCommon=1"}},
+             {D::CorpShares, kClassB, "Class B preferred shares", 0, Of(kCorp), {"ShareClass=B", "ShareCount=500"}},
+             holding(406, "Paul - class A shares", kPaul, kClassA, 600),
+             holding(407, "Paul - class B shares", kPaul, kClassB, 500),
+             holding(408, "Sophie - class A shares", kSophie, kClassA, 400),
+         }}};
     return c;
 }
 
@@ -221,8 +237,12 @@ ClientDef CoteHoldings() {
 ClientDef RoyTrust() {
     constexpr std::int32_t kTrust = 1, kIsabelle = 2, kMathieu = 3, kCamille = 4, kDenis = 5;
     const auto capital = [](std::int32_t id, const char* name, std::int32_t key, int percent) {
-        return ItemDef{D::CapitalBenef, id, name, 0, Of(kTrust),
-                        {"BenefKey=" + std::to_string(key), "CapitalPercent=" + std::to_string(percent)}};
+        return ItemDef{D::CapitalBenef,
+                       id,
+                       name,
+                       0,
+                       Of(kTrust),
+                       {"BenefKey=" + std::to_string(key), "CapitalPercent=" + std::to_string(percent)}};
     };
     ClientDef c{"qr_db1_Fiducie familiale Roy", "Fiducie familiale Roy", 240912, DayNumber(2024, 9, 12, 11, 0)};
     c.Parties = {
@@ -230,7 +250,7 @@ ClientDef RoyTrust() {
         {kIsabelle, kRoleBeneficiary, kTypePerson, kSingle, "Isabelle", "Roy", DayNumber(1990, 4, 2), 501},
         {kMathieu, kRoleBeneficiary, kTypePerson, kSingle, "Mathieu", "Roy", DayNumber(1993, 8, 27), 502},
         {kCamille, kRoleBeneficiary, kTypePerson, kSingle, "Camille", "Roy", DayNumber(1997, 12, 9), 503},
-        {kDenis, kRoleOther, kTypePerson, kMarried, "Denis", "Roy", DayNumber(1958, 3, 11)},   // trustee
+        {kDenis, kRoleOther, kTypePerson, kMarried, "Denis", "Roy", DayNumber(1958, 3, 11)}, // trustee
     };
     c.Solutions = {{"Current plan",
                     "Family trust, 21-year deemed disposition in 2032",
@@ -320,7 +340,7 @@ void WriteClient(const fs::path& dataDir, std::uint8_t kind, kv::TEntries& chart
     for (std::int32_t i = 0; i < main.Count(); ++i) {
         const SolutionDef& s = c.Solutions[static_cast<std::size_t>(i)];
         kv::TModelData model(kind, &main.Get(i), &main, &main, nullptr, main.Path(i) + "FinItems.dat", &chart,
-                                 settings);
+                             settings);
         model.Header.Title = s.Name;
         model.Header.Text = s.Description;
         model.Header.Date = c.Date;

@@ -34,9 +34,7 @@ QLocale AppLocale() {
     return system;
 }
 
-QString FormatMoney(double value, const QLocale& locale) {
-    return locale.toCurrencyString(value, QString(), 0);
-}
+QString FormatMoney(double value, const QLocale& locale) { return locale.toCurrencyString(value, QString(), 0); }
 
 QString FormatPlain(double value, const QLocale& locale) {
     QLocale plain = locale;
@@ -59,8 +57,7 @@ QString AccountsTotalLabel(double total, const QLocale& locale) {
 
 QString ClassTotalLabel(double total, const QLocale& locale) {
     double rounded = RoundHalfEven(total);
-    if (!std::isfinite(rounded) || std::abs(rounded) > 9.0e15)
-        return locale.toString(rounded) + QStringLiteral("%");
+    if (!std::isfinite(rounded) || std::abs(rounded) > 9.0e15) return locale.toString(rounded) + QStringLiteral("%");
     return QString::number(static_cast<long long>(rounded)) + QStringLiteral("%");
 }
 
@@ -114,7 +111,7 @@ bool ParseTypedNumber(const QString& text, const QLocale& locale, QChar unit, do
     takeSign();
     if (s.startsWith(unit)) {
         s = s.mid(1).trimmed();
-        takeSign();   // "$-5" as well as "-$5"
+        takeSign(); // "$-5" as well as "-$5"
     } else if (s.endsWith(unit)) {
         s.chop(1);
         s = s.trimmed();
@@ -161,15 +158,15 @@ QString DisplayText(const TGrid& grid, GridKind kind, int col, int row, const QL
     const TCell& cell = grid.Cell(col, row);
     if (const auto* d = std::get_if<double>(&cell.value)) {
         switch (kind) {
-        case GridKind::Accounts:
-            if (col > 0) return FormatMoney(*d, locale);
-            break;
-        case GridKind::Classes:
-            if (col > 0) return FormatPlain(*d, locale);
-            break;
-        case GridKind::Result:
-            if (col > 0 && row > 1) return (col % 2 == 1) ? FormatPlain(*d, locale) : FormatMoney(*d, locale);
-            return locale.toString(*d, 'f', 2);
+            case GridKind::Accounts:
+                if (col > 0) return FormatMoney(*d, locale);
+                break;
+            case GridKind::Classes:
+                if (col > 0) return FormatPlain(*d, locale);
+                break;
+            case GridKind::Result:
+                if (col > 0 && row > 1) return (col % 2 == 1) ? FormatPlain(*d, locale) : FormatMoney(*d, locale);
+                return locale.toString(*d, 'f', 2);
         }
         return FormatPlain(*d, locale);
     }
@@ -188,9 +185,9 @@ namespace {
 QString Aligned(const QString& text, int width, CellAlign align) {
     const int pad = std::max(0, width - static_cast<int>(text.size()));
     switch (align) {
-    case CellAlign::Left: return text + QString(pad, QLatin1Char(' '));
-    case CellAlign::Right: return QString(pad, QLatin1Char(' ')) + text;
-    case CellAlign::Centre: break;
+        case CellAlign::Left: return text + QString(pad, QLatin1Char(' '));
+        case CellAlign::Right: return QString(pad, QLatin1Char(' ')) + text;
+        case CellAlign::Centre: break;
     }
     return QString(pad / 2, QLatin1Char(' ')) + text + QString(pad - pad / 2, QLatin1Char(' '));
 }
@@ -259,7 +256,7 @@ QJsonDocument GridToJson(const TGrid& grid) {
             } else if (const auto* s = std::get_if<std::string>(&cell.value)) {
                 row.append(QString::fromStdString(*s));
             } else {
-                row.append(QJsonValue(QJsonValue::Null));   // never written
+                row.append(QJsonValue(QJsonValue::Null)); // never written
             }
         }
         rows.append(row);
@@ -277,17 +274,17 @@ QString EscapedNameLine(const QString& name) {
     for (const QChar c : name) {
         const char16_t u = c.unicode();
         switch (u) {
-        case u'\\': out += QLatin1String("\\\\"); break;
-        case u'\n': out += QLatin1String("\\n"); break;
-        case u'\r': out += QLatin1String("\\r"); break;
-        case u'\t': out += QLatin1String("\\t"); break;
-        default:
-            if (u < 0x20 || (u >= 0x7F && u <= 0x9F))
-                out += QStringLiteral("\\x%1").arg(unsigned(u), 2, 16, QLatin1Char('0'));
-            else if (u == 0x2028 || u == 0x2029)
-                out += QStringLiteral("\\u%1").arg(unsigned(u), 4, 16, QLatin1Char('0'));
-            else
-                out += c;
+            case u'\\': out += QLatin1String("\\\\"); break;
+            case u'\n': out += QLatin1String("\\n"); break;
+            case u'\r': out += QLatin1String("\\r"); break;
+            case u'\t': out += QLatin1String("\\t"); break;
+            default:
+                if (u < 0x20 || (u >= 0x7F && u <= 0x9F))
+                    out += QStringLiteral("\\x%1").arg(unsigned(u), 2, 16, QLatin1Char('0'));
+                else if (u == 0x2028 || u == 0x2029)
+                    out += QStringLiteral("\\u%1").arg(unsigned(u), 4, 16, QLatin1Char('0'));
+                else
+                    out += c;
         }
     }
     return out;
@@ -319,11 +316,16 @@ QString UnescapedNameLine(const QString& line) {
             i += 1 + digits;
             return true;
         };
-        if (e == QLatin1Char('\\')) out += QLatin1Char('\\'), ++i;
-        else if (e == QLatin1Char('n')) out += QLatin1Char('\n'), ++i;
-        else if (e == QLatin1Char('r')) out += QLatin1Char('\r'), ++i;
-        else if (e == QLatin1Char('t')) out += QLatin1Char('\t'), ++i;
-        else if (!(e == QLatin1Char('x') && hex(2)) && !(e == QLatin1Char('u') && hex(4))) out += c;
+        if (e == QLatin1Char('\\'))
+            out += QLatin1Char('\\'), ++i;
+        else if (e == QLatin1Char('n'))
+            out += QLatin1Char('\n'), ++i;
+        else if (e == QLatin1Char('r'))
+            out += QLatin1Char('\r'), ++i;
+        else if (e == QLatin1Char('t'))
+            out += QLatin1Char('\t'), ++i;
+        else if (!(e == QLatin1Char('x') && hex(2)) && !(e == QLatin1Char('u') && hex(4)))
+            out += c;
     }
     return out;
 }

@@ -23,8 +23,8 @@ void SetAppLocale(const QLocale& locale);
 // the English text.
 QString VocabularyText(const std::string& text);
 
-QString FormatMoney(double value, const QLocale& locale);   // "%.0m"
-QString FormatPlain(double value, const QLocale& locale);   // "%.0f"
+QString FormatMoney(double value, const QLocale& locale); // "%.0m"
+QString FormatPlain(double value, const QLocale& locale); // "%.0f"
 
 // "$" followed by the grand total as "#,##0" (French: the locale's "1 234 $").
 QString AccountsTotalLabel(double total, const QLocale& locale);

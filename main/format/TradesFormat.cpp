@@ -51,13 +51,13 @@ QString FormatTradesText(const std::vector<TAccountTrades>& accounts, const QLoc
                     QStringLiteral("Buy"), QStringLiteral("Sell")});
     auto money = [&](double v) { return FormatMoney(v, locale); };
     for (const TAccountTrades& a : accounts) {
-        rows.push_back({Label(AccountTypeLabel(a.AccountType)), money(a.Current), money(a.Target), QString(), QString()});
+        rows.push_back(
+            {Label(AccountTypeLabel(a.AccountType)), money(a.Current), money(a.Target), QString(), QString()});
         for (const TClassTrade& t : a.Classes)
             rows.push_back({QStringLiteral("  ") + Label(AssetClassLabel(t.AssetClass)), money(t.Current),
                             money(t.Target), t.Trade > 0 ? money(t.Trade) : QString(),
                             t.Trade < 0 ? money(-t.Trade) : QString()});
-        rows.push_back({QStringLiteral("  Cash (negative: to raise)"), QString(), QString(),
-                        money(a.Cash), QString()});
+        rows.push_back({QStringLiteral("  Cash (negative: to raise)"), QString(), QString(), money(a.Cash), QString()});
         if (a.Unplaced != 0 && std::round(a.Unplaced) != 0)
             rows.push_back({QStringLiteral("  Left unplaced"), QString(), QString(), money(a.Unplaced), QString()});
     }
@@ -72,7 +72,8 @@ QString FormatTradesText(const std::vector<TAccountTrades>& accounts, const QLoc
     for (const QStringList& r : rows) {
         QString line = r[0].leftJustified(widths[0]);
         for (int c = 1; c < 5; ++c) line += QStringLiteral("  ") + r[c].rightJustified(widths[std::size_t(c)]);
-        out += line.trimmed().isEmpty() ? QString() : line.replace(QRegularExpression(QStringLiteral("\\s+$")), QString());
+        out +=
+            line.trimmed().isEmpty() ? QString() : line.replace(QRegularExpression(QStringLiteral("\\s+$")), QString());
         out += QLatin1Char('\n');
     }
     return out;
@@ -117,7 +118,7 @@ std::vector<TTradesRow> TradesRows(const std::vector<TAccountTrades>& accounts) 
             // A class the account neither holds, targets nor trades says nothing.
             if (RoundHalfEven(t.Current) == 0 && RoundHalfEven(t.Target) == 0 && RoundHalfEven(t.Trade) == 0) continue;
             TTradesRow row{Kind::Class, t.AssetClass, account, Vocabulary(AssetClassLabel(t.AssetClass)),
-                           t.Current, t.Target, {}, {}};
+                           t.Current,   t.Target,     {},      {}};
             if (t.Trade > 0) row.buy = t.Trade;
             if (t.Trade < 0) row.sell = -t.Trade;
             rows.push_back(std::move(row));
@@ -128,15 +129,27 @@ std::vector<TTradesRow> TradesRows(const std::vector<TAccountTrades>& accounts) 
         Signed(cash, a.Cash);
         rows.push_back(std::move(cash));
         if (RoundHalfEven(a.Unplaced) != 0) {
-            TTradesRow left{Kind::Unplaced, a.AccountType, account,
-                            QCoreApplication::translate("tessary::Trades", "Left unplaced"), {}, {}, {}, {}};
+            TTradesRow left{Kind::Unplaced,
+                            a.AccountType,
+                            account,
+                            QCoreApplication::translate("tessary::Trades", "Left unplaced"),
+                            {},
+                            {},
+                            {},
+                            {}};
             Signed(left, a.Unplaced);
             rows.push_back(std::move(left));
         }
     }
     const TTradeTotals totals = TotalsOf(accounts);
-    rows.push_back({Kind::Total, 0, QCoreApplication::translate("tessary::Trades", "Total"), {}, totals.Current,
-                    totals.Target, totals.Bought, -totals.Sold});
+    rows.push_back({Kind::Total,
+                    0,
+                    QCoreApplication::translate("tessary::Trades", "Total"),
+                    {},
+                    totals.Current,
+                    totals.Target,
+                    totals.Bought,
+                    -totals.Sold});
     return rows;
 }
 

@@ -28,10 +28,10 @@ QString FormatTradesText(const std::vector<TAccountTrades>& accounts, const QLoc
 struct TTradesRow {
     enum class Kind { Account, Class, Cash, Unplaced, Total };
     Kind kind = Kind::Class;
-    int code = 0;            // account type (Account, Cash, Unplaced) or class (Class)
-    QString account;         // the account type, on every row of it
-    QString item;            // class, "Cash" or "Left unplaced"; empty on Account and Total
-    std::optional<double> current, target, buy, sell;   // sell as a positive amount
+    int code = 0;                                     // account type (Account, Cash, Unplaced) or class (Class)
+    QString account;                                  // the account type, on every row of it
+    QString item;                                     // class, "Cash" or "Left unplaced"; empty on Account and Total
+    std::optional<double> current, target, buy, sell; // sell as a positive amount
 };
 std::vector<TTradesRow> TradesRows(const std::vector<TAccountTrades>& accounts);
 // "Account type", "Asset class", "Current", "Target", "Buy", "Sell".

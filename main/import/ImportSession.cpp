@@ -64,10 +64,10 @@ void RequireListableFolder(const QString& dir, const QString& product, TFolderSt
 
 QString ProductKey(std::uint8_t kind) {
     switch (kind) {
-    case 0: return QStringLiteral("Meridel");
-    case 1: return QStringLiteral("Basalto");
-    case 2: return QStringLiteral("Quorren");
-    default: return {};
+        case 0: return QStringLiteral("Meridel");
+        case 1: return QStringLiteral("Basalto");
+        case 2: return QStringLiteral("Quorren");
+        default: return {};
     }
 }
 
@@ -117,8 +117,8 @@ void ApplyClientKey(kv::TLibrarySettings& settings, const QString& option) {
 kv::TLibrarySettings TodaysLibrarySettings() {
     const QDate today = QDate::currentDate();
     kv::TLibrarySettings settings;
-    settings.PlanningDate = static_cast<double>(kv::DayNumberOfDate(today.year(), unsigned(today.month()),
-                                                                    unsigned(today.day())));
+    settings.PlanningDate =
+        static_cast<double>(kv::DayNumberOfDate(today.year(), unsigned(today.month()), unsigned(today.day())));
     settings.CurrentYear = today.year();
     return settings;
 }
@@ -199,8 +199,7 @@ void TImportSession::ChooseProduct(std::uint8_t kind) {
     std::vector<TKeyed> keyed;
     keyed.reserve(list_->Items().size());
     const QLocale locale = QLocale::system();
-    for (const auto& h : list_->Items())
-        keyed.push_back({h.get(), h ? RenderHeaderDate(h->Date, locale) : QString()});
+    for (const auto& h : list_->Items()) keyed.push_back({h.get(), h ? RenderHeaderDate(h->Date, locale) : QString()});
     std::vector<const TKeyed*> order;
     order.reserve(keyed.size());
     for (const TKeyed& k : keyed) order.push_back(&k);
@@ -247,7 +246,8 @@ kv::TModels* TImportSession::Solutions() const { return solutions_.get(); }
 QStringList TImportSession::SolutionNames() const {
     QStringList names;
     if (solutions_)
-        for (std::int32_t i = 0; i < solutions_->Count(); ++i) names << QString::fromStdString(solutions_->DisplayName(i));
+        for (std::int32_t i = 0; i < solutions_->Count(); ++i)
+            names << QString::fromStdString(solutions_->DisplayName(i));
     return names;
 }
 
@@ -255,17 +255,17 @@ int TImportSession::FindSolution(const QString& name) const { return SolutionNam
 
 QString TImportSession::PartyLabel() const {
     switch (kind_) {
-    case 1: return QString::fromLatin1(QT_TRANSLATE_NOOP("tessary::TImportSession", "Select Corporation"));
-    case 2: return QString::fromLatin1(QT_TRANSLATE_NOOP("tessary::TImportSession", "Select Trust"));
-    default: return QString::fromLatin1(QT_TRANSLATE_NOOP("tessary::TImportSession", "Select Party"));
+        case 1: return QString::fromLatin1(QT_TRANSLATE_NOOP("tessary::TImportSession", "Select Corporation"));
+        case 2: return QString::fromLatin1(QT_TRANSLATE_NOOP("tessary::TImportSession", "Select Trust"));
+        default: return QString::fromLatin1(QT_TRANSLATE_NOOP("tessary::TImportSession", "Select Party"));
     }
 }
 
 QString TImportSession::HolderFirstText() const {
     switch (kind_) {
-    case 1: return QString::fromLatin1(QT_TRANSLATE_NOOP("tessary::TImportSession", "All Shareholders"));
-    case 2: return QString::fromLatin1(QT_TRANSLATE_NOOP("tessary::TImportSession", "All Beneficiaries"));
-    default: return {};
+        case 1: return QString::fromLatin1(QT_TRANSLATE_NOOP("tessary::TImportSession", "All Shareholders"));
+        case 2: return QString::fromLatin1(QT_TRANSLATE_NOOP("tessary::TImportSession", "All Beneficiaries"));
+        default: return {};
     }
 }
 
@@ -336,13 +336,13 @@ std::vector<TImportEntry> TImportSession::Collect(const kv::TParticipant* party,
     const double factor = Factor(party, holder);
     const bool exactOrder = accounts.size() <= kExactOrderAccounts;
 
-    std::string kindText;   // an unexpected entry keeps the text of the account before it
+    std::string kindText; // an unexpected entry keeps the text of the account before it
     for (const kv::TFinItem* account : accounts) {
         if (const kv::TAccountKind kind = kv::AccountKindOf(*account); kind != kv::TAccountKind::None)
             kindText = std::to_string(static_cast<int>(kind));
         if (!kv::IsBankingAccount(*account) && !(account->Value <= 0))
-            result.push_back({kindText, WholeAmount(*account, RoundHalfEven(account->Value * factor),
-                                                    model_->ReadPath())});
+            result.push_back(
+                {kindText, WholeAmount(*account, RoundHalfEven(account->Value * factor), model_->ReadPath())});
         if (exactOrder) TextListSort(result, CompareKinds);
     }
     if (!exactOrder)

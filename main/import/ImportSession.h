@@ -56,7 +56,7 @@ inline constexpr const char* kImportTextContext = "tessary::TImportSession";
 
 // Where a run takes its folders from instead of the configuration.
 struct TFolderOverrides {
-    QString DataRoot;   // ROOT/<product key>/Data and ROOT/<product key>/Core
+    QString DataRoot; // ROOT/<product key>/Data and ROOT/<product key>/Core
     QString DataDir;
     QString CoreDir;
 };
@@ -134,7 +134,7 @@ private:
     void ReleaseSolution();
 
     TFolderOverrides overrides_;
-    kv::TLibrarySettings settings_;   // outlives everything below, which refers to it
+    kv::TLibrarySettings settings_; // outlives everything below, which refers to it
     std::uint8_t kind_ = 0;
     TFolderState folderState_ = TFolderState::NotConfigured;
     std::unique_ptr<kv::TProjHdrLst> list_;

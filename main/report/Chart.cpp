@@ -108,7 +108,7 @@ void PaintAllocationChart(QPainter& painter, const QRectF& target, const TGrid& 
     const QRectF source(0, 0, height * target.width() / target.height(), height);
     QGraphicsScene scene;
     QChart* chart = MakeAllocationChart(result, locale);
-    scene.addItem(chart);   // the scene owns it
+    scene.addItem(chart); // the scene owns it
     chart->setMargins(QMargins(0, 4, 0, 0));
     chart->setGeometry(source);
     if (chart->layout()) chart->layout()->activate();

@@ -17,9 +17,9 @@ class QPainter;
 namespace tessary {
 
 struct TClassSeries {
-    QString name;          // the result grid's row label
+    QString name; // the result grid's row label
     QColor colour;
-    QList<qreal> amounts;  // one per account type; a value that is not finite counts 0
+    QList<qreal> amounts; // one per account type; a value that is not finite counts 0
 };
 
 struct TAllocationSeries {

@@ -14,12 +14,12 @@ namespace tessary {
 // Indexed by class code − 1 (the order of kAssetClassLabels). Fixed income in
 // blues, equities in warm and distinct hues, so both groups read at a glance.
 inline constexpr std::array<std::uint32_t, 6> kClassColourRgb = {
-    0x8EC1E6,   // Short-Term Fixed
-    0x2B5C8A,   // Mid/Long-Term Fixed
-    0xC8372D,   // Equities Canada
-    0xE8912D,   // Equities U.S.
-    0x3E9A5B,   // Equities Emerging Markets
-    0x7A4FA3,   // Equities Global
+    0x8EC1E6, // Short-Term Fixed
+    0x2B5C8A, // Mid/Long-Term Fixed
+    0xC8372D, // Equities Canada
+    0xE8912D, // Equities U.S.
+    0x3E9A5B, // Equities Emerging Markets
+    0x7A4FA3, // Equities Global
 };
 
 // For a row whose class is unknown.

@@ -24,7 +24,6 @@ namespace tessary {
 
 namespace {
 
-
 // Sizes in points.
 constexpr qreal kTitlePt = 18, kDatePt = 10, kHeadingPt = 11, kTablePt = 8.5, kFooterPt = 7;
 constexpr qreal kGapPt = 14, kHeadingGapPt = 18, kChartMinPt = 190, kCellPadPt = 4, kSwatchPt = 7;
@@ -50,7 +49,7 @@ struct TTable {
     std::vector<std::vector<TTableCell>> rows;
     int headerRows = 1;
     std::vector<TMerge> merges;
-    int totalRow = INT_MAX;   // drawn bold under a rule
+    int totalRow = INT_MAX; // drawn bold under a rule
 };
 
 TTable TableOf(const TGrid& grid, GridKind kind, const QLocale& locale) {
@@ -138,8 +137,7 @@ public:
     void PaintTrades(const std::vector<TAccountTrades>& trades) {
         trades_ = TradesTable(trades, in_.locale);
         for (int round = 0; round < 8; ++round) {
-            const qreal over = std::max(TradesHeight() / page_.height(),
-                                        Sum(NaturalWidths(trades_)) / page_.width());
+            const qreal over = std::max(TradesHeight() / page_.height(), Sum(NaturalWidths(trades_)) / page_.width());
             if (over <= 1) break;
             fit_ *= 0.99 / over;
         }
@@ -194,7 +192,8 @@ private:
         const std::size_t cols = t.rows.empty() ? 0 : t.rows.front().size();
         std::vector<qreal> w(cols, Pt(2 * kCellPadPt));
         for (std::size_t r = 0; r < t.rows.size(); ++r) {
-            const QFontMetricsF fm = Metrics(Font(kTablePt, static_cast<int>(r) < t.headerRows || static_cast<int>(r) == t.totalRow));
+            const QFontMetricsF fm =
+                Metrics(Font(kTablePt, static_cast<int>(r) < t.headerRows || static_cast<int>(r) == t.totalRow));
             for (std::size_t c = 0; c < cols; ++c) {
                 const TTableCell& cell = t.rows[r][c];
                 const TMerge* m = MergeAt(t, static_cast<int>(c), static_cast<int>(r));
@@ -236,8 +235,7 @@ private:
     }
 
     qreal TradesHeight() const {
-        return TitleHeight() + Pt(kGapPt) + 2 * Pt(kHeadingGapPt) + TableHeight(trades_) + Pt(kGapPt) +
-               FooterHeight();
+        return TitleHeight() + Pt(kGapPt) + 2 * Pt(kHeadingGapPt) + TableHeight(trades_) + Pt(kGapPt) + FooterHeight();
     }
 
     QString OptionsLine() const {
@@ -253,7 +251,8 @@ private:
         p_.setFont(Font(kFooterPt));
         p_.setPen(kMuted);
         p_.drawText(QRectF(page_.left(), page_.bottom() - FooterHeight(), page_.width(), FooterHeight()),
-                    Qt::AlignLeft | Qt::AlignBottom, QCoreApplication::translate("tessary::Report", "Prepared with Tessary"));
+                    Qt::AlignLeft | Qt::AlignBottom,
+                    QCoreApplication::translate("tessary::Report", "Prepared with Tessary"));
     }
 
     qreal Heading(const QString& text, qreal x, qreal y) {
@@ -305,8 +304,8 @@ private:
                     textRect.setLeft(textRect.left() + s + pad);
                 }
                 Qt::Alignment align = Qt::AlignVCenter;
-                align |= m && m->cols > 1 ? Qt::AlignHCenter
-                         : cell.align == CellAlign::Right ? Qt::AlignRight
+                align |= m && m->cols > 1                  ? Qt::AlignHCenter
+                         : cell.align == CellAlign::Right  ? Qt::AlignRight
                          : cell.align == CellAlign::Centre ? Qt::AlignHCenter
                                                            : Qt::AlignLeft;
                 QFont cellFont = font;
@@ -333,7 +332,8 @@ private:
         p_.setPen(Qt::black);
         p_.setFont(Font(kTitlePt, true));
         const QRectF titleRect(left, y, width, TitleHeight());
-        p_.drawText(titleRect, Qt::AlignLeft | Qt::AlignBottom, QCoreApplication::translate("tessary::Report", "Portfolio Allocation"));
+        p_.drawText(titleRect, Qt::AlignLeft | Qt::AlignBottom,
+                    QCoreApplication::translate("tessary::Report", "Portfolio Allocation"));
         p_.setFont(Font(kDatePt));
         p_.setPen(kMuted);
         p_.drawText(titleRect, Qt::AlignRight | Qt::AlignBottom, in_.locale.toString(in_.date, QLocale::LongFormat));
@@ -395,7 +395,9 @@ void PaintReport(QPainter& painter, const QRectF& page, const TReportInput& inpu
 
 void PrintReport(QPagedPaintDevice& device, const TReportInput& input) {
     QPainter painter;
-    if (!painter.begin(&device)) throw EExport(QCoreApplication::translate("tessary::Report", "The report cannot be painted on this device.").toStdString());
+    if (!painter.begin(&device))
+        throw EExport(QCoreApplication::translate("tessary::Report", "The report cannot be painted on this device.")
+                          .toStdString());
     const QRect paint = device.pageLayout().paintRectPixels(device.logicalDpiY());
     const QRectF page(QPointF(0, 0), QSizeF(paint.size()));
     PaintReport(painter, page, input);
@@ -409,7 +411,8 @@ void PrintReport(QPagedPaintDevice& device, const TReportInput& input) {
 void WriteReportPdf(const QString& path, const TReportInput& input) {
     QSaveFile file(path);
     auto fail = [&](const QString& reason) {
-        throw EExport(QCoreApplication::translate("tessary::Report", "Cannot write \"%1\": %2").arg(path, reason).toStdString());
+        throw EExport(
+            QCoreApplication::translate("tessary::Report", "Cannot write \"%1\": %2").arg(path, reason).toStdString());
     };
     if (!file.open(QIODevice::WriteOnly)) fail(file.errorString());
     {
@@ -431,7 +434,9 @@ void WriteAllocationReportPdf(const QString& path, const TGrid& accounts, const 
 void WriteTradesReportPdf(const QString& path, const TGrid& accounts, const TGrid& classes, const TGrid& result,
                           const TTradesInput& trades) {
     if (!qobject_cast<QApplication*>(QCoreApplication::instance()))
-        throw EExport(QCoreApplication::translate("tessary::Report", "The PDF report needs the program's graphical part (QApplication).").toStdString());
+        throw EExport(QCoreApplication::translate("tessary::Report",
+                                                  "The PDF report needs the program's graphical part (QApplication).")
+                          .toStdString());
     WriteReportPdf(path, {accounts, classes, result, QDate::currentDate(), AppLocale(), &trades});
 }
 

@@ -28,7 +28,6 @@ constexpr qint64 kMaxBytes = 64 << 20;
 // Integers a JSON number carries exactly.
 constexpr double kMaxExactInteger = 9007199254740992.0;
 
-
 QJsonValue CellToJson(const TCell& cell) {
     if (const auto* s = std::get_if<std::string>(&cell.value)) return QString::fromStdString(*s);
     if (const auto* d = std::get_if<double>(&cell.value)) {
@@ -99,92 +98,123 @@ public:
 
     [[noreturn]] void Damaged(const QString& detail) const {
         throw EWorksheet(EWorksheet::Fault::Damaged,
-                         QCoreApplication::translate("tessary::Worksheet", "The worksheet \"%1\" is damaged: %2.").arg(fileName_, detail));
+                         QCoreApplication::translate("tessary::Worksheet", "The worksheet \"%1\" is damaged: %2.")
+                             .arg(fileName_, detail));
     }
 
     QJsonObject Object(const QJsonObject& parent, const char* key, const QString& where) const {
         const QJsonValue v = parent.value(QLatin1String(key));
-        if (!v.isObject()) Damaged(QCoreApplication::translate("tessary::Worksheet", "%1 has no \"%2\" object").arg(where, QLatin1String(key)));
+        if (!v.isObject())
+            Damaged(QCoreApplication::translate("tessary::Worksheet", "%1 has no \"%2\" object")
+                        .arg(where, QLatin1String(key)));
         return v.toObject();
     }
 
     QJsonArray Array(const QJsonValue& v, const QString& what) const {
-        if (!v.isArray()) Damaged(QCoreApplication::translate("tessary::Worksheet", "%1 is missing or not a list").arg(what));
+        if (!v.isArray())
+            Damaged(QCoreApplication::translate("tessary::Worksheet", "%1 is missing or not a list").arg(what));
         return v.toArray();
     }
 
     double Integer(const QJsonValue& v, const QString& what, double min, double max) const {
         const double d = v.toDouble(std::nan(""));
         if (!v.isDouble() || d != std::floor(d) || d < min || d > max)
-            Damaged(QCoreApplication::translate("tessary::Worksheet", "%1 is not a whole number from %2 to %3").arg(what).arg(min, 0, 'f', 0).arg(max, 0, 'f', 0));
+            Damaged(QCoreApplication::translate("tessary::Worksheet", "%1 is not a whole number from %2 to %3")
+                        .arg(what)
+                        .arg(min, 0, 'f', 0)
+                        .arg(max, 0, 'f', 0));
         return d;
     }
 
     void Cell(const QJsonValue& v, TGrid& grid, int col, int row, const QString& where) const {
         switch (v.type()) {
-        case QJsonValue::Null: return;
-        case QJsonValue::String: grid.SetText(col, row, v.toString().toStdString()); return;
-        case QJsonValue::Double: grid.SetFloat(col, row, v.toDouble()); return;
-        case QJsonValue::Object: {
-            const QJsonObject o = v.toObject();
-            const QString n = o.value(QStringLiteral("number")).toString();
-            if (o.size() == 1 && (n == QLatin1String("inf") || n == QLatin1String("-inf") || n == QLatin1String("nan") ||
-                                  n == QLatin1String("-0"))) {
-                double d = 0;
-                ParseNumber(n.toStdString(), d);
-                grid.SetFloat(col, row, d);
-                return;
+            case QJsonValue::Null: return;
+            case QJsonValue::String: grid.SetText(col, row, v.toString().toStdString()); return;
+            case QJsonValue::Double: grid.SetFloat(col, row, v.toDouble()); return;
+            case QJsonValue::Object: {
+                const QJsonObject o = v.toObject();
+                const QString n = o.value(QStringLiteral("number")).toString();
+                if (o.size() == 1 && (n == QLatin1String("inf") || n == QLatin1String("-inf") ||
+                                      n == QLatin1String("nan") || n == QLatin1String("-0"))) {
+                    double d = 0;
+                    ParseNumber(n.toStdString(), d);
+                    grid.SetFloat(col, row, d);
+                    return;
+                }
+                break;
             }
-            break;
+            default: break;
         }
-        default: break;
-        }
-        Damaged(QCoreApplication::translate("tessary::Worksheet", "cell %1 of %2 is neither empty, a text nor a number").arg(col + 1).arg(where));
+        Damaged(QCoreApplication::translate("tessary::Worksheet", "cell %1 of %2 is neither empty, a text nor a number")
+                    .arg(col + 1)
+                    .arg(where));
     }
 
     // One row object {"cells": [...], "object": n} into grid row `row`.
     void Row(const QJsonValue& v, TGrid& grid, int row, const QString& where) const {
         if (!v.isObject()) Damaged(QCoreApplication::translate("tessary::Worksheet", "%1 is not an object").arg(where));
         const QJsonObject o = v.toObject();
-        const QJsonArray cells = Array(o.value(QStringLiteral("cells")), QCoreApplication::translate("tessary::Worksheet", "the cell list of %1").arg(where));
+        const QJsonArray cells =
+            Array(o.value(QStringLiteral("cells")),
+                  QCoreApplication::translate("tessary::Worksheet", "the cell list of %1").arg(where));
         if (cells.size() != grid.ColCount())
-            Damaged(QCoreApplication::translate("tessary::Worksheet", "%1 has %2 cells, not %3").arg(where).arg(cells.size()).arg(grid.ColCount()));
+            Damaged(QCoreApplication::translate("tessary::Worksheet", "%1 has %2 cells, not %3")
+                        .arg(where)
+                        .arg(cells.size())
+                        .arg(grid.ColCount()));
         for (int c = 0; c < grid.ColCount(); ++c) Cell(cells[c], grid, c, row, where);
         if (o.contains(QStringLiteral("object")))
-            grid.SetObject(0, row, static_cast<std::intptr_t>(Integer(o.value(QStringLiteral("object")),
-                                                                       QCoreApplication::translate("tessary::Worksheet", "the object of %1").arg(where),
-                                                                       -kMaxExactInteger, kMaxExactInteger)));
+            grid.SetObject(0, row,
+                           static_cast<std::intptr_t>(
+                               Integer(o.value(QStringLiteral("object")),
+                                       QCoreApplication::translate("tessary::Worksheet", "the object of %1").arg(where),
+                                       -kMaxExactInteger, kMaxExactInteger)));
     }
 
     // Body rows after the grid's own header; each row as wide as the window's grid.
     void Body(const QJsonObject& doc, const char* key, const QString& name, TGrid& grid) const {
         const QJsonObject section = Object(doc, key, QCoreApplication::translate("tessary::Worksheet", "the document"));
-        const QJsonArray rows = Array(section.value(QStringLiteral("rows")), QCoreApplication::translate("tessary::Worksheet", "the row list of the %1").arg(name));
+        const QJsonArray rows =
+            Array(section.value(QStringLiteral("rows")),
+                  QCoreApplication::translate("tessary::Worksheet", "the row list of the %1").arg(name));
         grid.SetRowCount(grid.FixedRows());
         for (qsizetype i = 0; i < rows.size(); ++i)
-            Row(rows[i], grid, grid.AddRow(), QCoreApplication::translate("tessary::Worksheet", "%1 row %2").arg(name).arg(i + 1));
+            Row(rows[i], grid, grid.AddRow(),
+                QCoreApplication::translate("tessary::Worksheet", "%1 row %2").arg(name).arg(i + 1));
     }
 
     void Result(const QJsonObject& doc, TGrid& grid) const {
-        const QJsonObject section = Object(doc, "result", QCoreApplication::translate("tessary::Worksheet", "the document"));
-        const QJsonArray rows = Array(section.value(QStringLiteral("rows")), QCoreApplication::translate("tessary::Worksheet", "the row list of the result"));
-        if (rows.size() < grid.FixedRows()) Damaged(QCoreApplication::translate("tessary::Worksheet", "the result has fewer than its %1 header rows").arg(grid.FixedRows()));
+        const QJsonObject section =
+            Object(doc, "result", QCoreApplication::translate("tessary::Worksheet", "the document"));
+        const QJsonArray rows = Array(section.value(QStringLiteral("rows")),
+                                      QCoreApplication::translate("tessary::Worksheet", "the row list of the result"));
+        if (rows.size() < grid.FixedRows())
+            Damaged(QCoreApplication::translate("tessary::Worksheet", "the result has fewer than its %1 header rows")
+                        .arg(grid.FixedRows()));
         const int columns = static_cast<int>(
-            Integer(section.value(QStringLiteral("columns")), QCoreApplication::translate("tessary::Worksheet", "the result's column count"), 1, 1 << 20));
+            Integer(section.value(QStringLiteral("columns")),
+                    QCoreApplication::translate("tessary::Worksheet", "the result's column count"), 1, 1 << 20));
         // Sizes first: a short document must not make a large grid.
         for (qsizetype i = 0; i < rows.size(); ++i)
             if (rows[i].toObject().value(QStringLiteral("cells")).toArray().size() != columns)
-                Damaged(QCoreApplication::translate("tessary::Worksheet", "result row %1 does not have %2 cells").arg(i + 1).arg(columns));
+                Damaged(QCoreApplication::translate("tessary::Worksheet", "result row %1 does not have %2 cells")
+                            .arg(i + 1)
+                            .arg(columns));
         grid.SetColCount(columns);
         grid.SetRowCount(static_cast<int>(rows.size()));
         for (qsizetype i = 0; i < rows.size(); ++i)
-            Row(rows[i], grid, static_cast<int>(i), QCoreApplication::translate("tessary::Worksheet", "result row %1").arg(i + 1));
+            Row(rows[i], grid, static_cast<int>(i),
+                QCoreApplication::translate("tessary::Worksheet", "result row %1").arg(i + 1));
 
-        const QJsonArray merges = Array(section.value(QStringLiteral("merges")), QCoreApplication::translate("tessary::Worksheet", "the merge list of the result"));
+        const QJsonArray merges =
+            Array(section.value(QStringLiteral("merges")),
+                  QCoreApplication::translate("tessary::Worksheet", "the merge list of the result"));
         for (qsizetype i = 0; i < merges.size(); ++i) {
-            const QString what = QCoreApplication::translate("tessary::Worksheet", "merged cell %1 of the result").arg(i + 1);
+            const QString what =
+                QCoreApplication::translate("tessary::Worksheet", "merged cell %1 of the result").arg(i + 1);
             const QJsonArray a = Array(merges[i], what);
-            if (a.size() != 4) Damaged(QCoreApplication::translate("tessary::Worksheet", "%1 does not have 4 numbers").arg(what));
+            if (a.size() != 4)
+                Damaged(QCoreApplication::translate("tessary::Worksheet", "%1 does not have 4 numbers").arg(what));
             const int col = static_cast<int>(Integer(a[0], what, 0, columns - 1));
             const int row = static_cast<int>(Integer(a[1], what, 0, grid.RowCount() - 1));
             const int cols = static_cast<int>(Integer(a[2], what, 1, 1 << 20));
@@ -199,14 +229,17 @@ public:
     }
 
     void Holdings(const QJsonObject& doc, TTradesInput& trades) const {
-        const QJsonObject section = Object(doc, "holdings", QCoreApplication::translate("tessary::Worksheet", "the document"));
+        const QJsonObject section =
+            Object(doc, "holdings", QCoreApplication::translate("tessary::Worksheet", "the document"));
         const QJsonValue band = section.value(QStringLiteral("band"));
         if (!band.isDouble() || !(band.toDouble() >= 0 && band.toDouble() <= 100))
             Damaged(QCoreApplication::translate("tessary::Worksheet", "the band is not a number from 0 to 100"));
         if (!section.value(QStringLiteral("noSellTaxable")).isBool())
             Damaged(QCoreApplication::translate("tessary::Worksheet", "\"noSellTaxable\" is not true or false"));
         trades.Options = {band.toDouble(), section.value(QStringLiteral("noSellTaxable")).toBool()};
-        const QJsonArray rows = Array(section.value(QStringLiteral("rows")), QCoreApplication::translate("tessary::Worksheet", "the row list of the holdings"));
+        const QJsonArray rows =
+            Array(section.value(QStringLiteral("rows")),
+                  QCoreApplication::translate("tessary::Worksheet", "the row list of the holdings"));
         for (qsizetype i = 0; i < rows.size(); ++i) {
             const QString where = QCoreApplication::translate("tessary::Worksheet", "holdings row %1").arg(i + 1);
             const QJsonObject o = rows[i].toObject();
@@ -215,10 +248,12 @@ public:
                 if (o.value(QStringLiteral("account")).toString().toStdString() == AccountTypeLabel(t)) type = t;
             const int cls = AssetClassOf(o.value(QStringLiteral("class")).toString().toStdString());
             if (type == 0 || cls == 0)
-                Damaged(QCoreApplication::translate("tessary::Worksheet", "%1 names no known account type and class").arg(where));
+                Damaged(QCoreApplication::translate("tessary::Worksheet", "%1 names no known account type and class")
+                            .arg(where));
             TGrid cell(1, 1);
             Cell(o.value(QStringLiteral("amount")), cell, 0, 0, where);
-            if (!cell.Cell(0, 0).IsFloat()) Damaged(QCoreApplication::translate("tessary::Worksheet", "%1 has no amount").arg(where));
+            if (!cell.Cell(0, 0).IsFloat())
+                Damaged(QCoreApplication::translate("tessary::Worksheet", "%1 has no amount").arg(where));
             trades.Holdings.Add(type, cls, cell.Float(0, 0));
         }
     }
@@ -237,7 +272,8 @@ bool LooksLikeJsonObject(const QByteArray& bytes) {
 
 } // namespace
 
-EWorksheet::EWorksheet(Fault fault, const QString& message) : std::runtime_error(message.toStdString()), fault_(fault) {}
+EWorksheet::EWorksheet(Fault fault, const QString& message)
+    : std::runtime_error(message.toStdString()), fault_(fault) {}
 
 TWorksheet::TWorksheet() : accounts(MakeAccountsGrid()), classes(MakeClassesGrid()), result(MakeResultGrid()) {}
 
@@ -255,24 +291,34 @@ QByteArray WorksheetToJson(const TGrid& accounts, const TGrid& classes, const TG
 
 TWorksheet WorksheetFromJson(const QByteArray& bytes, const QString& fileName) {
     const TReader reader(fileName);
-    if (bytes.trimmed().isEmpty()) reader.Damaged(QCoreApplication::translate("tessary::Worksheet", "the file is empty"));
+    if (bytes.trimmed().isEmpty())
+        reader.Damaged(QCoreApplication::translate("tessary::Worksheet", "the file is empty"));
 
     QJsonParseError error{};
     const QJsonDocument json = QJsonDocument::fromJson(bytes, &error);
     if (error.error != QJsonParseError::NoError) {
         if (!LooksLikeJsonObject(bytes))
-            throw EWorksheet(EWorksheet::Fault::Foreign, QCoreApplication::translate("tessary::Worksheet", "\"%1\" is not a Tessary worksheet.").arg(fileName));
-        reader.Damaged(QCoreApplication::translate("tessary::Worksheet", "%1 at byte %2").arg(error.errorString()).arg(error.offset));
+            throw EWorksheet(
+                EWorksheet::Fault::Foreign,
+                QCoreApplication::translate("tessary::Worksheet", "\"%1\" is not a Tessary worksheet.").arg(fileName));
+        reader.Damaged(QCoreApplication::translate("tessary::Worksheet", "%1 at byte %2")
+                           .arg(error.errorString())
+                           .arg(error.offset));
     }
     const QJsonObject doc = json.object();
     if (!json.isObject() || doc.value(QStringLiteral("format")).toString() != QLatin1String(kWorksheetFormat))
-        throw EWorksheet(EWorksheet::Fault::Foreign, QCoreApplication::translate("tessary::Worksheet", "\"%1\" is not a Tessary worksheet.").arg(fileName));
+        throw EWorksheet(
+            EWorksheet::Fault::Foreign,
+            QCoreApplication::translate("tessary::Worksheet", "\"%1\" is not a Tessary worksheet.").arg(fileName));
 
     const QJsonValue version = doc.value(QStringLiteral("version"));
-    const double v = reader.Integer(version, QCoreApplication::translate("tessary::Worksheet", "the version"), 1, kMaxExactInteger);
+    const double v =
+        reader.Integer(version, QCoreApplication::translate("tessary::Worksheet", "the version"), 1, kMaxExactInteger);
     if (v > kWorksheetVersion)
         throw EWorksheet(EWorksheet::Fault::Newer,
-                         QCoreApplication::translate("tessary::Worksheet", "\"%1\" was saved by a newer Tessary (worksheet version %2; this one reads version %3).")
+                         QCoreApplication::translate(
+                             "tessary::Worksheet",
+                             "\"%1\" was saved by a newer Tessary (worksheet version %2; this one reads version %3).")
                              .arg(fileName)
                              .arg(v, 0, 'f', 0)
                              .arg(kWorksheetVersion));
@@ -291,7 +337,8 @@ void SaveWorksheet(const QString& path, const TGrid& accounts, const TGrid& clas
     QSaveFile file(path);
     auto fail = [&] {
         throw EWorksheet(EWorksheet::Fault::Unwritable,
-                         QCoreApplication::translate("tessary::Worksheet", "Cannot save the worksheet \"%1\": %2").arg(path, file.errorString()));
+                         QCoreApplication::translate("tessary::Worksheet", "Cannot save the worksheet \"%1\": %2")
+                             .arg(path, file.errorString()));
     };
     if (!file.open(QIODevice::WriteOnly)) fail();
     if (file.write(bytes) != bytes.size()) fail();
@@ -301,7 +348,9 @@ void SaveWorksheet(const QString& path, const TGrid& accounts, const TGrid& clas
 TWorksheet ReadWorksheet(const QString& path) {
     QFile file(path);
     auto fail = [&](const QString& reason) {
-        throw EWorksheet(EWorksheet::Fault::Unreadable, QCoreApplication::translate("tessary::Worksheet", "Cannot open the worksheet \"%1\": %2").arg(path, reason));
+        throw EWorksheet(EWorksheet::Fault::Unreadable,
+                         QCoreApplication::translate("tessary::Worksheet", "Cannot open the worksheet \"%1\": %2")
+                             .arg(path, reason));
     };
     // Opened without blocking, so that a FIFO in its place is refused rather
     // than waited on; QFile then reads through the same descriptor.
@@ -318,7 +367,9 @@ TWorksheet ReadWorksheet(const QString& path) {
         fail(file.errorString());
     }
     if (file.size() > kMaxBytes)
-        throw EWorksheet(EWorksheet::Fault::Foreign, QCoreApplication::translate("tessary::Worksheet", "\"%1\" is not a Tessary worksheet.").arg(path));
+        throw EWorksheet(
+            EWorksheet::Fault::Foreign,
+            QCoreApplication::translate("tessary::Worksheet", "\"%1\" is not a Tessary worksheet.").arg(path));
     const QByteArray bytes = file.readAll();
     if (file.error() != QFileDevice::NoError) fail(file.errorString());
     return WorksheetFromJson(bytes, path);

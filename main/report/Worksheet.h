@@ -19,11 +19,11 @@ inline constexpr char kWorksheetSuffix[] = "tessary";
 class EWorksheet : public std::runtime_error {
 public:
     enum class Fault {
-        Unreadable,   // the file cannot be read
-        Foreign,      // not a worksheet at all
-        Newer,        // a worksheet of a later version
-        Damaged,      // a worksheet, but truncated or broken
-        Unwritable,   // saving failed; the previous file is unchanged
+        Unreadable, // the file cannot be read
+        Foreign,    // not a worksheet at all
+        Newer,      // a worksheet of a later version
+        Damaged,    // a worksheet, but truncated or broken
+        Unwritable, // saving failed; the previous file is unchanged
     };
     EWorksheet(Fault fault, const QString& message);
     Fault GetFault() const { return fault_; }
@@ -38,7 +38,7 @@ struct TWorksheet {
     TGrid accounts;
     TGrid classes;
     TGrid result;
-    TTradesInput trades;   // none in a version-1 document
+    TTradesInput trades; // none in a version-1 document
     TWorksheet();
 };
 
@@ -56,7 +56,6 @@ TWorksheet ReadWorksheet(const QString& path);
 
 // Reads the whole document first; the grids change only when it is sound.
 // Their Revision() restarts, so views must be refreshed explicitly.
-void LoadWorksheet(const QString& path, TGrid& accounts, TGrid& classes, TGrid& result,
-                   TTradesInput* trades = nullptr);
+void LoadWorksheet(const QString& path, TGrid& accounts, TGrid& classes, TGrid& result, TTradesInput* trades = nullptr);
 
 } // namespace tessary

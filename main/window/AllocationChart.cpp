@@ -46,7 +46,9 @@ void TAllocationChart::Update(double labelSize) {
     c->legend()->setFont(small);
     for (QAbstractAxis* axis : c->axes()) axis->setLabelsFont(small);
     // Account types break onto two lines rather than being cut under narrow bars.
-    if (auto* categories = c->axes(Qt::Horizontal).isEmpty() ? nullptr : qobject_cast<QBarCategoryAxis*>(c->axes(Qt::Horizontal).first())) {
+    if (auto* categories = c->axes(Qt::Horizontal).isEmpty()
+                               ? nullptr
+                               : qobject_cast<QBarCategoryAxis*>(c->axes(Qt::Horizontal).first())) {
         QStringList lines = categories->categories();
         for (QString& t : lines) {
             t.replace(QLatin1Char(' '), QStringLiteral("<br>"));

@@ -25,6 +25,7 @@ class TCaptionBar : public QWidget {
     Q_OBJECT
 public:
     explicit TCaptionBar(QWidget* parent = nullptr);
+
 protected:
     void paintEvent(QPaintEvent*) override;
 };
@@ -34,6 +35,7 @@ class TCornerGrip : public QWidget {
     Q_OBJECT
 public:
     explicit TCornerGrip(QWidget* parent = nullptr);
+
 protected:
     void paintEvent(QPaintEvent*) override;
 };

@@ -41,13 +41,9 @@ QString WithSuffix(QString path, const QString& suffix) {
 
 } // namespace
 
-TDocumentController::TDocumentController(TGrid& accounts, TGrid& classes, TGrid& result,
-                                         const TGridView& resultView, QWidget* window, QMenu* menu)
-    : QObject(window),
-      accounts_(accounts),
-      classes_(classes),
-      result_(result),
-      resultView_(resultView),
+TDocumentController::TDocumentController(TGrid& accounts, TGrid& classes, TGrid& result, const TGridView& resultView,
+                                         QWidget* window, QMenu* menu)
+    : QObject(window), accounts_(accounts), classes_(classes), result_(result), resultView_(resultView),
       window_(window) {
     setObjectName(QStringLiteral("document"));
     auto add = [this, menu](const char* name, const QKeySequence& keys, auto slot) {
@@ -67,7 +63,8 @@ TDocumentController::TDocumentController(TGrid& accounts, TGrid& classes, TGrid&
     recentMenu->setObjectName(QStringLiteral("mnuRecent"));
     connect(recentMenu, &QMenu::aboutToShow, this, &TDocumentController::FillRecentMenu);
     saveAction = add("actSave", QKeySequence::Save, &TDocumentController::actSaveClick);
-    saveAsAction = add("actSaveAs", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S), &TDocumentController::actSaveAsClick);
+    saveAsAction =
+        add("actSaveAs", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S), &TDocumentController::actSaveAsClick);
     menu->addSeparator();
     copyAction = add("actCopy", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C), &TDocumentController::actCopyClick);
     exportCsvAction = add("actExportCsv", {}, &TDocumentController::actExportCsvClick);
@@ -147,10 +144,10 @@ bool TDocumentController::MaybeSave() {
         answer = AskSaveChanges();
     } else {
         const QString name = currentFile_.isEmpty() ? tr("Untitled") : QFileInfo(currentFile_).fileName();
-        answer = QMessageBox::question(window_, tr("Unsaved changes"),
-                                       tr("The worksheet \"%1\" has changes that are not saved. Save them?").arg(name),
-                                       QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel,
-                                       QMessageBox::Save);
+        answer =
+            QMessageBox::question(window_, tr("Unsaved changes"),
+                                  tr("The worksheet \"%1\" has changes that are not saved. Save them?").arg(name),
+                                  QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
     }
     if (answer == QMessageBox::Save) return actSaveClick();
     return answer == QMessageBox::Discard;
@@ -189,7 +186,8 @@ bool TDocumentController::OpenWorksheet(const QString& path) {
     return true;
 }
 
-QString TDocumentController::PickFile(bool save, const QString& caption, const QString& filter, const QString& suggested) {
+QString TDocumentController::PickFile(bool save, const QString& caption, const QString& filter,
+                                      const QString& suggested) {
     if (ChooseFile) return ChooseFile(save, caption, filter, suggested);
     return save ? QFileDialog::getSaveFileName(window_, caption, suggested, filter)
                 : QFileDialog::getOpenFileName(window_, caption, suggested, filter);
@@ -222,8 +220,8 @@ bool TDocumentController::actSaveClick() {
 }
 
 bool TDocumentController::actSaveAsClick() {
-    const QString suggested = currentFile_.isEmpty() ? QDir::home().filePath(tr("Untitled") + QStringLiteral(".tessary"))
-                                                     : currentFile_;
+    const QString suggested =
+        currentFile_.isEmpty() ? QDir::home().filePath(tr("Untitled") + QStringLiteral(".tessary")) : currentFile_;
     const QString path = PickFile(true, tr("Save Worksheet"), WorksheetFilter(), suggested);
     if (path.isEmpty()) return false;
     return SaveWorksheetTo(WithSuffix(path, QStringLiteral(".tessary")));
@@ -234,8 +232,7 @@ void TDocumentController::actCopyClick() {
 }
 
 void TDocumentController::actExportCsvClick() {
-    const QString path =
-        PickFile(true, tr("Export to CSV"), tr("CSV files (*.csv)"), Suggested(currentFile_, ".csv"));
+    const QString path = PickFile(true, tr("Export to CSV"), tr("CSV files (*.csv)"), Suggested(currentFile_, ".csv"));
     if (path.isEmpty()) return;
     try {
         SaveCsv(WithSuffix(path, QStringLiteral(".csv")), GridAsCsv(result_, GridKind::Result));
@@ -245,8 +242,7 @@ void TDocumentController::actExportCsvClick() {
 }
 
 void TDocumentController::actExportPdfClick() {
-    const QString path =
-        PickFile(true, tr("Export to PDF"), tr("PDF files (*.pdf)"), Suggested(currentFile_, ".pdf"));
+    const QString path = PickFile(true, tr("Export to PDF"), tr("PDF files (*.pdf)"), Suggested(currentFile_, ".pdf"));
     if (path.isEmpty()) return;
     try {
         WriteReportPdf(WithSuffix(path, QStringLiteral(".pdf")),

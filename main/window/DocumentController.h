@@ -20,8 +20,8 @@ class TDocumentController : public QObject {
 public:
     // window: the owner of the dialogs and of the actions' shortcuts;
     // resultView: its selection is what Copy takes; menu: gets the actions.
-    TDocumentController(TGrid& accounts, TGrid& classes, TGrid& result, const TGridView& resultView,
-                        QWidget* window, QMenu* menu);
+    TDocumentController(TGrid& accounts, TGrid& classes, TGrid& result, const TGridView& resultView, QWidget* window,
+                        QMenu* menu);
 
     void Retranslate();
     // The holdings and options the worksheet keeps beside the grids.
@@ -52,15 +52,15 @@ public:
     // Offers to save unsaved changes; false when the adviser cancels.
     bool MaybeSave();
 
-    QAction* newAction;        // actNew
-    QAction* openAction;       // actOpen
-    QMenu* recentMenu;         // mnuRecent
-    QAction* saveAction;       // actSave
-    QAction* saveAsAction;     // actSaveAs
-    QAction* copyAction;       // actCopy
-    QAction* exportCsvAction;  // actExportCsv
-    QAction* exportPdfAction;  // actExportPdf
-    QAction* printAction;      // actPrint
+    QAction* newAction;       // actNew
+    QAction* openAction;      // actOpen
+    QMenu* recentMenu;        // mnuRecent
+    QAction* saveAction;      // actSave
+    QAction* saveAsAction;    // actSaveAs
+    QAction* copyAction;      // actCopy
+    QAction* exportCsvAction; // actExportCsv
+    QAction* exportPdfAction; // actExportPdf
+    QAction* printAction;     // actPrint
 
 public slots:
     void actNewClick();

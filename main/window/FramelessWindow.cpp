@@ -63,8 +63,7 @@ void TFramelessWindow::LayoutFrame(double zoom, double extraWidth) {
     Place(minimizeButton, layout::kMinimizeButton, zoom);
     Place(quitButton, layout::kQuitButton, zoom);
     captionBar->lower();
-    for (QWidget* w : {static_cast<QWidget*>(appIcon), static_cast<QWidget*>(captionLabel), windowButtons})
-        w->raise();
+    for (QWidget* w : {static_cast<QWidget*>(appIcon), static_cast<QWidget*>(captionLabel), windowButtons}) w->raise();
 }
 
 void TFramelessWindow::RebuildRegions() {
@@ -146,8 +145,7 @@ void TFramelessWindow::mouseDoubleClickEvent(QMouseEvent* event) {
 bool TFramelessWindow::eventFilter(QObject* watched, QEvent* event) {
     // While the application is inactive, a click anywhere outside the window
     // buttons grabs the window, as a click on a frame would.
-    if (event->type() == QEvent::MouseButtonPress &&
-        QGuiApplication::applicationState() != Qt::ApplicationActive) {
+    if (event->type() == QEvent::MouseButtonPress && QGuiApplication::applicationState() != Qt::ApplicationActive) {
         auto* w = qobject_cast<QWidget*>(watched);
         auto* me = static_cast<QMouseEvent*>(event);
         if (w && w->window() == this && me->button() == Qt::LeftButton) {

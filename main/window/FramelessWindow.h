@@ -26,13 +26,13 @@ public:
     // Maximised becomes normal, anything else maximised.
     void ToggleMaximized();
 
-    TCaptionBar* captionBar;      // pnCaption
-    QLabel* appIcon;              // imApplIcon
-    QLabel* captionLabel;         // lblCaptionBar
-    QWidget* windowButtons;       // pnWndButtons
-    QPushButton* minimizeButton;  // hbtMinimize
-    QPushButton* quitButton;      // hbtQuit
-    TCornerGrip* cornerGrip;      // rbCorner
+    TCaptionBar* captionBar;     // pnCaption
+    QLabel* appIcon;             // imApplIcon
+    QLabel* captionLabel;        // lblCaptionBar
+    QWidget* windowButtons;      // pnWndButtons
+    QPushButton* minimizeButton; // hbtMinimize
+    QPushButton* quitButton;     // hbtQuit
+    TCornerGrip* cornerGrip;     // rbCorner
 
 protected:
     // Places the caption bar across the window's width; extraWidth is the room

@@ -21,9 +21,9 @@ constexpr int kComboIndexRole = Qt::UserRole + 2;
 
 Qt::Alignment ToQt(CellAlign align) {
     switch (align) {
-    case CellAlign::Left: return Qt::AlignLeft | Qt::AlignVCenter;
-    case CellAlign::Centre: return Qt::AlignCenter;
-    case CellAlign::Right: return Qt::AlignRight | Qt::AlignVCenter;
+        case CellAlign::Left: return Qt::AlignLeft | Qt::AlignVCenter;
+        case CellAlign::Centre: return Qt::AlignCenter;
+        case CellAlign::Right: return Qt::AlignRight | Qt::AlignVCenter;
     }
     return Qt::AlignLeft | Qt::AlignVCenter;
 }
@@ -40,41 +40,37 @@ QVariant TGridModel::data(const QModelIndex& index, int role) const {
     const int c = index.column(), r = index.row();
     const bool fixed = r < grid_.FixedRows() || c < grid_.FixedCols();
     switch (role) {
-    case Qt::DisplayRole:
-        return DisplayText(grid_, kind_, c, r, locale_);
-    case Qt::EditRole: {
-        const TCell& cell = grid_.Cell(c, r);
-        if (const auto* d = std::get_if<double>(&cell.value)) return locale_.toString(*d, 'g', 15);
-        return QString::fromStdString(grid_.Text(c, r));
-    }
-    case Qt::ToolTipRole: {
-        // Labels can be wider than their column, French ones often are.
-        if (std::holds_alternative<double>(grid_.Cell(c, r).value)) return {};
-        const QString text = DisplayText(grid_, kind_, c, r, locale_);
-        if (text.isEmpty()) return {};
-        return text;
-    }
-    case Qt::TextAlignmentRole:
-        return QVariant::fromValue(ToQt(DisplayAlign(kind_, c, r)));
-    case Qt::BackgroundRole:
-        if (fixed) return QColor(0xEE, 0xF1, 0xF5);
-        return {};
-    case Qt::FontRole:
-        if (r < grid_.FixedRows()) {
-            QFont f;
-            f.setBold(true);
-            return f;
+        case Qt::DisplayRole: return DisplayText(grid_, kind_, c, r, locale_);
+        case Qt::EditRole: {
+            const TCell& cell = grid_.Cell(c, r);
+            if (const auto* d = std::get_if<double>(&cell.value)) return locale_.toString(*d, 'g', 15);
+            return QString::fromStdString(grid_.Text(c, r));
         }
-        return {};
-    case kRowObjectRole:
-        return QVariant::fromValue<qlonglong>(grid_.Object(c, r));
-    case kComboIndexRole: {
-        QStringList items;
-        for (auto s : comboItems) items << VocabularyText(std::string(s));
-        return items;
-    }
-    default:
-        return {};
+        case Qt::ToolTipRole: {
+            // Labels can be wider than their column, French ones often are.
+            if (std::holds_alternative<double>(grid_.Cell(c, r).value)) return {};
+            const QString text = DisplayText(grid_, kind_, c, r, locale_);
+            if (text.isEmpty()) return {};
+            return text;
+        }
+        case Qt::TextAlignmentRole: return QVariant::fromValue(ToQt(DisplayAlign(kind_, c, r)));
+        case Qt::BackgroundRole:
+            if (fixed) return QColor(0xEE, 0xF1, 0xF5);
+            return {};
+        case Qt::FontRole:
+            if (r < grid_.FixedRows()) {
+                QFont f;
+                f.setBold(true);
+                return f;
+            }
+            return {};
+        case kRowObjectRole: return QVariant::fromValue<qlonglong>(grid_.Object(c, r));
+        case kComboIndexRole: {
+            QStringList items;
+            for (auto s : comboItems) items << VocabularyText(std::string(s));
+            return items;
+        }
+        default: return {};
     }
 }
 
@@ -124,7 +120,7 @@ Qt::ItemFlags TGridModel::flags(const QModelIndex& index) const {
 
 void TGridModel::Refresh() {
     beginResetModel();
-    locale_ = AppLocale();   // the language may have changed
+    locale_ = AppLocale(); // the language may have changed
     endResetModel();
 }
 
@@ -157,9 +153,8 @@ QWidget* TComboDelegate::createEditor(QWidget* parent, const QStyleOptionViewIte
     combo->clear();
     combo->addItems(items);
     // A choice is stored at once, as the original sets the row object on change.
-    connect(combo, &QComboBox::activated, this, [this, combo] {
-        emit const_cast<TComboDelegate*>(this)->commitData(combo);
-    });
+    connect(combo, &QComboBox::activated, this,
+            [this, combo] { emit const_cast<TComboDelegate*>(this)->commitData(combo); });
     return combo;
 }
 
@@ -260,10 +255,12 @@ int TGridView::FittingWidth(int col) const {
     const GridKind kind = model_->Kind();
     const QString money = FormatMoney(99999999, locale);
     if (col == 0) {
-        if (kind == GridKind::Accounts) labels(kAccountKindLabels);
-        else labels(kAssetClassLabels);
+        if (kind == GridKind::Accounts)
+            labels(kAccountKindLabels);
+        else
+            labels(kAssetClassLabels);
     } else if (kind == GridKind::Accounts && col == 4) {
-        samples << FormatMoney(999999999, locale);   // three columns of $99,999,999
+        samples << FormatMoney(999999999, locale); // three columns of $99,999,999
     } else if (kind == GridKind::Accounts || (kind == GridKind::Result && col % 2 == 0)) {
         samples << money;
     } else {
@@ -365,7 +362,8 @@ void TGridView::scrollTo(const QModelIndex& index, ScrollHint hint) {
     if (index.column() > 0 && cell.left() < col0)
         horizontalScrollBar()->setValue(horizontalScrollBar()->value() - (col0 - cell.left()));
     if (index.row() >= model_->Grid().FixedRows() && cell.top() < FixedHeight())
-        verticalScrollBar()->setValue(verticalScrollBar()->value() - (verticalScrollMode() == ScrollPerItem ? 1 : FixedHeight() - cell.top()));
+        verticalScrollBar()->setValue(verticalScrollBar()->value() -
+                                      (verticalScrollMode() == ScrollPerItem ? 1 : FixedHeight() - cell.top()));
 }
 
 void TGridView::changeEvent(QEvent* event) {
@@ -375,9 +373,9 @@ void TGridView::changeEvent(QEvent* event) {
 
 bool TGridView::eventFilter(QObject* watched, QEvent* event) {
     // The frozen header rows take the place of a header: their column borders can be dragged.
-    auto* header = frozenRows_ && watched == frozenRows_->viewport()     ? frozenRows_
+    auto* header = frozenRows_ && watched == frozenRows_->viewport()       ? frozenRows_
                    : frozenCorner_ && watched == frozenCorner_->viewport() ? frozenCorner_
-                                                                          : nullptr;
+                                                                           : nullptr;
     if (!header) return QTableView::eventFilter(watched, event);
     auto* widget = static_cast<QWidget*>(watched);
     auto borderAt = [header](int x) {
@@ -389,39 +387,38 @@ bool TGridView::eventFilter(QObject* watched, QEvent* event) {
         return -1;
     };
     switch (event->type()) {
-    case QEvent::MouseMove: {
-        auto* e = static_cast<QMouseEvent*>(event);
-        const int x = e->position().toPoint().x();
-        if (dragColumn_ >= 0) {
-            const int width = std::max(16, dragStartWidth_ + x - dragStartX_);
-            userWidths_[dragColumn_] = width;
-            setColumnWidth(dragColumn_, width);
+        case QEvent::MouseMove: {
+            auto* e = static_cast<QMouseEvent*>(event);
+            const int x = e->position().toPoint().x();
+            if (dragColumn_ >= 0) {
+                const int width = std::max(16, dragStartWidth_ + x - dragStartX_);
+                userWidths_[dragColumn_] = width;
+                setColumnWidth(dragColumn_, width);
+                return true;
+            }
+            if (borderAt(x) >= 0)
+                widget->setCursor(Qt::SplitHCursor);
+            else
+                widget->unsetCursor();
+            break;
+        }
+        case QEvent::MouseButtonPress: {
+            auto* e = static_cast<QMouseEvent*>(event);
+            const int x = e->position().toPoint().x();
+            const int c = e->button() == Qt::LeftButton ? borderAt(x) : -1;
+            if (c < 0) break;
+            dragColumn_ = c;
+            dragStartX_ = x;
+            dragStartWidth_ = columnWidth(c);
             return true;
         }
-        if (borderAt(x) >= 0)
-            widget->setCursor(Qt::SplitHCursor);
-        else
-            widget->unsetCursor();
-        break;
-    }
-    case QEvent::MouseButtonPress: {
-        auto* e = static_cast<QMouseEvent*>(event);
-        const int x = e->position().toPoint().x();
-        const int c = e->button() == Qt::LeftButton ? borderAt(x) : -1;
-        if (c < 0) break;
-        dragColumn_ = c;
-        dragStartX_ = x;
-        dragStartWidth_ = columnWidth(c);
-        return true;
-    }
-    case QEvent::MouseButtonRelease:
-        if (dragColumn_ >= 0) {
-            dragColumn_ = -1;
-            return true;
-        }
-        break;
-    default:
-        break;
+        case QEvent::MouseButtonRelease:
+            if (dragColumn_ >= 0) {
+                dragColumn_ = -1;
+                return true;
+            }
+            break;
+        default: break;
     }
     return QTableView::eventFilter(watched, event);
 }
@@ -448,7 +445,8 @@ void TGridView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint 
     const QModelIndex cur = currentIndex();
     const bool last = cur.row() == model_->rowCount() - 1 && cur.column() == model_->columnCount() - 1;
     const bool first = cur.row() <= model_->Grid().FixedRows() && cur.column() == 0;
-    if ((hint == QAbstractItemDelegate::EditNextItem && last) || (hint == QAbstractItemDelegate::EditPreviousItem && first)) {
+    if ((hint == QAbstractItemDelegate::EditNextItem && last) ||
+        (hint == QAbstractItemDelegate::EditPreviousItem && first)) {
         // Tab leaves the grid after its last cell instead of wrapping round.
         QTableView::closeEditor(editor, QAbstractItemDelegate::NoHint);
         QWidget::focusNextPrevChild(hint == QAbstractItemDelegate::EditNextItem);

@@ -34,8 +34,7 @@ int Scaled(double v, double zoom) { return static_cast<int>(std::lround(v * zoom
 
 TdlgFromFile::TdlgFromFile(TFolderOverrides folders, double zoom, QWidget* parent, kv::TLibrarySettings settings)
     : TdlgMsg(mbYes | mbNo, parent, Qt::Dialog | Qt::FramelessWindowHint),
-      session_(std::move(folders), std::move(settings)),
-      zoom_(zoom) {
+      session_(std::move(folders), std::move(settings)), zoom_(zoom) {
     setObjectName(QStringLiteral("dlgFromFile"));
     setWindowTitle(tr("Select File"));
     setModal(true);
@@ -183,15 +182,15 @@ void TdlgFromFile::ShowStatus(const QString& text) {
 void TdlgFromFile::ShowFolderState(const QString& dataDir) {
     const QString folder = QDir::toNativeSeparators(dataDir);
     switch (session_.FolderState()) {
-    case TFolderState::Listed: ShowStatus({}); break;
-    case TFolderState::NotConfigured:
-        ShowStatus(tr("No data folder is set for %1 (DataDir in its configuration, or --data-root).")
-                       .arg(ProductKey(session_.Kind())));
-        break;
-    case TFolderState::Missing: ShowStatus(tr("The data folder %1 does not exist.").arg(folder)); break;
-    case TFolderState::NotAFolder: ShowStatus(tr("The data folder %1 is not a folder.").arg(folder)); break;
-    case TFolderState::Unreadable: ShowStatus(tr("The data folder %1 cannot be read.").arg(folder)); break;
-    case TFolderState::Empty: ShowStatus(tr("The data folder %1 holds no client files.").arg(folder)); break;
+        case TFolderState::Listed: ShowStatus({}); break;
+        case TFolderState::NotConfigured:
+            ShowStatus(tr("No data folder is set for %1 (DataDir in its configuration, or --data-root).")
+                           .arg(ProductKey(session_.Kind())));
+            break;
+        case TFolderState::Missing: ShowStatus(tr("The data folder %1 does not exist.").arg(folder)); break;
+        case TFolderState::NotAFolder: ShowStatus(tr("The data folder %1 is not a folder.").arg(folder)); break;
+        case TFolderState::Unreadable: ShowStatus(tr("The data folder %1 cannot be read.").arg(folder)); break;
+        case TFolderState::Empty: ShowStatus(tr("The data folder %1 holds no client files.").arg(folder)); break;
     }
 }
 
@@ -321,7 +320,11 @@ void TdlgFromFile::showEvent(QShowEvent* event) {
         const QString message = pendingError_;
         pendingError_.clear();
         QMetaObject::invokeMethod(
-            this, [this, message] { if (ShowError) ShowError(message); }, Qt::QueuedConnection);
+            this,
+            [this, message] {
+                if (ShowError) ShowError(message);
+            },
+            Qt::QueuedConnection);
     }
 }
 

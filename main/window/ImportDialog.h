@@ -42,22 +42,22 @@ public:
     std::function<void(const QString&)> ShowError;
 
     // Widgets; each carries its design name (the comment) as objectName.
-    TCaptionBar* captionBar;        // pnCaption
-    QLabel* captionLabel;           // lblCaptionBar
-    QRadioButton* productMdRadio;   // cbMD
-    QRadioButton* productBsRadio;   // cbBS
-    QRadioButton* productQrRadio;   // cbQR
-    QLabel* fileLabel;              // lblBSFile
-    QComboBox* fileCombo;           // cmbFile
-    QLabel* solutionLabel;          // lblBSSolution
-    QComboBox* solutionCombo;       // cmbSolution
-    QLabel* partyLabel;             // Label1
-    QComboBox* partyCombo;          // cmbParty
-    QLabel* holderLabel;            // Label2
-    QComboBox* holderCombo;         // cmbImpParty
-    QLabel* statusLabel;            // lblStatus: why the lists are empty or a file is locked
-    QPushButton* okButton;          // hbtYes
-    QPushButton* cancelButton;      // hbtNo
+    TCaptionBar* captionBar;      // pnCaption
+    QLabel* captionLabel;         // lblCaptionBar
+    QRadioButton* productMdRadio; // cbMD
+    QRadioButton* productBsRadio; // cbBS
+    QRadioButton* productQrRadio; // cbQR
+    QLabel* fileLabel;            // lblBSFile
+    QComboBox* fileCombo;         // cmbFile
+    QLabel* solutionLabel;        // lblBSSolution
+    QComboBox* solutionCombo;     // cmbSolution
+    QLabel* partyLabel;           // Label1
+    QComboBox* partyCombo;        // cmbParty
+    QLabel* holderLabel;          // Label2
+    QComboBox* holderCombo;       // cmbImpParty
+    QLabel* statusLabel;          // lblStatus: why the lists are empty or a file is locked
+    QPushButton* okButton;        // hbtYes
+    QPushButton* cancelButton;    // hbtNo
 
 public slots:
     void cbMDClick();
@@ -83,7 +83,7 @@ private:
 
     TImportSession session_;
     std::vector<TImportEntry> result_;
-    QStringList resultTexts_;   // mode 1
+    QStringList resultTexts_; // mode 1
     QString pendingError_;
     double zoom_;
     QPoint dragOffset_;

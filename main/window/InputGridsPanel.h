@@ -32,18 +32,18 @@ public:
     // As last shown: a calculation does not recompute the label.
     void ShowAccountsTotal(double total);
 
-    TGridView* accountsGrid;              // grdAccounts
-    QPushButton* addAccountRowButton;     // btnAddAcc
-    QPushButton* deleteAccountRowButton;  // btnDelAcc
-    QPushButton* clearAccountsButton;     // btnClear
-    QPushButton* importButton;            // btnImp, handled by the window
-    QLabel* accountsTotalLabel;           // Label3
-    TGridView* classesGrid;               // grdClasses
-    QPushButton* addClassRowButton;       // AdvRepeatButton2
-    QPushButton* deleteClassRowButton;    // AdvRepeatButton1
+    TGridView* accountsGrid;             // grdAccounts
+    QPushButton* addAccountRowButton;    // btnAddAcc
+    QPushButton* deleteAccountRowButton; // btnDelAcc
+    QPushButton* clearAccountsButton;    // btnClear
+    QPushButton* importButton;           // btnImp, handled by the window
+    QLabel* accountsTotalLabel;          // Label3
+    TGridView* classesGrid;              // grdClasses
+    QPushButton* addClassRowButton;      // AdvRepeatButton2
+    QPushButton* deleteClassRowButton;   // AdvRepeatButton1
     QToolButton* presetsButton;
     TPresetsMenu* presetsMenu;
-    QLabel* classesTotalLabel;            // Label2
+    QLabel* classesTotalLabel; // Label2
 
 public slots:
     void btnAddAccClick();

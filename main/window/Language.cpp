@@ -45,7 +45,7 @@ void ApplyLanguage(TLanguage language) {
     if (language == TLanguage::French)
         locale = QLocale(QLocale::French, QLocale::Canada);
     else if (QLocale::system().language() == QLocale::English)
-        locale = QLocale::system();   // an English system keeps its own format
+        locale = QLocale::system(); // an English system keeps its own format
     SetAppLocale(locale);
     QLocale::setDefault(locale);
     Current() = language;

@@ -112,10 +112,18 @@ TForm1::TForm1(QWidget* parent) : TFramelessWindow(parent), result_(MakeResultGr
     connect(helpButton, &QPushButton::clicked, this, &TForm1::AdvRepeatButton3Click);
 
     const TInputGridsPanel& in = *inputs_;
-    QWidget* tabOrder[] = {in.accountsGrid,      in.addAccountRowButton,  in.deleteAccountRowButton,
-                           in.clearAccountsButton, in.importButton,       in.classesGrid,
-                           in.addClassRowButton, in.deleteClassRowButton, in.presetsButton,
-                           calculateButton,      resultGrid,              helpButton};
+    QWidget* tabOrder[] = {in.accountsGrid,
+                           in.addAccountRowButton,
+                           in.deleteAccountRowButton,
+                           in.clearAccountsButton,
+                           in.importButton,
+                           in.classesGrid,
+                           in.addClassRowButton,
+                           in.deleteClassRowButton,
+                           in.presetsButton,
+                           calculateButton,
+                           resultGrid,
+                           helpButton};
     for (std::size_t i = 1; i < std::size(tabOrder); ++i) setTabOrder(tabOrder[i - 1], tabOrder[i]);
 
     RetranslateUi();
@@ -281,7 +289,8 @@ void TForm1::LayoutControls() {
     // The notices wrap: what does not fit beside the heading pushes the result grid down.
     const int noticesWidth = std::max(0, calculateButton->x() - RoundInt(kNoticesEndGap * z) - noticesLeft);
     const int lineHeight = RoundInt(kResultHeading.height() * z);
-    const int noticesHeight = std::max(lineHeight, noticeLine->text().isEmpty() ? 0 : noticeLine->heightForWidth(noticesWidth));
+    const int noticesHeight =
+        std::max(lineHeight, noticeLine->text().isEmpty() ? 0 : noticeLine->heightForWidth(noticesWidth));
     noticeLine->setGeometry(noticesLeft, RoundInt(kResultHeading.y() * z), noticesWidth, noticesHeight);
 
     const double dyGrid = dy * kResultHeightShare;
@@ -359,8 +368,8 @@ void TForm1::ShowTradesPage(bool shown) {
     if (tradesButton->isChecked() != shown) tradesButton->setChecked(shown);
     tradesPage->setVisible(shown);
     // Hidden under the page, so that Tab and the screen reader stay on what is seen.
-    for (QWidget* w : std::initializer_list<QWidget*>{inputs_, resultGrid, resultHeadingLabel, calculateButton,
-                                                      noticeLine, chart})
+    for (QWidget* w :
+         std::initializer_list<QWidget*>{inputs_, resultGrid, resultHeadingLabel, calculateButton, noticeLine, chart})
         w->setVisible(!shown);
     if (shown) {
         tradesPage->layout()->activate();

@@ -61,10 +61,10 @@ public:
     // The notices now shown, one per line.
     QStringList Notices() const { return noticeLine->Notices(); }
 
-    TGridView* resultGrid;          // grdResult
-    QLabel* resultHeadingLabel;     // Label1
-    QPushButton* calculateButton;   // btnCalculate
-    QPushButton* helpButton;        // AdvRepeatButton3
+    TGridView* resultGrid;        // grdResult
+    QLabel* resultHeadingLabel;   // Label1
+    QPushButton* calculateButton; // btnCalculate
+    QPushButton* helpButton;      // AdvRepeatButton3
     // Odd situations of the grids, one line, never blocking.
     TNoticeLine* noticeLine;
     TAllocationChart* chart;

@@ -55,8 +55,8 @@ inline constexpr QRectF kCalculate{440, 230, 85, 22};
 // At least this wide; longer when its language makes the text longer.
 inline constexpr QRectF kResultHeading{8, 232, 135, 18};
 inline constexpr double kHeadingPadding = 4;
-inline constexpr double kNoticesGap = 4;   // after the heading
-inline constexpr double kNoticesEndGap = 6;   // before Calculate
+inline constexpr double kNoticesGap = 4;    // after the heading
+inline constexpr double kNoticesEndGap = 6; // before Calculate
 inline constexpr QRectF kResultGrid{8, 252, 517, 165};
 inline constexpr QRectF kChart{8, 421, 517, 139};
 inline constexpr QRectF kHelp{9, 565, 55, 20};

@@ -169,8 +169,8 @@ void TTradesPage::SetGridFont(const QFont& font, int rowHeight) {
     }
     holdingsGrid->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     // Exactly its six rows: no empty band under them.
-    holdingsGrid->setFixedHeight(holdingsGrid->horizontalHeader()->sizeHint().height() +
-                                 kAssetClassCount * rowHeight + 2 * holdingsGrid->frameWidth());
+    holdingsGrid->setFixedHeight(holdingsGrid->horizontalHeader()->sizeHint().height() + kAssetClassCount * rowHeight +
+                                 2 * holdingsGrid->frameWidth());
 }
 
 void TTradesPage::Retranslate() {
@@ -231,9 +231,9 @@ void TTradesPage::FillHoldings() {
             QTableWidgetItem* item = holdingsGrid->item(c - 1, t - 1);
             // A cell marked as no amount keeps what was typed, for correcting.
             if (item && item->data(Qt::UserRole).toBool()) continue;
-            holdingsGrid->setItem(c - 1, t - 1,
-                                  Item(input_.Holdings.Named(t, c) ? FormatMoney(input_.Holdings.Get(t, c), locale)
-                                                                   : QString()));
+            holdingsGrid->setItem(
+                c - 1, t - 1,
+                Item(input_.Holdings.Named(t, c) ? FormatMoney(input_.Holdings.Get(t, c), locale) : QString()));
         }
     filling_ = false;
 }
@@ -330,8 +330,8 @@ void TTradesPage::FillTrades() {
     tradesGrid->clearContents();
     if (!hasPlan_) {
         tradesGrid->setRowCount(1);
-        tradesGrid->setItem(0, 0, Item(tr("No plan yet: press Calculate on the allocation page."),
-                                       Qt::AlignLeft | Qt::AlignVCenter));
+        tradesGrid->setItem(
+            0, 0, Item(tr("No plan yet: press Calculate on the allocation page."), Qt::AlignLeft | Qt::AlignVCenter));
         return;
     }
     const QLocale locale = AppLocale();
@@ -375,9 +375,9 @@ void TTradesPage::Fail(const QString& message) {
 
 void TTradesPage::ExportTradesCsv() {
     const QString caption = tr("Export Trades to CSV"), filter = tr("CSV files (*.csv)");
-    QString path = ChooseFile ? ChooseFile(true, caption, filter)
-                              : QFileDialog::getSaveFileName(this, caption,
-                                                             QDir::home().filePath(tr("trades") + ".csv"), filter);
+    QString path =
+        ChooseFile ? ChooseFile(true, caption, filter)
+                   : QFileDialog::getSaveFileName(this, caption, QDir::home().filePath(tr("trades") + ".csv"), filter);
     if (path.isEmpty()) return;
     if (QFileInfo(path).suffix().isEmpty()) path += QStringLiteral(".csv");
     try {

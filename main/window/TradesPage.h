@@ -43,17 +43,17 @@ public:
     std::function<void(const QString& message)> ShowError;
 
     QLabel* holdingsLabel;
-    QTableWidget* holdingsGrid;     // grdHoldings
-    QPushButton* loadButton;        // btnLoadHoldings
-    QPushButton* clearButton;       // btnClearHoldings
+    QTableWidget* holdingsGrid; // grdHoldings
+    QPushButton* loadButton;    // btnLoadHoldings
+    QPushButton* clearButton;   // btnClearHoldings
     QLabel* bandLabel;
-    QDoubleSpinBox* bandEdit;       // edtBand
-    QCheckBox* noSellCheck;         // cbNoSellTaxable
+    QDoubleSpinBox* bandEdit; // edtBand
+    QCheckBox* noSellCheck;   // cbNoSellTaxable
     TNoticeLine* noticeLine;
     QLabel* tradesLabel;
-    QTableWidget* tradesGrid;       // grdTrades
-    QPushButton* copyButton;        // btnCopyTrades
-    QPushButton* exportButton;      // btnExportTrades
+    QTableWidget* tradesGrid;  // grdTrades
+    QPushButton* copyButton;   // btnCopyTrades
+    QPushButton* exportButton; // btnExportTrades
 
 public slots:
     void CopyTrades();

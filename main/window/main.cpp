@@ -28,25 +28,25 @@ int main(int argc, char** argv) {
     parser.addOption({QStringLiteral("version"), QStringLiteral("Print the version and quit.")});
     parser.addOption({QStringLiteral("accounts"), QStringLiteral("Fill the accounts grid from a CSV file."),
                       QStringLiteral("file")});
-    parser.addOption({QStringLiteral("classes"), QStringLiteral("Fill the targets grid from a CSV file."),
-                      QStringLiteral("file")});
+    parser.addOption(
+        {QStringLiteral("classes"), QStringLiteral("Fill the targets grid from a CSV file."), QStringLiteral("file")});
     parser.addOption({QStringLiteral("calculate"), QStringLiteral("Calculate once the grids are filled.")});
     parser.addOption({QStringLiteral("holdings"),
                       QStringLiteral("Fill the holdings of the trades page from a CSV file "
                                      "(account type,class,amount)."),
                       QStringLiteral("file")});
-    parser.addOption({QStringLiteral("band"), QStringLiteral("The trades' band in percentage points."),
-                      QStringLiteral("points")});
+    parser.addOption(
+        {QStringLiteral("band"), QStringLiteral("The trades' band in percentage points."), QStringLiteral("points")});
     parser.addOption({QStringLiteral("no-sell-taxable"), QStringLiteral("No sales in taxable accounts.")});
     parser.addOption({QStringLiteral("trades"), QStringLiteral("Start on the trades page.")});
-    parser.addOption({QStringLiteral("screenshot"),
-                      QStringLiteral("Render the window to a PNG file and quit."), QStringLiteral("file")});
+    parser.addOption({QStringLiteral("screenshot"), QStringLiteral("Render the window to a PNG file and quit."),
+                      QStringLiteral("file")});
     parser.addOption({QStringLiteral("data-root"),
                       QStringLiteral("Import from DIR/<product>/Data and DIR/<product>/Core instead of the "
                                      "products' configured folders."),
                       QStringLiteral("dir")});
-    parser.addOption({QStringLiteral("key"), QStringLiteral("Client-file key for protected client files."),
-                      QStringLiteral("key")});
+    parser.addOption(
+        {QStringLiteral("key"), QStringLiteral("Client-file key for protected client files."), QStringLiteral("key")});
     parser.addPositionalArgument(QStringLiteral("worksheet"), QStringLiteral("A .tessary worksheet to open."),
                                  QStringLiteral("[worksheet]"));
     parser.process(app);
@@ -72,9 +72,11 @@ int main(int argc, char** argv) {
     }
     // A worksheet that cannot be read is reported in the window, which then starts empty.
     if (!parser.positionalArguments().isEmpty()) form.Document().OpenWorksheet(parser.positionalArguments().first());
-    if (parser.isSet(QStringLiteral("holdings")) && !form.tradesPage->LoadHoldingsCsv(parser.value(QStringLiteral("holdings"))))
+    if (parser.isSet(QStringLiteral("holdings")) &&
+        !form.tradesPage->LoadHoldingsCsv(parser.value(QStringLiteral("holdings"))))
         return 1;
-    if (parser.isSet(QStringLiteral("band"))) form.tradesPage->bandEdit->setValue(parser.value(QStringLiteral("band")).toDouble());
+    if (parser.isSet(QStringLiteral("band")))
+        form.tradesPage->bandEdit->setValue(parser.value(QStringLiteral("band")).toDouble());
     form.tradesPage->noSellCheck->setChecked(parser.isSet(QStringLiteral("no-sell-taxable")));
     if (parser.isSet(QStringLiteral("calculate"))) form.btnCalculateClick();
     if (parser.isSet(QStringLiteral("trades"))) form.ShowTradesPage(true);
