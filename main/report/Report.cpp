@@ -143,16 +143,7 @@ public:
         }
         p_.save();
         const qreal left = page_.left(), width = page_.width();
-        qreal y = page_.top();
-        p_.setPen(Qt::black);
-        p_.setFont(Font(kTitlePt, true));
-        const QRectF titleRect(left, y, width, TitleHeight());
-        p_.drawText(titleRect, Qt::AlignLeft | Qt::AlignBottom,
-                    QCoreApplication::translate("tessary::Report", "From holdings to the plan"));
-        p_.setFont(Font(kDatePt));
-        p_.setPen(kMuted);
-        p_.drawText(titleRect, Qt::AlignRight | Qt::AlignBottom, in_.locale.toString(in_.date, QLocale::LongFormat));
-        y += TitleHeight() + Pt(kGapPt);
+        qreal y = Title(QCoreApplication::translate("tessary::Report", "From holdings to the plan"));
         p_.drawText(QRectF(left, y, width, Pt(kHeadingGapPt)), Qt::AlignLeft | Qt::AlignTop, OptionsLine());
         y += Pt(kHeadingGapPt);
         y = Heading(QCoreApplication::translate("tessary::Report", "Trades by account type"), left, y);
@@ -226,6 +217,18 @@ private:
     }
 
     qreal TitleHeight() const { return Metrics(Font(kTitlePt, true)).height() + Pt(4); }
+
+    // The page's title on the left and the date on the right; returns where the body starts.
+    qreal Title(const QString& title) {
+        const QRectF titleRect(page_.left(), page_.top(), page_.width(), TitleHeight());
+        p_.setPen(Qt::black);
+        p_.setFont(Font(kTitlePt, true));
+        p_.drawText(titleRect, Qt::AlignLeft | Qt::AlignBottom, title);
+        p_.setFont(Font(kDatePt));
+        p_.setPen(kMuted);
+        p_.drawText(titleRect, Qt::AlignRight | Qt::AlignBottom, in_.locale.toString(in_.date, QLocale::LongFormat));
+        return page_.top() + TitleHeight() + Pt(kGapPt);
+    }
     qreal FooterHeight() const { return Metrics(Font(kFooterPt)).height() + Pt(6); }
 
     qreal Height() const {
@@ -327,17 +330,7 @@ private:
     void Draw() {
         p_.save();
         const qreal left = page_.left(), width = page_.width();
-        qreal y = page_.top();
-
-        p_.setPen(Qt::black);
-        p_.setFont(Font(kTitlePt, true));
-        const QRectF titleRect(left, y, width, TitleHeight());
-        p_.drawText(titleRect, Qt::AlignLeft | Qt::AlignBottom,
-                    QCoreApplication::translate("tessary::Report", "Portfolio Allocation"));
-        p_.setFont(Font(kDatePt));
-        p_.setPen(kMuted);
-        p_.drawText(titleRect, Qt::AlignRight | Qt::AlignBottom, in_.locale.toString(in_.date, QLocale::LongFormat));
-        y += TitleHeight() + Pt(kGapPt);
+        qreal y = Title(QCoreApplication::translate("tessary::Report", "Portfolio Allocation"));
 
         const qreal classesLeft = left + width * (1 - kClassesShare);
         Heading(QCoreApplication::translate("tessary::Report", "Accounts"), left, y);
