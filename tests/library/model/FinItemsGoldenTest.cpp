@@ -196,18 +196,24 @@ const Case kCases[] = {
     {"sequential, enciphered", false, 42969, true, true},
 };
 
-class FinItemsGolden : public ::testing::TestWithParam<Case> {};
+// The case's file on disk, with the chart entry, key and list flag it needs.
+class FinItemsGolden : public ::testing::TestWithParam<Case> {
+protected:
+    void SetUp() override {
+        const Case& c = GetParam();
+        s.settings->ClientFileKey = kConfiguredKey;
+        s.entries->AddEntry(kValueEntry, 0, "Values", 1).Ints[0] = kv::kValueChildKind;
+        s.models->Enciphered = c.flag;
+        s.models->KeySeed = kKeySeed;
+        WriteBytes(path, c.sectioned ? SectionedFile(c.version, c.enciphered) : SequentialFile(c.version, c.enciphered));
+    }
+    TempDir dir;
+    Surroundings s{0, dir};
+    const std::string path = dir.File("FinItems.dat");
+};
 
 TEST_P(FinItemsGolden, ReadsEveryFieldAsLaidOut) {
     const Case& c = GetParam();
-    TempDir dir;
-    Surroundings s(0, dir);
-    s.settings->ClientFileKey = kConfiguredKey;
-    s.entries->AddEntry(kValueEntry, 0, "Values", 1).Ints[0] = kv::kValueChildKind;
-    s.models->Enciphered = c.flag;
-    s.models->KeySeed = kKeySeed;
-    const std::string path = dir.File("FinItems.dat");
-    WriteBytes(path, c.sectioned ? SectionedFile(c.version, c.enciphered) : SequentialFile(c.version, c.enciphered));
 
     auto m = s.NewModel(0, path);
     ASSERT_NO_THROW(m->Load()) << c.label;
@@ -311,14 +317,6 @@ TEST_P(FinItemsGolden, ReadsEveryFieldAsLaidOut) {
 // to the same model and saves again to the same bytes.
 TEST_P(FinItemsGolden, SavesWhatItRead) {
     const Case& c = GetParam();
-    TempDir dir;
-    Surroundings s(0, dir);
-    s.settings->ClientFileKey = kConfiguredKey;
-    s.entries->AddEntry(kValueEntry, 0, "Values", 1).Ints[0] = kv::kValueChildKind;
-    s.models->Enciphered = c.flag;
-    s.models->KeySeed = kKeySeed;
-    const std::string path = dir.File("FinItems.dat");
-    WriteBytes(path, c.sectioned ? SectionedFile(c.version, c.enciphered) : SequentialFile(c.version, c.enciphered));
     auto m = s.NewModel(0, path);
     m->Load();
     // Reading leaves the item's decoded settings, and a query, out of its properties.
