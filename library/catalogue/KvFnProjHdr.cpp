@@ -134,7 +134,7 @@ void TProjHdr::ReadTrailing(TBufReadFile& reader) {
                              std::to_string(reader.Position()) + ": " + std::to_string(texts) + " texts announced, " +
                              std::to_string(left) + " bytes left");
         reader.ChargeEach(std::uint64_t(texts), sizeof(std::string));
-        Texts.reserve(std::size_t(texts));
+        reader.Reserve(Texts, std::size_t(texts));
         for (std::int32_t i = 0; i < texts; ++i) Texts.push_back(reader.ReadStr());
     }
     ++TrailingSections;

@@ -283,7 +283,7 @@ void TEntries::ReadEntries(TBufReadFile& r) {
     // 7. English tax labels
     n = ReadCount(r, MinShortStrBytes, FFileName);
     r.ChargeEach(n, sizeof(std::string));
-    ssEnTaxLabels.reserve(n);
+    r.Reserve(ssEnTaxLabels, n);
     for (std::size_t i = 0; i < n; ++i) ssEnTaxLabels.push_back(r.ReadShortStr());
 
     // 8. older files end here; bytes after the version belong to newer writers
@@ -323,7 +323,7 @@ void TEntries::ReadEntry(TBufReadFile& r, TEntry& e) {
         for (std::int32_t& v : e.ExtraInts) r.ReadInt(v);
     const std::size_t m = ReadCount(r, MinShortStrBytes, FFileName);
     r.ChargeEach(m, sizeof(std::string));
-    e.SpecProps.reserve(m);
+    r.Reserve(e.SpecProps, m);
     for (std::size_t i = 0; i < m; ++i) e.SpecProps.push_back(r.ReadShortStr());
     e.DecodeGroups();
 }
@@ -363,7 +363,7 @@ void TEntries::LoadFrench() {
     if (r.Eof()) return;
     const std::size_t m = ReadCount(r, MinShortStrBytes, FFrenchFileName);
     r.ChargeEach(m, sizeof(std::string));
-    ssFrTaxLabels.reserve(m);
+    r.Reserve(ssFrTaxLabels, m);
     for (std::size_t i = 0; i < m; ++i) ssFrTaxLabels.push_back(r.ReadShortStr());
 }
 

@@ -82,6 +82,14 @@ public:
         budget_ -= count * each;
     }
     std::uint64_t MemoryLeft() const noexcept { return budget_; }
+    // Room for n more elements read from this data, but never one block
+    // larger than the data: an element may take many times its bytes, and a
+    // count the bytes only just allow should cost growth as elements arrive.
+    template <class V>
+    void Reserve(V& v, std::size_t n) const {
+        const std::size_t cap = static_cast<std::size_t>(size_ > 0 ? size_ : 0) / sizeof(typename V::value_type);
+        v.reserve(v.size() + (n < cap ? n : cap));
+    }
 
     // A count of 0 or less reads nothing.
     void ReadData(void* dest, std::int32_t count);

@@ -434,7 +434,7 @@ void TBalance::Load(TBufReadFile& r) {
         if (kLists[std::size_t(i)].Kind == L::Parties) {
             const std::size_t n = ReadCount(r, kMinParty);
             r.ChargeEach(n, sizeof(TBalanceParty));
-            l.Parties.reserve(n);
+            r.Reserve(l.Parties, n);
             for (std::size_t k = 0; k < n; ++k) {
                 TBalanceParty p;
                 p.Name = r.ReadShortStr();
@@ -445,13 +445,13 @@ void TBalance::Load(TBufReadFile& r) {
         } else {
             const std::size_t n = ReadCount(r, kMinItem);
             r.ChargeEach(n, sizeof(l.Items[0]));
-            l.Items.reserve(n);
+            r.Reserve(l.Items, n);
             for (std::size_t k = 0; k < n; ++k) l.Items.push_back({r.ReadInt()});
         }
     }
     const std::size_t na = ReadCount(r, kMinAccount);
     r.ChargeEach(na, sizeof(std::unique_ptr<TAccount>) + sizeof(TAccount) + kIndexNodeBytes);
-    c.Accounts.reserve(na);
+    r.Reserve(c.Accounts, na);
     for (std::size_t k = 0; k < na; ++k) {
         std::string key = r.ReadShortStr();
         r.Charge(key.capacity() > 15 ? key.capacity() + 1 : 0); // the index's copy
@@ -465,7 +465,7 @@ void TBalance::Load(TBufReadFile& r) {
             d->Year = year;
             const std::size_t nv = ReadCount(r, kMinVal);
             r.ChargeEach(nv, sizeof(TAccountVal));
-            d->Vals.reserve(nv);
+            r.Reserve(d->Vals, nv);
             for (std::size_t i = 0; i < nv; ++i) {
                 TAccountVal v;
                 v.EntryID = r.ReadInt();
@@ -474,7 +474,7 @@ void TBalance::Load(TBufReadFile& r) {
             }
             const std::size_t nf = ReadCount(r, kMinFinVal);
             r.ChargeEach(nf, sizeof(TFinItemVal));
-            d->FinItems.reserve(nf);
+            r.Reserve(d->FinItems, nf);
             for (std::size_t i = 0; i < nf; ++i) {
                 TFinItemVal v;
                 v.ItemID = r.ReadInt();
