@@ -209,7 +209,12 @@ double TFinItem::ValueInYear(std::int32_t year) const {
     return child ? child->PayValueOfYear(year) : 0;
 }
 
-std::string TFinItem::ClassGroupName() const { return Entry ? Entry->Name : std::string(); }
+std::string TFinItem::EntryName() const {
+    if (!Entry) return {};
+    return French() && !Entry->FrenchName.empty() ? Entry->FrenchName : Entry->Name;
+}
+
+std::string TFinItem::ClassGroupName() const { return EntryName(); }
 
 bool TFinItem::ShowForMode(int) const { return true; }
 
@@ -278,7 +283,7 @@ std::unique_ptr<TFinItem> ReadItemRecord(TBufReadFile& r, TItemOwner& model, con
         item->PaysHeader = r.ReadInt();
         RequireLeft(r, std::uint64_t(pays) * kMinPayBytes);
         r.ChargeEach(std::uint64_t(pays), sizeof(TPay));
-        item->Pays.reserve(static_cast<std::size_t>(pays));
+        r.Reserve(item->Pays, static_cast<std::size_t>(pays));
         for (std::int32_t i = 0; i < pays; ++i) {
             const double value = r.ReadDouble();
             TPay pay(r.ReadInt());
@@ -293,7 +298,7 @@ std::unique_ptr<TFinItem> ReadItemRecord(TBufReadFile& r, TItemOwner& model, con
             if (payers > 0) {
                 RequireLeft(r, std::uint64_t(payers) * kMinPayerBytes);
                 r.ChargeEach(std::uint64_t(payers), sizeof(TPayer));
-                pay.Payers.reserve(static_cast<std::size_t>(payers));
+                r.Reserve(pay.Payers, static_cast<std::size_t>(payers));
             }
             for (std::int32_t k = 0; k < payers; ++k) {
                 const std::int32_t partyID = r.ReadInt();

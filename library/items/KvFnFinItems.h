@@ -10,6 +10,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "KvSettings.h"
 #include "parties/KvFnParty.h"
 
 namespace kv {
@@ -18,7 +19,6 @@ class TEntries;
 class TEntry;
 class TFinItem;
 class TParticipant;
-struct TLibrarySettings;
 
 using TFinItemList = std::vector<std::unique_ptr<TFinItem>>;
 
@@ -33,6 +33,9 @@ public:
     virtual void RaiseHighestItemID(std::int32_t id) = 0;
     // The settings the model was made with (planning date, language, flags).
     virtual const TLibrarySettings& Settings() const = 0;
+    // Language of the texts items make (group names, line names); a model
+    // may differ from its settings after SetLanguage.
+    virtual bool French() const { return Settings().French; }
 
 protected:
     ~TItemOwner() = default;
@@ -181,6 +184,11 @@ public:
     std::int32_t EntryID() const;
     // The settings of the item's model; the defaults for an item without one.
     const TLibrarySettings& Settings() const;
+    // The model's language; English for an item without a model.
+    bool French() const { return Model && Model->French(); }
+    // The entry's name in that language (the English one where the chart
+    // gives no French name); empty without an entry.
+    std::string EntryName() const;
 
     // The item's own ownership list or, while that is null or empty, the one of
     // the nearest ancestor that has entries (possibly null or empty).

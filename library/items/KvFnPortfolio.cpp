@@ -342,6 +342,11 @@ double TPortfolio::GetNowValue(bool recalculate) {
     return NowVal;
 }
 
+void TPortfolio::RecalcNowValue() {
+    const double ofYear = GetValueForYear(PlanningYear(Settings()));
+    NowVal = ofYear != 0 ? ofYear : Value;
+}
+
 double TPortfolio::GetValueForYear(std::int32_t year) const {
     const std::int32_t itemID = SpecProps.GetInt("ProjValueItemID", 0);
     if (itemID != 0 && Model) {
@@ -447,7 +452,7 @@ std::string TDCP::GetTransItemsEntryIDs(bool flag) const {
     return TransFromPension && !flag && ConvertToType == 0 ? WithPensionTransfers(ids) : ids;
 }
 
-std::string TDCP::ClassGroupName() const { return (Entry ? Entry->Name : std::string()) + "s"; }
+std::string TDCP::ClassGroupName() const { return EntryName() + "s"; }
 
 std::int32_t TDCP::LastPlanContributionYear() const {
     if (const TParticipant* owner = OwnerOf(*this)) return LastPossibleContributionYear(*owner);
@@ -558,7 +563,7 @@ void TRRSP::SetDefaultConvertToType() {
 
 void TRRSP::SetDefConNames() {
     if (Kind() != TRRSPKind::Spousal) return;
-    const bool french = Settings().French;
+    const bool french = French();
     if (Links[0])
         Links[0]->Name = french ? "Contributions du conjoint en " + Name : "Spousal " + Name + " contributions";
     if (Links[1]) Links[1]->Name = french ? "Contributions du conjoint en %" : "Spousal % contributions";

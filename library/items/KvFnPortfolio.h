@@ -93,7 +93,9 @@ public:
 
     // "NOWVAL", after recalculating it when asked.
     double GetNowValue(bool recalculate);
-    virtual void RecalcNowValue() {}
+    // The value now: the planning year's value (GetValueForYear), or the
+    // typed Value when that year has none.
+    virtual void RecalcNowValue();
 
     // The value of a year: from the projection value item ("ProjValueItemID")
     // when there is one, else from the value child.

@@ -72,7 +72,9 @@ TModelData::TModelData(std::uint8_t kind, const TModel* model, TModels* models, 
                        std::string path, TEntries* entries, const TLibrarySettings& settings)
     : kind_(kind), path_(std::move(path)), model_(model), models_(models), flagModels_(flagModels), owner_(owner),
       entries_(entries), librarySettings_(&settings), namesEncrypted_(flagModels && flagModels->Enciphered),
-      strategy_(MakeStrategy(kind)) {}
+      strategy_(MakeStrategy(kind)), french_(settings.French) {
+    for (auto& b : balances_) b = std::make_unique<TBalance>(this);
+}
 
 TModelData::~TModelData() = default;
 
@@ -191,6 +193,7 @@ void TModelData::Load(TBufReadFile& r, std::uint8_t flag) {
         throw EInvalidDataIn(ReadPath()); // a wrong key: say which file
     }
     CurrentIndex = -1;
+    SetLanguage(Settings().French);
 }
 
 void TModelData::ReadSections(TBufReadFile& r, bool sectioned, std::uint8_t) {
@@ -401,6 +404,16 @@ void TModelData::TakeSettings() {
         if (std::find(std::begin(kNames), std::end(kNames), name) == std::end(kNames)) continue;
         settings_.emplace(name, line.substr(eq + 1)); // the first line of a name counts
     }
+}
+
+void TModelData::SetSetting(const std::string& name, const std::string& value) {
+    const std::string prefix = name + "=";
+    auto it = std::find_if(Texts.begin(), Texts.end(), [&](const std::string& t) { return t.starts_with(prefix); });
+    if (it == Texts.end())
+        Texts.push_back(prefix + value);
+    else
+        *it = prefix + value;
+    TakeSettings();
 }
 
 std::string TModelData::Setting(const std::string& name) const {

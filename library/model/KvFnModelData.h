@@ -11,10 +11,12 @@
 #include <string>
 #include <vector>
 
+#include "items/KvBalance.h"
 #include "items/KvFnFinItems.h"
 #include "parties/KvFnParty.h"
 #include "decl/KvYearsArray.h"
 #include "model/KvModelMessages.h"
+#include "model/KvRptComment.h"
 #include "parties/KvPartyLists.h"
 
 namespace kv {
@@ -194,6 +196,17 @@ public:
     std::string Setting(const std::string& name) const;
     double SettingFloat(const std::string& name, double def) const;
     std::vector<double> SettingFloats(const std::string& name) const; // ";"-separated
+    // Gives the setting a value: the first text of that name is replaced, the
+    // others stay as read; without one a text is appended. Saving writes it.
+    void SetSetting(const std::string& name, const std::string& value);
+    // The report comments ("RptComments").
+    TRptComments RptComments() const { return DecodeRptComments(Setting("RptComments")); }
+    void SetRptComments(const TRptComments& comments) { SetSetting("RptComments", EncodeRptComments(comments)); }
+
+    // The language of the texts the items make; Load takes it from the
+    // library settings. Names stored in the file are never changed by it.
+    void SetLanguage(bool french) { french_ = french; }
+    bool French() const override { return french_; }
 
     // Counters the planning engine keeps; Load resets them.
     std::int32_t Counters[3] = {0, 0, 0};
@@ -253,6 +266,8 @@ private:
     // chart lacked took its byte alone); null for a model never read.
     std::optional<std::vector<std::uint8_t>> groupRecords_;
     int smallListsRead_ = -1; // lists section 8 held; -1 for a model never read
+    bool french_ = false;
+    std::array<std::unique_ptr<TBalance>, 3> balances_;
 
 public:
     TMdMsgList Messages;
@@ -269,6 +284,10 @@ public:
     // Per-year values and (year, amount) lists of the model's calculations.
     TValueOverTime Series[2];
     TIndDblList YearLists[2];
+    // Balance sheets the calculations fill; empty, linked to this model.
+    // Balances have files of their own: loading and saving the model leave
+    // them alone.
+    TBalance& Balance(int index) { return *balances_.at(std::size_t(index)); }
     // Frees a top-level item with its children and drops it from the result
     // list, which would otherwise point at freed items. A bad index raises EListError.
     void Delete(int index);

@@ -80,7 +80,7 @@ std::unique_ptr<TEntries> MakeDemoChart(std::uint8_t product, std::string fileNa
         {TFSAESPP, 60, "TFSA share purchase plan", "RAAE du CELI", "ESPP", GrpRegistered, Asset, -42, {}},
         {RRSP, 50, "RRSP", "REER", "RRSP", GrpRegistered, Asset, 0, {"EGRP=PPCON"}},
         {RRSPContrib, 124, "RRSP contributions", "Cotisations au REER", "Contrib.", GrpRegistered, None, -35, {}},
-        {RRSPWithdraw, 0, "RRSP withdrawals", "Retraits du REER", "Withdr.", GrpRegistered, None, -36, {}},
+        {RRSPContribRate, 0, "RRSP contribution rate", "Taux de cotisation au REER", "Rate", GrpRegistered, None, -36, {}},
         {RRSPFromCorp, 124, "Employer RRSP contributions", "Cotisations de l'employeur", "Employer", GrpRegistered,
          None, -37, {"VISIBLE=1"}},
         {RRSPESPP, 202, "RRSP share purchase plan", "RAAE du REER", "ESPP", GrpRegistered, Asset, -42, {}},
@@ -152,7 +152,7 @@ std::unique_ptr<TEntries> MakeDemoChart(std::uint8_t product, std::string fileNa
     for (std::int32_t id : {TFSA, RRSP, SpousalRRSP, RRIF, DCP, LIRA, LRIF}) under(Registered, id, slot++);
     under(TFSA, TFSAESPP, 1);
     slot = 1;
-    for (std::int32_t id : {RRSPContrib, RRSPWithdraw, RRSPFromCorp, RRSPESPP}) under(RRSP, id, slot++);
+    for (std::int32_t id : {RRSPContrib, RRSPContribRate, RRSPFromCorp, RRSPESPP}) under(RRSP, id, slot++);
     under(Assets, RealEstate, 3);
     slot = 1;
     for (std::int32_t id : {Residence, Cottage, Vehicle}) under(RealEstate, id, slot++);

@@ -97,7 +97,7 @@ inline void FillEveryRecord(kv::TModelData& m, const kv::TEntries& chart) {
     rrsp->SpecProps.Set("RRSPTYPE", "1");
     auto* contrib = AddItem(m, rrsp, entry(D::RRSPContrib), 103, "Contributions", 0);
     contrib->SpecProps.Set("Freq", "12");
-    AddItem(m, contrib, entry(D::RRSPWithdraw), 104, "Nested", 1);
+    AddItem(m, contrib, entry(D::RRSPContribRate), 104, "Nested", 1);
     AddItem(m, nullptr, entry(D::TFSA), -105, "TFSA", 20000);
     auto* bank = AddItem(m, nullptr, entry(D::BankAccount), 106, "Chequing", 300);
     bank->Shares = std::make_unique<kv::TSharesList>();   // present but empty

@@ -175,7 +175,7 @@ TEST_F(Accounts, MinimumWithdrawalRates) {
 
 TEST_F(Accounts, RRSPLinksItsChildrenAfterLoading) {
     auto* rrsp = Raw(nullptr, D::RRSP, 1, {"IMPFROMBS=1"});
-    Raw(rrsp, D::RRSPWithdraw, 2);
+    Raw(rrsp, D::RRSPContribRate, 2);
     Raw(rrsp, D::RRSPContrib, 3);
     Raw(rrsp, D::RRSPESPP, 4);
     Raw(rrsp, D::RRSPFromCorp, 5, {"VISIBLE=1"});
@@ -259,12 +259,22 @@ TEST_F(Accounts, ValuesByYear) {
     addValues(rrsp, 4, {{2026, 1000}});
     auto* espp = Raw(rrsp, D::RRSPESPP, 5);
     addValues(espp, 6, {{2026, 50}, {2027, 60}});
+    Raw(nullptr, D::NonReg, 7)->Value = 500;
     Load();
 
     auto& r = Top<kv::TRRSP>(1);
     EXPECT_EQ(r.ValueInYear(2026), 1050);   // plus the share-purchase plan
     EXPECT_EQ(r.ValueInYear(2027), 60);
     EXPECT_EQ(Top<kv::TPortfolio>(0).ValueInYear(2027), 110);
+
+    // The value now: as read, then recalculated from the planning year's value
+    // (the typed value without one); the query leaves the properties alone.
+    auto& p = Top<kv::TPortfolio>(0);
+    EXPECT_EQ(p.GetNowValue(false), 1234.5);
+    EXPECT_EQ(p.GetNowValue(true), 100);
+    EXPECT_EQ(r.GetNowValue(true), 1000);
+    EXPECT_EQ(Top<kv::TPortfolio>(2).GetNowValue(true), 500);
+    EXPECT_EQ(p.SpecProps.GetText("NOWVAL"), "1234.5");
 }
 
 } // namespace

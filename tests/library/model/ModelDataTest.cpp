@@ -132,7 +132,7 @@ TEST(SettingsAsRead, SavingWritesWhatTheProgramChanged) {
     auto& rrsp = dynamic_cast<kv::TRRSP&>(*m->Get(0));
     auto& cash = dynamic_cast<kv::TPortfolio&>(*m->Get(1));
     EXPECT_EQ(cash.Allocation, nullptr);
-    EXPECT_EQ(cash.GetNowValue(true), 0);
+    EXPECT_EQ(cash.GetNowValue(false), 0);
     EXPECT_EQ(cash.SpecProps.Lines(), (std::vector<std::string>{"RATE=5.50", "UnGain=2.50"}));
     rrsp.RRSPType = 2;
     cash.Rate = -1;
@@ -148,6 +148,68 @@ TEST(SettingsAsRead, SavingWritesWhatTheProgramChanged) {
     EXPECT_EQ(m->Get(1)->SpecProps.Lines(),
               (std::vector<std::string>{"UnGain=2.50", "StatementDate=45000.5", "Allocation=0001E240;Core;;000003EB;0;0;2;0"}));
     EXPECT_EQ(dynamic_cast<kv::TPortfolio&>(*m->Get(1)).Allocation->GetFullName(), "Library Model: Balanced, Core");
+}
+
+// Report comments keep their places, empty ones included; only the first
+// "RptComments" text is the setting, and only it is rewritten.
+TEST(ReportComments, TextFormAndWhatSavingWrites) {
+    for (const char* value : {"a", "a;;b", ";", "x;", " spaced ; out "}) {
+        const auto comments = kv::DecodeRptComments(value);
+        EXPECT_EQ(comments.size(), std::size_t(std::count(value, value + std::strlen(value), ';') + 1)) << value;
+        EXPECT_EQ(kv::EncodeRptComments(comments), value);
+    }
+    EXPECT_TRUE(kv::DecodeRptComments("").empty());
+    for (const char* bad : {"a;b", "a\nb", "a\rb"})
+        EXPECT_THROW(kv::EncodeRptComments({{"ok"}, {bad}}), kv::EKvError) << bad;
+
+    TempDir dir;
+    Surroundings s(0, dir);
+    const std::string path = dir.File("FinItems.dat");
+    auto m = s.NewModel(0, path);
+    m->Texts = {"CGRate=0.5", "RptComments=old", "RptComments=second"};
+    m->SetRptComments({{"Income"}, {""}, {"Estate"}});
+    m->SetSetting("JointPA", "1");
+    m->Save();
+    m = s.NewModel(0, path);
+    m->Load();
+    EXPECT_EQ(m->Texts, (std::vector<std::string>{"CGRate=0.5", "RptComments=Income;;Estate", "RptComments=second",
+                                                  "JointPA=1"}));
+    EXPECT_EQ(m->RptComments(), (kv::TRptComments{{"Income"}, {""}, {"Estate"}}));
+    EXPECT_EQ(m->Setting("JointPA"), "1");
+}
+
+// The language chooses the texts items make, never the names the file holds.
+TEST(ModelLanguage, ChoosesMadeTextsAndLeavesStoredNames) {
+    TempDir dir;
+    Surroundings s(0, dir);
+    const std::string path = dir.File("FinItems.dat");
+    auto m = s.NewModel(0, path);
+    AddItem(*m, nullptr, s.Entry(D::TFSA), 1, "TFSA", 10);
+    auto* rrsp = AddItem(*m, nullptr, s.Entry(D::RRSP), 2, "Mine", 10);
+    rrsp->SpecProps.Add("RRSPTYPE=2");
+    rrsp->DecodeSpecProps();
+    AddItem(*m, rrsp, s.Entry(D::RRSPContrib), 3, "Amount", 0);
+    AddItem(*m, rrsp, s.Entry(D::RRSPContribRate), 4, "Rate", 0);
+    m->Save();
+    const auto stored = ReadBytes(path);
+
+    s.settings->French = true;
+    m = s.NewModel(0, path);
+    m->SetLanguage(false);
+    m->Load();
+    EXPECT_TRUE(m->French());
+    EXPECT_EQ(m->Get(0)->ClassGroupName(), "CELIs");
+    m->Save();
+    EXPECT_EQ(ReadBytes(path), stored);
+
+    auto& spousal = dynamic_cast<kv::TRRSP&>(*m->Get(1));
+    for (bool french : {true, false}) {
+        m->SetLanguage(french);
+        spousal.SetDefConNames();
+        EXPECT_EQ(spousal.Children[0]->Name, french ? "Contributions du conjoint en Mine" : "Spousal Mine contributions");
+        EXPECT_EQ(spousal.Children[1]->Name, french ? "Contributions du conjoint en %" : "Spousal % contributions");
+        EXPECT_EQ(m->Get(0)->ClassGroupName(), french ? "CELIs" : "TFSAs");
+    }
 }
 
 class ModelFile : public ::testing::Test {
