@@ -330,6 +330,8 @@ int main(int argc, char** argv) {
     QTemporaryDir config;
     qputenv("XDG_CONFIG_HOME", config.path().toUtf8());
     qunsetenv("TESSARY_CLIENT_KEY");
+    // Nor the user's keyring: no secret service answers here.
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/tessary-bus");
     QApplication app(argc, argv);
     QTemporaryDir root;
     gRoot = root.path() + "/demo";
