@@ -370,11 +370,6 @@
         <translation>Fichier</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="172"/>
-        <source>Worksheets, export, print and language</source>
-        <translation>Feuilles de travail, exportation, impression et langue</translation>
-    </message>
-    <message>
         <location filename="../window/MainWindow.cpp" line="176"/>
         <source>Allocation chart</source>
         <translation>Graphique de répartition</translation>
@@ -398,6 +393,11 @@
         <location filename="../window/MainWindow.cpp" line="179"/>
         <source>&amp;Language</source>
         <translation>&amp;Langue</translation>
+    </message>
+    <message>
+        <location filename="../window/MainWindow.cpp" line="172"/>
+        <source>Worksheets, export, print, settings and language</source>
+        <translation>Feuilles de travail, exportation, impression, paramètres et langue</translation>
     </message>
     <message>
         <location filename="../window/MainWindow.cpp" line="180"/>
@@ -437,27 +437,27 @@
 <context>
     <name>tessary::TImportSession</name>
     <message>
-        <location filename="../import/ImportSession.cpp" line="357"/>
+        <location filename="../import/ImportSession.cpp" line="356"/>
         <source>Select Corporation</source>
         <translation>Choisir la société</translation>
     </message>
     <message>
-        <location filename="../import/ImportSession.cpp" line="358"/>
+        <location filename="../import/ImportSession.cpp" line="357"/>
         <source>Select Trust</source>
         <translation>Choisir la fiducie</translation>
     </message>
     <message>
-        <location filename="../import/ImportSession.cpp" line="359"/>
+        <location filename="../import/ImportSession.cpp" line="358"/>
         <source>Select Party</source>
         <translation>Choisir la partie</translation>
     </message>
     <message>
-        <location filename="../import/ImportSession.cpp" line="365"/>
+        <location filename="../import/ImportSession.cpp" line="364"/>
         <source>All Shareholders</source>
         <translation>Tous les actionnaires</translation>
     </message>
     <message>
-        <location filename="../import/ImportSession.cpp" line="366"/>
+        <location filename="../import/ImportSession.cpp" line="365"/>
         <source>All Beneficiaries</source>
         <translation>Tous les bénéficiaires</translation>
     </message>
@@ -894,140 +894,140 @@
         <translation>Dossier de données de %1</translation>
     </message>
     <message>
-        <location filename="../window/SettingsDialog.cpp" line="157"/>
+        <location filename="../window/SettingsDialog.cpp" line="158"/>
         <source>not set</source>
         <translation>non défini</translation>
     </message>
     <message>
-        <location filename="../window/SettingsDialog.cpp" line="158"/>
+        <location filename="../window/SettingsDialog.cpp" line="159"/>
         <source>%1&apos;s configuration: %2</source>
         <translation>configuration de %1 : %2</translation>
     </message>
     <message>
-        <location filename="../window/SettingsDialog.cpp" line="159"/>
+        <location filename="../window/SettingsDialog.cpp" line="160"/>
         <source>Browse…</source>
         <translation>Parcourir…</translation>
     </message>
     <message>
-        <location filename="../window/SettingsDialog.cpp" line="161"/>
+        <location filename="../window/SettingsDialog.cpp" line="162"/>
         <source>Browse for the %1</source>
         <translation>Parcourir : %1</translation>
     </message>
     <message>
-        <location filename="../window/SettingsDialog.cpp" line="194"/>
+        <location filename="../window/SettingsDialog.cpp" line="195"/>
         <source>1 client file</source>
         <translation>1 fichier client</translation>
     </message>
     <message>
-        <location filename="../window/SettingsDialog.cpp" line="194"/>
+        <location filename="../window/SettingsDialog.cpp" line="195"/>
         <source>%1 client files</source>
         <translation>%1 fichiers clients</translation>
     </message>
     <message>
-        <location filename="../window/SettingsDialog.cpp" line="196"/>
+        <location filename="../window/SettingsDialog.cpp" line="197"/>
         <source>%1, 1 protected</source>
         <translation>%1, dont 1 protégé</translation>
     </message>
     <message>
-        <location filename="../window/SettingsDialog.cpp" line="196"/>
+        <location filename="../window/SettingsDialog.cpp" line="197"/>
         <source>%1, %2 protected</source>
         <translation>%1, dont %2 protégés</translation>
     </message>
     <message>
-        <location filename="../window/SettingsDialog.cpp" line="206"/>
+        <location filename="../window/SettingsDialog.cpp" line="207"/>
         <source>No data folder is set.</source>
         <translation>Aucun dossier de données n’est défini.</translation>
     </message>
     <message>
-        <location filename="../window/SettingsDialog.cpp" line="207"/>
-        <location filename="../window/SettingsDialog.cpp" line="223"/>
+        <location filename="../window/SettingsDialog.cpp" line="208"/>
+        <location filename="../window/SettingsDialog.cpp" line="224"/>
         <source>Folder not found.</source>
         <translation>Dossier introuvable.</translation>
     </message>
     <message>
-        <location filename="../window/SettingsDialog.cpp" line="208"/>
-        <location filename="../window/SettingsDialog.cpp" line="225"/>
+        <location filename="../window/SettingsDialog.cpp" line="209"/>
+        <location filename="../window/SettingsDialog.cpp" line="226"/>
         <source>Not a folder.</source>
         <translation>Ce n’est pas un dossier.</translation>
     </message>
     <message>
-        <location filename="../window/SettingsDialog.cpp" line="209"/>
+        <location filename="../window/SettingsDialog.cpp" line="210"/>
         <source>The folder cannot be read.</source>
         <translation>Le dossier ne peut pas être lu.</translation>
     </message>
     <message>
-        <location filename="../window/SettingsDialog.cpp" line="210"/>
+        <location filename="../window/SettingsDialog.cpp" line="211"/>
         <source>No client files in this folder.</source>
         <translation>Aucun fichier client dans ce dossier.</translation>
     </message>
     <message>
-        <location filename="../window/SettingsDialog.cpp" line="213"/>
+        <location filename="../window/SettingsDialog.cpp" line="214"/>
         <source>A client file cannot be read: %1</source>
         <translation>Un fichier client ne peut pas être lu : %1</translation>
     </message>
     <message>
-        <location filename="../window/SettingsDialog.cpp" line="221"/>
+        <location filename="../window/SettingsDialog.cpp" line="222"/>
         <source>No core folder is set.</source>
         <translation>Aucun dossier commun n’est défini.</translation>
     </message>
     <message>
-        <location filename="../window/SettingsDialog.cpp" line="227"/>
+        <location filename="../window/SettingsDialog.cpp" line="228"/>
         <source>No Entries.dat in this folder.</source>
         <translation>Aucun Entries.dat dans ce dossier.</translation>
     </message>
     <message>
-        <location filename="../window/SettingsDialog.cpp" line="229"/>
+        <location filename="../window/SettingsDialog.cpp" line="230"/>
         <source>Entries.dat found.</source>
         <translation>Entries.dat trouvé.</translation>
     </message>
     <message>
-        <location filename="../window/SettingsDialog.cpp" line="239"/>
+        <location filename="../window/SettingsDialog.cpp" line="240"/>
         <source>No system keyring is available (no desktop session or Secret Service), so the key cannot be stored; --key-file, --key - and TESSARY_CLIENT_KEY still work.</source>
         <translation>Aucun trousseau du système n’est disponible (pas de session de bureau ni de Secret Service) : la clé ne peut pas être enregistrée ; --key-file, --key - et TESSARY_CLIENT_KEY fonctionnent toujours.</translation>
     </message>
     <message>
-        <location filename="../window/SettingsDialog.cpp" line="244"/>
+        <location filename="../window/SettingsDialog.cpp" line="245"/>
         <source>No key is stored in the system keyring.</source>
         <translation>Aucune clé n’est enregistrée dans le trousseau du système.</translation>
     </message>
     <message>
-        <location filename="../window/SettingsDialog.cpp" line="246"/>
+        <location filename="../window/SettingsDialog.cpp" line="247"/>
         <source>A key is stored in the system keyring.</source>
         <translation>Une clé est enregistrée dans le trousseau du système.</translation>
     </message>
     <message>
-        <location filename="../window/SettingsDialog.cpp" line="249"/>
+        <location filename="../window/SettingsDialog.cpp" line="250"/>
         <source>type a new key to store it</source>
         <translation>saisissez une nouvelle clé pour l’enregistrer</translation>
     </message>
     <message>
-        <location filename="../window/SettingsDialog.cpp" line="260"/>
+        <location filename="../window/SettingsDialog.cpp" line="261"/>
         <source>No key is entered or configured.</source>
         <translation>Aucune clé n’est saisie ni configurée.</translation>
     </message>
     <message>
-        <location filename="../window/SettingsDialog.cpp" line="268"/>
+        <location filename="../window/SettingsDialog.cpp" line="269"/>
         <source>The key opens «%1» (%2).</source>
         <translation>La clé ouvre « %1 » (%2).</translation>
     </message>
     <message>
-        <location filename="../window/SettingsDialog.cpp" line="271"/>
+        <location filename="../window/SettingsDialog.cpp" line="272"/>
         <source>The key does not open «%1» (%2).</source>
         <translation>La clé n’ouvre pas « %1 » (%2).</translation>
     </message>
     <message>
-        <location filename="../window/SettingsDialog.cpp" line="273"/>
+        <location filename="../window/SettingsDialog.cpp" line="274"/>
         <source>No protected client file found.</source>
         <translation>Aucun fichier client protégé trouvé.</translation>
     </message>
     <message>
-        <location filename="../window/SettingsDialog.cpp" line="282"/>
-        <location filename="../window/SettingsDialog.cpp" line="300"/>
+        <location filename="../window/SettingsDialog.cpp" line="283"/>
+        <location filename="../window/SettingsDialog.cpp" line="301"/>
         <source>The keyring refused the key: %1</source>
         <translation>Le trousseau a refusé la clé : %1</translation>
     </message>
     <message>
-        <location filename="../window/SettingsDialog.cpp" line="293"/>
+        <location filename="../window/SettingsDialog.cpp" line="294"/>
         <source>The keyring refused to remove the key: %1</source>
         <translation>Le trousseau a refusé de retirer la clé : %1</translation>
     </message>

@@ -169,7 +169,7 @@ void TForm1::RetranslateUi() {
     resultHeadingLabel->setText(tr("Portfolio Allocation"));
     fileButton->setText(tr("File"));
     fileButton->setAccessibleName(tr("File"));
-    fileButton->setToolTip(tr("Worksheets, export, print and language"));
+    fileButton->setToolTip(tr("Worksheets, export, print, settings and language"));
     tradesButton->setText(tr("Trades"));
     tradesButton->setAccessibleName(tr("Trades"));
     tradesButton->setToolTip(tr("From today's holdings to the plan (Ctrl+T)"));

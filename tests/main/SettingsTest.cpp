@@ -16,6 +16,7 @@
 #include "import/ImportSession.h"
 #include "import/KeyStore.h"
 #include "window/ImportDialog.h"
+#include "window/MainWindow.h"
 #include "window/SettingsDialog.h"
 #include "WindowWidgets.h"
 
@@ -193,6 +194,33 @@ TEST_F(Settings, TheImportDialogOffersTheSettingsAndListsAfterThem) {
     EXPECT_TRUE(dlg.Session().LockedFiles().isEmpty());
     EXPECT_FALSE(dlg.settingsButton->isVisible());
     EXPECT_EQ(errors, QStringList());
+}
+
+// File > Settings... and, after OK, an import that reads with the key the
+// settings now give.
+TEST_F(Settings, TheWindowTakesTheKeyAnewAfterTheSettings) {
+    ProgramSettings().setValue("Products/Meridel/DataDir", gDemo + "/Meridel/Data");
+    ProgramSettings().setValue("Products/Meridel/CoreDir", gDemo + "/Meridel/Core");
+    ProgramSettings().setValue("Keys/ClientFileKey", kKey);
+    TForm1 form;
+    bool confirmed = false;
+    qsizetype locked = -1;
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, [&] {
+        QWidget* modal = QApplication::activeModalWidget();
+        if (auto* s = qobject_cast<TdlgSettings*>(modal); s && !confirmed) {
+            confirmed = true;
+            s->okButton->click();
+        } else if (auto* d = qobject_cast<TdlgFromFile*>(modal)) {
+            locked = d->Session().LockedFiles().size();
+            d->cancelButton->click();
+        }
+    });
+    poll.start(20);
+    form.settingsAction->trigger();
+    form.btnImpClick();
+    EXPECT_TRUE(confirmed);
+    EXPECT_EQ(locked, 0);
 }
 
 // The key's sources in order; the keyring's rows where one answers.
