@@ -42,6 +42,9 @@ void AddKeyOptions(QCommandLineParser& parser) {
 }
 
 QString KeyOption(const QCommandLineParser& parser) {
+    // Which of two keys was meant cannot be guessed.
+    if (parser.isSet(QStringLiteral("key")) && parser.isSet(QStringLiteral("key-file")))
+        throw CliError("Choose one of --key and --key-file");
     return KeyFromOptions(parser.value(QStringLiteral("key")), parser.value(QStringLiteral("key-file")));
 }
 

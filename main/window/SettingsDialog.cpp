@@ -217,6 +217,7 @@ void TdlgSettings::RefreshStates() {
                 break;
         }
         const QString coreDir = EffectiveFolder(kind, true);
+        p.data.edit->setAccessibleDescription(p.data.state->text());
         const QFileInfo core(coreDir);
         if (coreDir.isEmpty())
             SetLine(p.core.state, tr("No core folder is set."), true);
@@ -228,6 +229,7 @@ void TdlgSettings::RefreshStates() {
             SetLine(p.core.state, tr("No Entries.dat in this folder."), true);
         else
             SetLine(p.core.state, tr("Entries.dat found."), false);
+        p.core.edit->setAccessibleDescription(p.core.state->text());
     }
 }
 

@@ -326,6 +326,7 @@ TEST(ImportCli, KeyFileAndStandardInputGiveWhatKeyGives) {
         {{"--key-file", missing}, {}},
         {{"--key-file", emptyFile}, {}},
         {{"--key", "-"}, {}},
+        {{"--key-file", keyFile, "--key", key}, {}},
     };
     for (const QString program : {"tessary-cli", "tessary"}) {
         if (!QFile::exists(QStringLiteral(TESSARY_BIN_DIR) + "/" + program)) continue; // built without the window
@@ -334,8 +335,11 @@ TEST(ImportCli, KeyFileAndStandardInputGiveWhatKeyGives) {
             const TRun run = RunProgram(program, program == "tessary" ? c.args : QStringList(import) << c.args, c.input);
             EXPECT_NE(run.exitCode, 0);
             EXPECT_EQ(run.err.count('\n'), 1) << run.err.toStdString();
-            EXPECT_TRUE(run.err.contains(c.args[1] == "-" ? QByteArray("Standard input") : c.args[1].toUtf8()))
+            EXPECT_TRUE(run.err.contains(c.args.size() > 2 ? QByteArray("Choose one of --key and --key-file")
+                                         : c.args[1] == "-" ? QByteArray("Standard input")
+                                                            : c.args[1].toUtf8()))
                 << run.err.toStdString();
+            EXPECT_FALSE(run.err.contains(key.toUtf8()));
         }
     }
 }
