@@ -6,6 +6,7 @@ TESSARY_PACKAGES=(
   qt6-base-dev qt6-base-dev-tools qt6-charts-dev qt6-tools-dev qt6-l10n-tools libqt6opengl6-dev libgl-dev
   qt6-translations-l10n
   libssl-dev openssl
+  qtkeychain-qt6-dev libsecret-1-0 gnome-keyring dbus-daemon libsecret-tools
   libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev
   clang libclang-rt-dev
   xvfb xauth fonts-dejavu-core

@@ -34,6 +34,20 @@ QByteArray ReadWholeFile(const QString& path) {
     }
 }
 
+void AddKeyOptions(QCommandLineParser& parser) {
+    parser.addOption({QStringLiteral("key"), QStringLiteral("Client-file key; \"-\" reads it from standard input."),
+                      QStringLiteral("key")});
+    parser.addOption({QStringLiteral("key-file"), QStringLiteral("File whose first line is the client-file key."),
+                      QStringLiteral("file")});
+}
+
+QString KeyOption(const QCommandLineParser& parser) {
+    // Which of two keys was meant cannot be guessed.
+    if (parser.isSet(QStringLiteral("key")) && parser.isSet(QStringLiteral("key-file")))
+        throw CliError("Choose one of --key and --key-file");
+    return KeyFromOptions(parser.value(QStringLiteral("key")), parser.value(QStringLiteral("key-file")));
+}
+
 namespace {
 PdfReportWriter gPdfReportWriter = nullptr;
 TradesReportWriter gTradesReportWriter = nullptr;
@@ -201,7 +215,7 @@ void AddImportOptions(QCommandLineParser& parser, bool core) {
         {QStringLiteral("data-dir"), QStringLiteral("The product's client files."), QStringLiteral("dir")});
     parser.addOption({QStringLiteral("data-root"), QStringLiteral("Folder with <product>/Data and <product>/Core."),
                       QStringLiteral("dir")});
-    parser.addOption({QStringLiteral("key"), QStringLiteral("Client-file key."), QStringLiteral("key")});
+    AddKeyOptions(parser);
     (void)core; // accepted by every command; only the solution steps read it
     parser.addOption({QStringLiteral("core-dir"), QStringLiteral("The product's shared data (Entries.dat)."),
                       QStringLiteral("dir")});
@@ -214,7 +228,7 @@ std::unique_ptr<TImportSession> OpenSession(const QCommandLineParser& parser) {
         throw CliError(
             QStringLiteral("Unknown product \"%1\" (MD, BS or QR)").arg(parser.value("product")).toStdString());
     kv::TLibrarySettings settings = TodaysLibrarySettings();
-    ApplyClientKey(settings, parser.value(QStringLiteral("key")));
+    ApplyClientKey(settings, KeyOption(parser));
     TFolderOverrides o;
     o.DataRoot = parser.value(QStringLiteral("data-root"));
     o.DataDir = parser.value(QStringLiteral("data-dir"));
@@ -400,17 +414,23 @@ QString Usage() {
         "  parties --product P --file NAME --solution NAME [--data-dir D] [--core-dir C]\n"
         "      The party list, then for BS and QR the holder list.\n"
         "  import --product P --file NAME --solution NAME --party NAME [--holder NAME]\n"
-        "         [--data-dir D] [--core-dir C] [--key K] [--json]\n"
+        "         [--data-dir D] [--core-dir C] [--key-file F | --key - | --key K] [--json]\n"
         "      Lists, and imports from, the client files of Meridel (MD), Basalto (BS) and Quorren (QR).\n"
-        "      --data-root R takes the folders R/<product>/Data and R/<product>/Core.\n"
+        "      --data-root R takes the folders R/<product>/Data and R/<product>/Core;\n"
+        "      without them, the folders chosen in the window's settings, else the\n"
+        "      product's own configuration.\n"
+        "      The client-file key: --key-file F (its first line) or --key - (the first\n"
+        "      line of standard input) keep it out of the process list; else\n"
+        "      TESSARY_CLIENT_KEY, else the system keyring (set in the window's settings).\n"
         "  demo-data DIR\n"
         "      Writes demo client files of the three products into the new folder DIR.\n"
-        "  inspect FILE [--core-dir C] [--key K] [--json] [--roundtrip]\n"
+        "  inspect FILE [--core-dir C] [--key-file F | --key - | --key K] [--json] [--roundtrip]\n"
         "      Reads one FinItems.dat, Models.dat or Entries.dat (by name, else by content)\n"
         "      and prints what the library understood; nothing is written beside it.\n"
-        "      The chart comes from C or the product's configured CoreDir; without an\n"
-        "      Entries.dat there, items show as plain items with their entry numbers and\n"
-        "      every group value of the file is taken as the chart's.\n"
+        "      The chart comes from C or the configured CoreDir (Tessary's, else the\n"
+        "      product's); without an Entries.dat there, items show as plain items with\n"
+        "      their entry numbers and every group value of the file is taken as the\n"
+        "      chart's.\n"
         "      The key seed comes from the Models.dat of FILE's client folder (none: the\n"
         "      file is read as unprotected). --roundtrip saves the model into the system's\n"
         "      temporary folder and prints only \"identical\" or \"differs at byte N\"\n"

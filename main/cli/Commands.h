@@ -1,6 +1,7 @@
 // The command line's commands, callable from tests without a process.
 #pragma once
 
+#include <QCommandLineParser>
 #include <QString>
 #include <QStringList>
 #include <stdexcept>
@@ -59,6 +60,10 @@ void SetTradesReportWriter(TradesReportWriter writer);
 
 // Whether these arguments ask for a PDF, so that main knows to make a QApplication.
 bool WantsPdf(const QStringList& args);
+
+// --key and --key-file, and the key they give (see KeyFromOptions).
+void AddKeyOptions(QCommandLineParser& parser);
+QString KeyOption(const QCommandLineParser& parser);
 
 // Reads a whole file; throws CliError naming the file on failure.
 QByteArray ReadWholeFile(const QString& path);

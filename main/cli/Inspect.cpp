@@ -150,7 +150,7 @@ TLoadedModel LoadModel(const QString& file, const TInspectOptions& o) {
 
     QString coreDir = o.coreDir;
     if (coreDir.isEmpty())
-        coreDir = ReadProductValue(ProductKey(static_cast<std::uint8_t>(l.kind)), QStringLiteral("CoreDir"));
+        coreDir = ConfiguredFolder(ProductKey(static_cast<std::uint8_t>(l.kind)), QStringLiteral("CoreDir"));
     const QString entriesPath = coreDir.isEmpty() ? QString() : QDir(coreDir).filePath(QStringLiteral("Entries.dat"));
     if (!o.coreDir.isEmpty() || (!entriesPath.isEmpty() && QFileInfo::exists(entriesPath))) {
         l.chart = std::make_unique<kv::TEntries>(static_cast<std::uint8_t>(l.kind), Path8(entriesPath));
@@ -483,7 +483,7 @@ QString RunInspect(const QStringList& args) {
     QCommandLineParser parser;
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     parser.addOption({QStringLiteral("core-dir"), QStringLiteral("Folder of Entries.dat."), QStringLiteral("dir")});
-    parser.addOption({QStringLiteral("key"), QStringLiteral("Client-file key."), QStringLiteral("key")});
+    AddKeyOptions(parser);
     parser.addOption({QStringLiteral("json"), QStringLiteral("Print a JSON object.")});
     parser.addOption({QStringLiteral("roundtrip"), QStringLiteral("Save to a temporary file and compare.")});
     if (!parser.parse(args)) throw CliError(parser.errorText().toStdString());
@@ -492,9 +492,11 @@ QString RunInspect(const QStringList& args) {
     TInspectOptions o;
     o.coreDir = parser.value(QStringLiteral("core-dir"));
     o.json = parser.isSet(QStringLiteral("json"));
+    // Before the file's own errors: a key file's failure names the key file.
+    const QString key = KeyOption(parser);
     try {
         if (!QFileInfo(file).isFile()) throw CliError("no such file");
-        ApplyClientKey(o.settings, parser.value(QStringLiteral("key")));
+        ApplyClientKey(o.settings, key);
         const TKindOfFile what = KindOfFile(file);
         if (parser.isSet(QStringLiteral("roundtrip"))) {
             if (what != TKindOfFile::FinItems) throw CliError("--roundtrip compares FinItems.dat files only");

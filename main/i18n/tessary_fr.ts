@@ -82,47 +82,47 @@
         <translation>Le résultat n’a pas de cibles finies (les catégories d’actions totalisent peut-être 100 %) : aucune opération.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="88"/>
+        <location filename="../window/NoticeText.cpp" line="89"/>
         <source>The plan has no money for &quot;%1&quot;, which holds %2.</source>
         <translation>Le plan ne prévoit aucun montant pour « %1 », qui détient %2.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="91"/>
+        <location filename="../window/NoticeText.cpp" line="92"/>
         <source>&quot;%1&quot; is held (%2) but the plan does not target it.</source>
         <translation>« %1 » est détenue (%2), mais le plan ne la vise pas.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="94"/>
+        <location filename="../window/NoticeText.cpp" line="96"/>
         <source>&quot;%1&quot; needs %2 more cash to reach its targets without selling.</source>
         <translation>« %1 » a besoin de %2 de liquidités de plus pour atteindre ses cibles sans vendre.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="98"/>
+        <location filename="../window/NoticeText.cpp" line="100"/>
         <source>%1 holds a negative amount, %2.</source>
         <translation>%1 contient un montant négatif, %2.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="101"/>
+        <location filename="../window/NoticeText.cpp" line="103"/>
         <source>%1 holds %2, more than a portfolio plausibly holds.</source>
         <translation>%1 contient %2, plus qu’un portefeuille ne contient vraisemblablement.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="104"/>
+        <location filename="../window/NoticeText.cpp" line="107"/>
         <source>%1 has a negative target, %2%.</source>
         <translation>%1 a une cible négative, %2 %.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="113"/>
+        <location filename="../window/NoticeText.cpp" line="116"/>
         <source>%1, column %2: &quot;%3&quot; is not a number; it counts as 0.</source>
         <translation>%1, colonne %2 : « %3 » n’est pas un nombre ; il compte pour 0.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="117"/>
+        <location filename="../window/NoticeText.cpp" line="121"/>
         <source>%1 has an unknown account type (%2); Calculate drops it.</source>
         <translation>%1 a un type de compte inconnu (%2) ; Calculer la supprime.</translation>
     </message>
     <message>
-        <location filename="../window/NoticeText.cpp" line="122"/>
+        <location filename="../window/NoticeText.cpp" line="126"/>
         <source>%1 has an unknown asset class (%2); Calculate drops it.</source>
         <translation>%1 a une catégorie d’actif inconnue (%2) ; Calculer la supprime.</translation>
     </message>
@@ -130,78 +130,78 @@
 <context>
     <name>tessary::Report</name>
     <message>
-        <location filename="../report/Report.cpp" line="85"/>
+        <location filename="../report/Report.cpp" line="84"/>
         <source>Total</source>
         <translation>Total</translation>
     </message>
     <message>
-        <location filename="../report/Report.cpp" line="336"/>
-        <location filename="../report/Report.cpp" line="419"/>
+        <location filename="../report/Report.cpp" line="333"/>
+        <location filename="../report/Report.cpp" line="415"/>
         <source>Portfolio Allocation</source>
         <translation>Répartition du portefeuille</translation>
     </message>
     <message>
-        <location filename="../report/Report.cpp" line="343"/>
+        <location filename="../report/Report.cpp" line="336"/>
         <source>Accounts</source>
         <translation>Comptes</translation>
     </message>
     <message>
-        <location filename="../report/Report.cpp" line="344"/>
+        <location filename="../report/Report.cpp" line="337"/>
         <source>Targets</source>
         <translation>Cibles</translation>
     </message>
     <message>
-        <location filename="../report/Report.cpp" line="349"/>
+        <location filename="../report/Report.cpp" line="342"/>
         <source>Allocation</source>
         <translation>Répartition</translation>
     </message>
     <message>
-        <location filename="../report/Report.cpp" line="354"/>
+        <location filename="../report/Report.cpp" line="347"/>
         <source>Amounts by account type</source>
         <translation>Montants par type de compte</translation>
     </message>
     <message>
-        <location filename="../report/Report.cpp" line="256"/>
+        <location filename="../report/Report.cpp" line="258"/>
         <source>Prepared with Tessary</source>
         <translation>Préparé avec Tessary</translation>
     </message>
     <message>
-        <location filename="../report/Report.cpp" line="398"/>
+        <location filename="../report/Report.cpp" line="392"/>
         <source>The report cannot be painted on this device.</source>
         <translation>Le rapport ne peut pas être produit sur cet appareil.</translation>
     </message>
     <message>
-        <location filename="../report/Report.cpp" line="412"/>
+        <location filename="../report/Report.cpp" line="408"/>
         <source>Cannot write &quot;%1&quot;: %2</source>
         <translation>Impossible d’écrire « %1 » : %2</translation>
     </message>
     <message>
-        <location filename="../report/Report.cpp" line="434"/>
+        <location filename="../report/Report.cpp" line="430"/>
         <source>The PDF report needs the program&apos;s graphical part (QApplication).</source>
         <translation>Le rapport PDF exige la partie graphique du programme (QApplication).</translation>
     </message>
     <message>
-        <location filename="../report/Report.cpp" line="153"/>
+        <location filename="../report/Report.cpp" line="146"/>
         <source>From holdings to the plan</source>
         <translation>Des placements actuels au plan</translation>
     </message>
     <message>
-        <location filename="../report/Report.cpp" line="160"/>
+        <location filename="../report/Report.cpp" line="149"/>
         <source>Trades by account type</source>
         <translation>Opérations par type de compte</translation>
     </message>
     <message>
-        <location filename="../report/Report.cpp" line="245"/>
+        <location filename="../report/Report.cpp" line="246"/>
         <source>Band (percentage points of each account): %1</source>
         <translation>Marge (points de pourcentage de chaque compte) : %1</translation>
     </message>
     <message>
-        <location filename="../report/Report.cpp" line="248"/>
+        <location filename="../report/Report.cpp" line="249"/>
         <source>no sales in taxable accounts</source>
         <translation>aucune vente dans les comptes imposables</translation>
     </message>
     <message>
-        <location filename="../report/Report.cpp" line="249"/>
+        <location filename="../report/Report.cpp" line="250"/>
         <source>sales allowed in every account</source>
         <translation>ventes permises dans tous les comptes</translation>
     </message>
@@ -218,7 +218,7 @@
 <context>
     <name>tessary::TComboDelegate</name>
     <message>
-        <location filename="../window/GridView.cpp" line="144"/>
+        <location filename="../window/GridView.cpp" line="140"/>
         <source>Not a number: type an amount such as 250000, $250,000 or 250 000 $</source>
         <translation>Ce n’est pas un nombre : tapez un montant comme 250000, 250 000 $ ou 250 000,50 $</translation>
     </message>
@@ -236,99 +236,99 @@
         <translation>repartition</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="81"/>
+        <location filename="../window/DocumentController.cpp" line="78"/>
         <source>&amp;New</source>
         <translation>&amp;Nouveau</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="82"/>
+        <location filename="../window/DocumentController.cpp" line="79"/>
         <source>&amp;Open...</source>
         <translation>&amp;Ouvrir...</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="83"/>
+        <location filename="../window/DocumentController.cpp" line="80"/>
         <source>Open &amp;Recent</source>
         <translation>Ouvrir un fichier &amp;récent</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="84"/>
+        <location filename="../window/DocumentController.cpp" line="81"/>
         <source>&amp;Save</source>
         <translation>&amp;Enregistrer</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="85"/>
+        <location filename="../window/DocumentController.cpp" line="82"/>
         <source>Save &amp;As...</source>
         <translation>Enregistrer &amp;sous...</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="86"/>
+        <location filename="../window/DocumentController.cpp" line="83"/>
         <source>&amp;Copy Result</source>
         <translation>&amp;Copier le résultat</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="87"/>
+        <location filename="../window/DocumentController.cpp" line="84"/>
         <source>Export to CS&amp;V...</source>
         <translation>Exporter en CS&amp;V...</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="88"/>
+        <location filename="../window/DocumentController.cpp" line="85"/>
         <source>Export to P&amp;DF...</source>
         <translation>Exporter en P&amp;DF...</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="89"/>
+        <location filename="../window/DocumentController.cpp" line="86"/>
         <source>&amp;Print...</source>
         <translation>&amp;Imprimer...</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="103"/>
-        <location filename="../window/DocumentController.cpp" line="149"/>
-        <location filename="../window/DocumentController.cpp" line="225"/>
+        <location filename="../window/DocumentController.cpp" line="100"/>
+        <location filename="../window/DocumentController.cpp" line="146"/>
+        <location filename="../window/DocumentController.cpp" line="224"/>
         <source>Untitled</source>
         <translation>Sans titre</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="150"/>
+        <location filename="../window/DocumentController.cpp" line="148"/>
         <source>Unsaved changes</source>
         <translation>Modifications non enregistrées</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="151"/>
+        <location filename="../window/DocumentController.cpp" line="149"/>
         <source>The worksheet &quot;%1&quot; has changes that are not saved. Save them?</source>
         <translation>La feuille de travail « %1 » a des modifications non enregistrées. Les enregistrer ?</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="201"/>
+        <location filename="../window/DocumentController.cpp" line="199"/>
         <source>Open Worksheet</source>
         <translation>Ouvrir une feuille de travail</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="227"/>
+        <location filename="../window/DocumentController.cpp" line="225"/>
         <source>Save Worksheet</source>
         <translation>Enregistrer la feuille de travail</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="238"/>
+        <location filename="../window/DocumentController.cpp" line="235"/>
         <source>Export to CSV</source>
         <translation>Exporter en CSV</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="238"/>
+        <location filename="../window/DocumentController.cpp" line="235"/>
         <source>CSV files (*.csv)</source>
         <translation>Fichiers CSV (*.csv)</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="249"/>
+        <location filename="../window/DocumentController.cpp" line="245"/>
         <source>Export to PDF</source>
         <translation>Exporter en PDF</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="249"/>
+        <location filename="../window/DocumentController.cpp" line="245"/>
         <source>PDF files (*.pdf)</source>
         <translation>Fichiers PDF (*.pdf)</translation>
     </message>
     <message>
-        <location filename="../window/DocumentController.cpp" line="261"/>
+        <location filename="../window/DocumentController.cpp" line="257"/>
         <source>Portfolio Allocation</source>
         <translation>Répartition du portefeuille</translation>
     </message>
@@ -336,77 +336,82 @@
 <context>
     <name>tessary::TForm1</name>
     <message>
-        <location filename="../window/MainWindow.cpp" line="152"/>
+        <location filename="../window/MainWindow.cpp" line="163"/>
         <source>Portfolio allocation</source>
         <translation>Répartition du portefeuille</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="153"/>
-        <location filename="../window/MainWindow.cpp" line="154"/>
+        <location filename="../window/MainWindow.cpp" line="164"/>
+        <location filename="../window/MainWindow.cpp" line="165"/>
         <source>Calculate</source>
         <translation>Calculer</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="156"/>
-        <location filename="../window/MainWindow.cpp" line="157"/>
-        <location filename="../window/MainWindow.cpp" line="396"/>
+        <location filename="../window/MainWindow.cpp" line="167"/>
+        <location filename="../window/MainWindow.cpp" line="168"/>
+        <location filename="../window/MainWindow.cpp" line="418"/>
         <source>Help</source>
         <translation>Aide</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="155"/>
+        <location filename="../window/MainWindow.cpp" line="166"/>
         <source>Calculate (Ctrl+Enter)</source>
         <translation>Calculer (Ctrl+Entrée)</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="158"/>
+        <location filename="../window/MainWindow.cpp" line="169"/>
         <source>Portfolio Allocation</source>
         <translation>Répartition du portefeuille</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="159"/>
-        <location filename="../window/MainWindow.cpp" line="160"/>
+        <location filename="../window/MainWindow.cpp" line="170"/>
+        <location filename="../window/MainWindow.cpp" line="171"/>
         <source>File</source>
         <translation>Fichier</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="161"/>
-        <source>Worksheets, export, print and language</source>
-        <translation>Feuilles de travail, exportation, impression et langue</translation>
-    </message>
-    <message>
-        <location filename="../window/MainWindow.cpp" line="165"/>
+        <location filename="../window/MainWindow.cpp" line="176"/>
         <source>Allocation chart</source>
         <translation>Graphique de répartition</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="377"/>
+        <location filename="../window/MainWindow.cpp" line="178"/>
+        <source>S&amp;ettings…</source>
+        <translation>&amp;Paramètres…</translation>
+    </message>
+    <message>
+        <location filename="../window/MainWindow.cpp" line="399"/>
         <source>Portfolio Risk Tolerance</source>
         <translation>Tolérance au risque du portefeuille</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="396"/>
+        <location filename="../window/MainWindow.cpp" line="418"/>
         <source>The help page could not be opened: %1</source>
         <translation>La page d’aide n’a pu être ouverte : %1</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="167"/>
+        <location filename="../window/MainWindow.cpp" line="179"/>
         <source>&amp;Language</source>
         <translation>&amp;Langue</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="168"/>
+        <location filename="../window/MainWindow.cpp" line="172"/>
+        <source>Worksheets, export, print, settings and language</source>
+        <translation>Feuilles de travail, exportation, impression, paramètres et langue</translation>
+    </message>
+    <message>
+        <location filename="../window/MainWindow.cpp" line="180"/>
         <source>&amp;Quit</source>
         <translation>&amp;Quitter</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="162"/>
-        <location filename="../window/MainWindow.cpp" line="163"/>
+        <location filename="../window/MainWindow.cpp" line="173"/>
+        <location filename="../window/MainWindow.cpp" line="174"/>
         <source>Trades</source>
         <translation>Opérations</translation>
     </message>
     <message>
-        <location filename="../window/MainWindow.cpp" line="164"/>
+        <location filename="../window/MainWindow.cpp" line="175"/>
         <source>From today&apos;s holdings to the plan (Ctrl+T)</source>
         <translation>Des placements actuels au plan (Ctrl+T)</translation>
     </message>
@@ -432,27 +437,27 @@
 <context>
     <name>tessary::TImportSession</name>
     <message>
-        <location filename="../import/ImportSession.cpp" line="258"/>
+        <location filename="../import/ImportSession.cpp" line="356"/>
         <source>Select Corporation</source>
         <translation>Choisir la société</translation>
     </message>
     <message>
-        <location filename="../import/ImportSession.cpp" line="259"/>
+        <location filename="../import/ImportSession.cpp" line="357"/>
         <source>Select Trust</source>
         <translation>Choisir la fiducie</translation>
     </message>
     <message>
-        <location filename="../import/ImportSession.cpp" line="260"/>
+        <location filename="../import/ImportSession.cpp" line="358"/>
         <source>Select Party</source>
         <translation>Choisir la partie</translation>
     </message>
     <message>
-        <location filename="../import/ImportSession.cpp" line="266"/>
+        <location filename="../import/ImportSession.cpp" line="364"/>
         <source>All Shareholders</source>
         <translation>Tous les actionnaires</translation>
     </message>
     <message>
-        <location filename="../import/ImportSession.cpp" line="267"/>
+        <location filename="../import/ImportSession.cpp" line="365"/>
         <source>All Beneficiaries</source>
         <translation>Tous les bénéficiaires</translation>
     </message>
@@ -672,7 +677,7 @@
         <translation>Pas un montant : laissé de côté</translation>
     </message>
     <message>
-        <location filename="../window/TradesPage.cpp" line="333"/>
+        <location filename="../window/TradesPage.cpp" line="334"/>
         <source>No plan yet: press Calculate on the allocation page.</source>
         <translation>Pas encore de plan : appuyez sur Calculer dans la page de répartition.</translation>
     </message>
@@ -746,99 +751,336 @@
     </message>
     <message>
         <location filename="../window/ImportDialog.cpp" line="99"/>
+        <source>Settings…</source>
+        <translation>Paramètres…</translation>
+    </message>
+    <message>
+        <location filename="../window/ImportDialog.cpp" line="103"/>
         <source>OK</source>
         <translation>OK</translation>
     </message>
     <message>
-        <location filename="../window/ImportDialog.cpp" line="102"/>
+        <location filename="../window/ImportDialog.cpp" line="106"/>
         <source>Cancel</source>
         <translation>Annuler</translation>
     </message>
     <message>
-        <location filename="../window/ImportDialog.cpp" line="188"/>
-        <source>No data folder is set for %1 (DataDir in its configuration, or --data-root).</source>
-        <translation>Aucun répertoire de données n’est défini pour %1 (DataDir dans sa configuration, ou --data-root).</translation>
+        <location filename="../window/ImportDialog.cpp" line="196"/>
+        <source>No data folder is set for %1: choose one in Settings…</source>
+        <translation>Aucun dossier de données n’est défini pour %1 : choisissez-en un dans Paramètres…</translation>
     </message>
     <message>
-        <location filename="../window/ImportDialog.cpp" line="191"/>
+        <location filename="../window/ImportDialog.cpp" line="207"/>
+        <source>%1 is protected: a client-file key is needed. Store it in Settings…, start Tessary with --key-file, or set TESSARY_CLIENT_KEY.</source>
+        <translation>%1 est protégé : une clé de dossier client est nécessaire. Enregistrez-la dans Paramètres…, lancez Tessary avec --key-file ou définissez TESSARY_CLIENT_KEY.</translation>
+    </message>
+    <message>
+        <location filename="../window/ImportDialog.cpp" line="199"/>
         <source>The data folder %1 does not exist.</source>
         <translation>Le répertoire de données %1 n’existe pas.</translation>
     </message>
     <message>
-        <location filename="../window/ImportDialog.cpp" line="192"/>
+        <location filename="../window/ImportDialog.cpp" line="200"/>
         <source>The data folder %1 is not a folder.</source>
         <translation>Le répertoire de données %1 n’est pas un répertoire.</translation>
     </message>
     <message>
-        <location filename="../window/ImportDialog.cpp" line="193"/>
+        <location filename="../window/ImportDialog.cpp" line="201"/>
         <source>The data folder %1 cannot be read.</source>
         <translation>Le répertoire de données %1 ne peut pas être lu.</translation>
     </message>
     <message>
-        <location filename="../window/ImportDialog.cpp" line="194"/>
+        <location filename="../window/ImportDialog.cpp" line="202"/>
         <source>The data folder %1 holds no client files.</source>
         <translation>Le répertoire de données %1 ne contient aucun dossier client.</translation>
     </message>
     <message>
-        <location filename="../window/ImportDialog.cpp" line="199"/>
-        <source>%1 is protected: a client-file key is needed. Set Keys/ClientFileKey in Tessary&apos;s settings, start Tessary with --key, or set TESSARY_CLIENT_KEY.</source>
-        <translation>%1 est protégé : il faut une clé de dossier client. Indiquez-la dans Keys/ClientFileKey des réglages de Tessary, lancez Tessary avec --key ou définissez TESSARY_CLIENT_KEY.</translation>
-    </message>
-    <message>
-        <location filename="../window/ImportDialog.cpp" line="238"/>
+        <location filename="../window/ImportDialog.cpp" line="254"/>
         <source>%1 (locked)</source>
         <translation>%1 (verrouillé)</translation>
     </message>
 </context>
 <context>
+    <name>tessary::TdlgSettings</name>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="37"/>
+        <source>Settings</source>
+        <translation>Paramètres</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="52"/>
+        <source>This run was started with folder options; they are used instead of the folders below until Tessary is started without them.</source>
+        <translation>Tessary a été lancé avec des options de dossier ; elles remplacent les dossiers ci-dessous jusqu’à un lancement sans elles.</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="57"/>
+        <source>Client-file folders</source>
+        <translation>Dossiers des fichiers clients</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="64"/>
+        <location filename="../window/SettingsDialog.cpp" line="71"/>
+        <source>Client-file key</source>
+        <translation>Clé des fichiers clients</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="67"/>
+        <source>&amp;Key:</source>
+        <translation>&amp;Clé :</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="73"/>
+        <source>&amp;Test</source>
+        <translation>&amp;Essayer</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="75"/>
+        <source>Tries the entered key, else the configured one, on the first protected client file</source>
+        <translation>Essaie la clé saisie, sinon la clé configurée, sur le premier fichier client protégé</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="82"/>
+        <source>&amp;Forget</source>
+        <translation>&amp;Oublier</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="84"/>
+        <source>Removes the key from the system keyring</source>
+        <translation>Retire la clé du trousseau du système</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="86"/>
+        <source>A key is still kept in plain text in Tessary&apos;s settings file (Keys/ClientFileKey).</source>
+        <translation>Une clé est encore conservée en clair dans le fichier de paramètres de Tessary (Keys/ClientFileKey).</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="90"/>
+        <source>&amp;Move to keyring</source>
+        <translation>&amp;Déplacer au trousseau</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="92"/>
+        <source>Stores that key in the system keyring and removes it from the settings file</source>
+        <translation>Enregistre cette clé dans le trousseau du système et la retire du fichier de paramètres</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="104"/>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="106"/>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="146"/>
+        <source>Core folder:</source>
+        <translation>Dossier commun :</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="146"/>
+        <source>Data folder:</source>
+        <translation>Dossier de données :</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="149"/>
+        <source>Core folder of %1</source>
+        <translation>Dossier commun de %1</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="149"/>
+        <source>Data folder of %1</source>
+        <translation>Dossier de données de %1</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="158"/>
+        <source>not set</source>
+        <translation>non défini</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="159"/>
+        <source>%1&apos;s configuration: %2</source>
+        <translation>configuration de %1 : %2</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="160"/>
+        <source>Browse…</source>
+        <translation>Parcourir…</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="162"/>
+        <source>Browse for the %1</source>
+        <translation>Parcourir : %1</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="195"/>
+        <source>1 client file</source>
+        <translation>1 fichier client</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="195"/>
+        <source>%1 client files</source>
+        <translation>%1 fichiers clients</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="197"/>
+        <source>%1, 1 protected</source>
+        <translation>%1, dont 1 protégé</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="197"/>
+        <source>%1, %2 protected</source>
+        <translation>%1, dont %2 protégés</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="207"/>
+        <source>No data folder is set.</source>
+        <translation>Aucun dossier de données n’est défini.</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="208"/>
+        <location filename="../window/SettingsDialog.cpp" line="224"/>
+        <source>Folder not found.</source>
+        <translation>Dossier introuvable.</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="209"/>
+        <location filename="../window/SettingsDialog.cpp" line="226"/>
+        <source>Not a folder.</source>
+        <translation>Ce n’est pas un dossier.</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="210"/>
+        <source>The folder cannot be read.</source>
+        <translation>Le dossier ne peut pas être lu.</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="211"/>
+        <source>No client files in this folder.</source>
+        <translation>Aucun fichier client dans ce dossier.</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="214"/>
+        <source>A client file cannot be read: %1</source>
+        <translation>Un fichier client ne peut pas être lu : %1</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="222"/>
+        <source>No core folder is set.</source>
+        <translation>Aucun dossier commun n’est défini.</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="228"/>
+        <source>No Entries.dat in this folder.</source>
+        <translation>Aucun Entries.dat dans ce dossier.</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="230"/>
+        <source>Entries.dat found.</source>
+        <translation>Entries.dat trouvé.</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="240"/>
+        <source>No system keyring is available (no desktop session or Secret Service), so the key cannot be stored; --key-file, --key - and TESSARY_CLIENT_KEY still work.</source>
+        <translation>Aucun trousseau du système n’est disponible (pas de session de bureau ni de Secret Service) : la clé ne peut pas être enregistrée ; --key-file, --key - et TESSARY_CLIENT_KEY fonctionnent toujours.</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="245"/>
+        <source>No key is stored in the system keyring.</source>
+        <translation>Aucune clé n’est enregistrée dans le trousseau du système.</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="247"/>
+        <source>A key is stored in the system keyring.</source>
+        <translation>Une clé est enregistrée dans le trousseau du système.</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="250"/>
+        <source>type a new key to store it</source>
+        <translation>saisissez une nouvelle clé pour l’enregistrer</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="261"/>
+        <source>No key is entered or configured.</source>
+        <translation>Aucune clé n’est saisie ni configurée.</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="269"/>
+        <source>The key opens «%1» (%2).</source>
+        <translation>La clé ouvre « %1 » (%2).</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="272"/>
+        <source>The key does not open «%1» (%2).</source>
+        <translation>La clé n’ouvre pas « %1 » (%2).</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="274"/>
+        <source>No protected client file found.</source>
+        <translation>Aucun fichier client protégé trouvé.</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="283"/>
+        <location filename="../window/SettingsDialog.cpp" line="301"/>
+        <source>The keyring refused the key: %1</source>
+        <translation>Le trousseau a refusé la clé : %1</translation>
+    </message>
+    <message>
+        <location filename="../window/SettingsDialog.cpp" line="294"/>
+        <source>The keyring refused to remove the key: %1</source>
+        <translation>Le trousseau a refusé de retirer la clé : %1</translation>
+    </message>
+</context>
+<context>
     <name>tessary::Trades</name>
     <message>
-        <location filename="../format/TradesFormat.cpp" line="125"/>
+        <location filename="../format/TradesFormat.cpp" line="126"/>
         <source>Cash to raise</source>
         <translation>Liquidités à dégager</translation>
     </message>
     <message>
-        <location filename="../format/TradesFormat.cpp" line="126"/>
+        <location filename="../format/TradesFormat.cpp" line="127"/>
         <source>New cash</source>
         <translation>Nouvelles liquidités</translation>
     </message>
     <message>
-        <location filename="../format/TradesFormat.cpp" line="132"/>
+        <location filename="../format/TradesFormat.cpp" line="135"/>
         <source>Left unplaced</source>
         <translation>Non placé</translation>
     </message>
     <message>
-        <location filename="../format/TradesFormat.cpp" line="138"/>
+        <location filename="../format/TradesFormat.cpp" line="147"/>
         <source>Total</source>
         <translation>Total</translation>
     </message>
     <message>
-        <location filename="../format/TradesFormat.cpp" line="144"/>
+        <location filename="../format/TradesFormat.cpp" line="157"/>
         <source>Account type</source>
         <translation>Type de compte</translation>
     </message>
     <message>
-        <location filename="../format/TradesFormat.cpp" line="145"/>
+        <location filename="../format/TradesFormat.cpp" line="158"/>
         <source>Asset class</source>
         <translation>Catégorie d’actif</translation>
     </message>
     <message>
-        <location filename="../format/TradesFormat.cpp" line="146"/>
+        <location filename="../format/TradesFormat.cpp" line="159"/>
         <source>Current</source>
         <translation>Actuel</translation>
     </message>
     <message>
-        <location filename="../format/TradesFormat.cpp" line="147"/>
+        <location filename="../format/TradesFormat.cpp" line="160"/>
         <source>Target</source>
         <translation>Cible</translation>
     </message>
     <message>
-        <location filename="../format/TradesFormat.cpp" line="148"/>
+        <location filename="../format/TradesFormat.cpp" line="161"/>
         <source>Buy</source>
         <translation>Achat</translation>
     </message>
     <message>
-        <location filename="../format/TradesFormat.cpp" line="149"/>
+        <location filename="../format/TradesFormat.cpp" line="162"/>
         <source>Sell</source>
         <translation>Vente</translation>
     </message>
@@ -939,191 +1181,191 @@
 <context>
     <name>tessary::Worksheet</name>
     <message>
-        <location filename="../report/Worksheet.cpp" line="102"/>
+        <location filename="../report/Worksheet.cpp" line="101"/>
         <source>The worksheet &quot;%1&quot; is damaged: %2.</source>
         <translation>La feuille de travail « %1 » est endommagée : %2.</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="107"/>
+        <location filename="../report/Worksheet.cpp" line="108"/>
         <source>%1 has no &quot;%2&quot; object</source>
         <translation>%1 n’a pas d’objet « %2 »</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="112"/>
+        <location filename="../report/Worksheet.cpp" line="115"/>
         <source>%1 is missing or not a list</source>
         <translation>%1 manque ou n’est pas une liste</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="119"/>
+        <location filename="../report/Worksheet.cpp" line="122"/>
         <source>%1 is not a whole number from %2 to %3</source>
         <translation>%1 n’est pas un nombre entier de %2 à %3</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="142"/>
+        <location filename="../report/Worksheet.cpp" line="148"/>
         <source>cell %1 of %2 is neither empty, a text nor a number</source>
         <translation>la cellule %1 de %2 n’est ni vide, ni un texte, ni un nombre</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="147"/>
+        <location filename="../report/Worksheet.cpp" line="155"/>
         <source>%1 is not an object</source>
         <translation>%1 n’est pas un objet</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="149"/>
+        <location filename="../report/Worksheet.cpp" line="159"/>
         <source>the cell list of %1</source>
         <translation>la liste des cellules de %1</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="151"/>
+        <location filename="../report/Worksheet.cpp" line="161"/>
         <source>%1 has %2 cells, not %3</source>
         <translation>%1 a %2 cellules, et non %3</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="155"/>
+        <location filename="../report/Worksheet.cpp" line="170"/>
         <source>the object of %1</source>
         <translation>l’objet de %1</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="161"/>
-        <location filename="../report/Worksheet.cpp" line="169"/>
-        <location filename="../report/Worksheet.cpp" line="202"/>
+        <location filename="../report/Worksheet.cpp" line="176"/>
+        <location filename="../report/Worksheet.cpp" line="188"/>
+        <location filename="../report/Worksheet.cpp" line="233"/>
         <source>the document</source>
         <translation>le document</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="162"/>
+        <location filename="../report/Worksheet.cpp" line="179"/>
         <source>the row list of the %1</source>
         <translation>la liste des lignes des %1</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="165"/>
+        <location filename="../report/Worksheet.cpp" line="183"/>
         <source>%1 row %2</source>
         <translation>la ligne %2 des %1</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="170"/>
+        <location filename="../report/Worksheet.cpp" line="190"/>
         <source>the row list of the result</source>
         <translation>la liste des lignes du résultat</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="171"/>
+        <location filename="../report/Worksheet.cpp" line="192"/>
         <source>the result has fewer than its %1 header rows</source>
         <translation>le résultat a moins que ses %1 lignes d’en-tête</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="173"/>
+        <location filename="../report/Worksheet.cpp" line="196"/>
         <source>the result&apos;s column count</source>
         <translation>le nombre de colonnes du résultat</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="177"/>
+        <location filename="../report/Worksheet.cpp" line="200"/>
         <source>result row %1 does not have %2 cells</source>
         <translation>la ligne %1 du résultat n’a pas %2 cellules</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="181"/>
+        <location filename="../report/Worksheet.cpp" line="207"/>
         <source>result row %1</source>
         <translation>la ligne %1 du résultat</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="183"/>
+        <location filename="../report/Worksheet.cpp" line="211"/>
         <source>the merge list of the result</source>
         <translation>la liste des fusions du résultat</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="185"/>
+        <location filename="../report/Worksheet.cpp" line="214"/>
         <source>merged cell %1 of the result</source>
         <translation>la cellule fusionnée %1 du résultat</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="187"/>
+        <location filename="../report/Worksheet.cpp" line="217"/>
         <source>%1 does not have 4 numbers</source>
         <translation>%1 n’a pas 4 nombres</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="258"/>
+        <location filename="../report/Worksheet.cpp" line="295"/>
         <source>the file is empty</source>
         <translation>le fichier est vide</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="264"/>
-        <location filename="../report/Worksheet.cpp" line="269"/>
-        <location filename="../report/Worksheet.cpp" line="321"/>
+        <location filename="../report/Worksheet.cpp" line="303"/>
+        <location filename="../report/Worksheet.cpp" line="312"/>
+        <location filename="../report/Worksheet.cpp" line="372"/>
         <source>&quot;%1&quot; is not a Tessary worksheet.</source>
         <translation>« %1 » n’est pas une feuille de travail Tessary.</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="265"/>
+        <location filename="../report/Worksheet.cpp" line="304"/>
         <source>%1 at byte %2</source>
         <translation>%1 à l’octet %2</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="272"/>
+        <location filename="../report/Worksheet.cpp" line="316"/>
         <source>the version</source>
         <translation>la version</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="275"/>
+        <location filename="../report/Worksheet.cpp" line="319"/>
         <source>&quot;%1&quot; was saved by a newer Tessary (worksheet version %2; this one reads version %3).</source>
         <translation>« %1 » a été enregistrée par un Tessary plus récent (feuille de travail de version %2 ; celui-ci lit la version %3).</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="281"/>
+        <location filename="../report/Worksheet.cpp" line="327"/>
         <source>accounts</source>
         <translation>comptes</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="282"/>
+        <location filename="../report/Worksheet.cpp" line="328"/>
         <source>classes</source>
         <translation>catégories</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="294"/>
+        <location filename="../report/Worksheet.cpp" line="340"/>
         <source>Cannot save the worksheet &quot;%1&quot;: %2</source>
         <translation>Impossible d’enregistrer la feuille de travail « %1 » : %2</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="304"/>
+        <location filename="../report/Worksheet.cpp" line="352"/>
         <source>Cannot open the worksheet &quot;%1&quot;: %2</source>
         <translation>Impossible d’ouvrir la feuille de travail « %1 » : %2</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="313"/>
+        <location filename="../report/Worksheet.cpp" line="362"/>
         <source>it is a folder</source>
         <translation>c’est un dossier</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="314"/>
+        <location filename="../report/Worksheet.cpp" line="363"/>
         <source>it is not a regular file</source>
         <translation>ce n’est pas un fichier ordinaire</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="205"/>
+        <location filename="../report/Worksheet.cpp" line="236"/>
         <source>the band is not a number from 0 to 100</source>
         <translation>la marge n’est pas un nombre de 0 à 100</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="207"/>
+        <location filename="../report/Worksheet.cpp" line="238"/>
         <source>&quot;noSellTaxable&quot; is not true or false</source>
         <translation>« noSellTaxable » n’est ni vrai ni faux</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="209"/>
+        <location filename="../report/Worksheet.cpp" line="242"/>
         <source>the row list of the holdings</source>
         <translation>la liste des lignes des placements</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="211"/>
+        <location filename="../report/Worksheet.cpp" line="244"/>
         <source>holdings row %1</source>
         <translation>la ligne %1 des placements</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="218"/>
+        <location filename="../report/Worksheet.cpp" line="251"/>
         <source>%1 names no known account type and class</source>
         <translation>%1 ne nomme pas un type de compte et une catégorie connus</translation>
     </message>
     <message>
-        <location filename="../report/Worksheet.cpp" line="221"/>
+        <location filename="../report/Worksheet.cpp" line="256"/>
         <source>%1 has no amount</source>
         <translation>%1 n’a pas de montant</translation>
     </message>

@@ -1,9 +1,11 @@
 #include "import/ImportSession.h"
 #include "import/ImportLog.h"
+#include "import/KeyStore.h"
 
 #include <QDate>
 #include <QDateTime>
 #include <QDir>
+#include <QFile>
 #include <QLocale>
 #include <QRegularExpression>
 #include <QSettings>
@@ -38,25 +40,26 @@ QString WithSeparator(QString dir) {
     return dir;
 }
 
+TFolderState ListableState(const std::string& path, std::error_code& ec) {
+    const auto status = std::filesystem::status(path, ec);
+    if (!std::filesystem::exists(status)) return TFolderState::Missing;
+    if (!std::filesystem::is_directory(status)) return TFolderState::NotAFolder;
+    std::filesystem::directory_iterator listing(path, ec);
+    return ec ? TFolderState::Unreadable : TFolderState::Listed;
+}
+
 // A configured folder that is not there must not look like a product without
 // client files: the adviser would be told "no client file" about a typo.
 void RequireListableFolder(const QString& dir, const QString& product, TFolderState& state) {
     const std::string path = Utf8(dir);
     const std::string what = "The data folder \"" + path + "\" of " + Utf8(product);
     std::error_code ec;
-    const auto status = std::filesystem::status(path, ec);
-    if (!std::filesystem::exists(status)) {
-        state = TFolderState::Missing;
-        throw kv::EInOutError(what + " does not exist");
-    }
-    if (!std::filesystem::is_directory(status)) {
-        state = TFolderState::NotAFolder;
-        throw kv::EInOutError(what + " is not a folder");
-    }
-    std::filesystem::directory_iterator listing(path, ec);
-    if (ec) {
-        state = TFolderState::Unreadable;
-        throw kv::EInOutError(what + " cannot be listed: " + ec.message());
+    state = ListableState(path, ec);
+    switch (state) {
+        case TFolderState::Missing: throw kv::EInOutError(what + " does not exist");
+        case TFolderState::NotAFolder: throw kv::EInOutError(what + " is not a folder");
+        case TFolderState::Unreadable: throw kv::EInOutError(what + " cannot be listed: " + ec.message());
+        default: break;
     }
 }
 
@@ -101,17 +104,122 @@ QString ReadProductValue(const QString& productKey, const QString& valueName) {
     return ExpandEnvironment(settings.value(QStringLiteral("1.0/") + valueName).toString());
 }
 
+QSettings ProgramSettings() {
+    return QSettings(QSettings::NativeFormat, QSettings::UserScope, QString::fromLatin1(kOrganisation),
+                     QStringLiteral("Tessary"));
+}
+
+QString ProgramProductValue(const QString& productKey, const QString& valueName) {
+    return ExpandEnvironment(
+        ProgramSettings().value(QStringLiteral("Products/%1/%2").arg(productKey, valueName)).toString());
+}
+
+QString ConfiguredFolder(const QString& productKey, const QString& valueName) {
+    const QString own = ProgramProductValue(productKey, valueName);
+    return own.isEmpty() ? ReadProductValue(productKey, valueName) : own;
+}
+
+QString ResolveFolder(const TFolderOverrides& overrides, std::uint8_t kind, bool core) {
+    const QString& direct = core ? overrides.CoreDir : overrides.DataDir;
+    if (!direct.isEmpty()) return direct;
+    const QString sub = core ? QStringLiteral("/Core") : QStringLiteral("/Data");
+    if (!overrides.DataRoot.isEmpty()) return QDir(overrides.DataRoot).filePath(ProductKey(kind) + sub);
+    return ConfiguredFolder(ProductKey(kind), core ? QStringLiteral("CoreDir") : QStringLiteral("DataDir"));
+}
+
 QString ConfiguredClientKey(const QString& option) {
     if (!option.isEmpty()) return option;
     const QString env = qEnvironmentVariable("TESSARY_CLIENT_KEY");
     if (!env.isEmpty()) return env;
-    QSettings settings(QSettings::NativeFormat, QSettings::UserScope, QString::fromLatin1(kOrganisation),
-                       QStringLiteral("Tessary"));
-    return settings.value(QStringLiteral("Keys/ClientFileKey")).toString();
+    const TKeyringRead stored = TKeyStore().Read();
+    if (!stored.Key.isEmpty()) return stored.Key;
+    return ProgramSettings().value(QStringLiteral("Keys/ClientFileKey")).toString();
+}
+
+namespace {
+
+QString FirstLine(const QByteArray& bytes) {
+    qsizetype end = bytes.indexOf('\n');
+    if (end < 0) end = bytes.size();
+    if (end > 0 && bytes[end - 1] == '\r') --end;
+    return QString::fromUtf8(bytes.left(end));
+}
+
+} // namespace
+
+QString KeyFromOptions(const QString& key, const QString& keyFile) {
+    if (!keyFile.isEmpty()) {
+        QFile file(keyFile);
+        if (!file.open(QIODevice::ReadOnly))
+            throw kv::EInOutError("Cannot read the key file \"" + Utf8(keyFile) + "\": " + Utf8(file.errorString()));
+        const QString line = FirstLine(file.readLine(65536));
+        if (line.isEmpty()) throw kv::EInOutError("The key file \"" + Utf8(keyFile) + "\" holds no key");
+        return line;
+    }
+    if (key == QLatin1String("-")) {
+        QFile in;
+        if (!in.open(stdin, QIODevice::ReadOnly)) throw kv::EInOutError("Cannot read the key from standard input");
+        const QString line = FirstLine(in.readLine(65536));
+        if (line.isEmpty()) throw kv::EInOutError("Standard input gave no key");
+        return line;
+    }
+    return key;
 }
 
 void ApplyClientKey(kv::TLibrarySettings& settings, const QString& option) {
     settings.ClientFileKey = Utf8(ConfiguredClientKey(option));
+}
+
+TFolderSurvey SurveyDataFolder(std::uint8_t kind, const QString& dataDir) {
+    TFolderSurvey survey;
+    if (dataDir.isEmpty()) return survey;
+    std::error_code ec;
+    survey.State = ListableState(Utf8(dataDir), ec);
+    if (survey.State != TFolderState::Listed) return survey;
+    // Without a key: a protected file is counted, never opened.
+    const kv::TLibrarySettings keyless;
+    kv::TProjHdrLst list(Utf8(dataDir), std::string(), kind, keyless);
+    try {
+        list.Load(false);
+    } catch (const std::exception& e) {
+        survey.Error = QString::fromUtf8(e.what());
+        return survey;
+    }
+    survey.Locked = static_cast<int>(list.Locked().size());
+    survey.Files = static_cast<int>(list.Items().size()) + survey.Locked;
+    if (survey.Files == 0) survey.State = TFolderState::Empty;
+    return survey;
+}
+
+TKeyCheck CheckClientKey(const QString& key, const QStringList& dataDirs) {
+    TKeyCheck check;
+    for (std::uint8_t kind = 0; kind < 3 && kind < dataDirs.size(); ++kind) {
+        const QString& dir = dataDirs[kind];
+        std::error_code ec;
+        if (dir.isEmpty() || ListableState(Utf8(dir), ec) != TFolderState::Listed) continue;
+        const kv::TLibrarySettings keyless;
+        kv::TProjHdrLst list(Utf8(dir), std::string(), kind, keyless);
+        try {
+            list.Load(false);
+        } catch (const std::exception&) {
+            continue;
+        }
+        if (list.Locked().empty()) continue;
+        kv::TLibrarySettings keyed;
+        keyed.ClientFileKey = Utf8(key);
+        kv::TProjHdr header(kind, kv::ModelsFileName, list.Locked().front(), list.DataDir(), keyed);
+        check.Product = ProductKey(kind);
+        try {
+            header.LoadHeader();
+            check.Result = TKeyCheck::Opens;
+        } catch (const kv::EKvError&) {
+            check.Result = TKeyCheck::DoesNotOpen;
+        }
+        // The name stands in the header's first record, before any enciphered text.
+        check.File = QString::fromStdString(header.Name.empty() ? list.Locked().front() : header.Name);
+        return check;
+    }
+    return check;
 }
 
 kv::TLibrarySettings TodaysLibrarySettings() {
@@ -148,19 +256,9 @@ TImportSession::TImportSession(TFolderOverrides overrides, kv::TLibrarySettings 
 
 TImportSession::~TImportSession() = default;
 
-QString TImportSession::DataDir() const {
-    if (!overrides_.DataDir.isEmpty()) return overrides_.DataDir;
-    if (!overrides_.DataRoot.isEmpty())
-        return QDir(overrides_.DataRoot).filePath(ProductKey(kind_) + QStringLiteral("/Data"));
-    return ReadProductValue(ProductKey(kind_), QStringLiteral("DataDir"));
-}
+QString TImportSession::DataDir() const { return ResolveFolder(overrides_, kind_, false); }
 
-QString TImportSession::CoreDir() const {
-    if (!overrides_.CoreDir.isEmpty()) return overrides_.CoreDir;
-    if (!overrides_.DataRoot.isEmpty())
-        return QDir(overrides_.DataRoot).filePath(ProductKey(kind_) + QStringLiteral("/Core"));
-    return ReadProductValue(ProductKey(kind_), QStringLiteral("CoreDir"));
-}
+QString TImportSession::CoreDir() const { return ResolveFolder(overrides_, kind_, true); }
 
 void TImportSession::ReleaseSolution() {
     model_.reset();

@@ -5,6 +5,7 @@
 
 #include <QDateTime>
 #include <QLocale>
+#include <QSettings>
 #include <QString>
 #include <QStringList>
 #include <cstdint>
@@ -36,9 +37,22 @@ QString ExpandEnvironment(const QString& text);
 // when it cannot be read.
 QString ReadProductValue(const QString& productKey, const QString& valueName);
 
+// Tessary's own settings (organisation "Torvane Labs Inc.", application
+// "Tessary"); the products' configurations are never written.
+QSettings ProgramSettings();
+// Tessary's own choice of a product's folder, "Products/<product>/<valueName>",
+// expanded; empty when not set.
+QString ProgramProductValue(const QString& productKey, const QString& valueName);
+// Tessary's choice, else the product's configuration.
+QString ConfiguredFolder(const QString& productKey, const QString& valueName);
+
 // The configured client-file key: the option, else TESSARY_CLIENT_KEY, else
-// the program's setting "Keys/ClientFileKey".
+// the system keyring, else the old setting "Keys/ClientFileKey".
 QString ConfiguredClientKey(const QString& option);
+// The key the options --key and --key-file give: "--key -" reads the first
+// line of standard input, --key-file the first line of the file. Throws
+// kv::EInOutError naming the file when it cannot be read.
+QString KeyFromOptions(const QString& key, const QString& keyFile);
 // Makes it the client-file key of the settings.
 void ApplyClientKey(kv::TLibrarySettings& settings, const QString& option);
 // The library settings of a run of the window or the command line: today's
@@ -50,16 +64,38 @@ kv::TLibrarySettings TodaysLibrarySettings();
 // line of its own.
 enum class TFolderState { Listed, NotConfigured, Missing, NotAFolder, Unreadable, Empty };
 
-// Context of the session's texts that the window translates (the command line
-// keeps them English).
-inline constexpr const char* kImportTextContext = "tessary::TImportSession";
-
 // Where a run takes its folders from instead of the configuration.
 struct TFolderOverrides {
     QString DataRoot; // ROOT/<product key>/Data and ROOT/<product key>/Core
     QString DataDir;
     QString CoreDir;
 };
+// A product's data folder (core: its core folder) in the order --data-dir /
+// --core-dir, --data-root, Tessary's own choice, the product's configuration.
+QString ResolveFolder(const TFolderOverrides& overrides, std::uint8_t kind, bool core);
+
+// What a product's folder holds, for a line that says it.
+struct TFolderSurvey {
+    TFolderState State = TFolderState::NotConfigured;
+    int Files = 0;  // client files, protected ones included
+    int Locked = 0; // of which protected and not opened without a key
+    QString Error;  // a header that cannot be read
+};
+// Lists the client files of a data folder without a key.
+TFolderSurvey SurveyDataFolder(std::uint8_t kind, const QString& dataDir);
+
+// Whether a key opens the first protected client file of the data folders
+// (one per product kind, "" for none).
+struct TKeyCheck {
+    enum { Opens, DoesNotOpen, NoProtectedFile } Result = NoProtectedFile;
+    QString File;
+    QString Product;
+};
+TKeyCheck CheckClientKey(const QString& key, const QStringList& dataDirs);
+
+// Context of the session's texts that the window translates (the command line
+// keeps them English).
+inline constexpr const char* kImportTextContext = "tessary::TImportSession";
 
 class TImportSession {
 public:
@@ -80,6 +116,7 @@ public:
     const kv::TLibrarySettings& Settings() const { return settings_; }
     QString DataDir() const;
     QString CoreDir() const;
+    const TFolderOverrides& Overrides() const { return overrides_; }
 
     // Product choice: scans the product's data directory and orders its client
     // files by rendered date-time, descending. Loading errors propagate; a data

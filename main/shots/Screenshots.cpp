@@ -1,6 +1,8 @@
 // Renders the import screenshots of docs/screenshots/ from the real window and
 // dialog over freshly written demo client files:
 //   tessary-shots OUTDIR CLASSES.csv
+// and of the settings dialog in the current language:
+//   tessary-shots --settings OUTDIR
 #include <QApplication>
 #include <QFile>
 #include <QPainter>
@@ -14,6 +16,7 @@
 #include "window/ImportDialog.h"
 #include "window/Language.h"
 #include "window/MainWindow.h"
+#include "window/SettingsDialog.h"
 
 using namespace tessary;
 
@@ -48,10 +51,46 @@ void Import(TForm1& form, const std::function<void(TdlgFromFile&)>& drive) {
     form.btnImpClick();
 }
 
+// The settings dialog over the demo folders, Tessary's own choices filled
+// in, the demo key typed and tried.
+int SettingsShot(const QString& out) {
+    QTemporaryDir root;
+    const QString demo = root.path() + "/demo";
+    WriteDemoData(QFile::encodeName(demo).toStdString());
+    {
+        QSettings settings = ProgramSettings();
+        for (const char* product : {"Meridel", "Basalto", "Quorren"}) {
+            const QString base = demo + "/" + QLatin1String(product);
+            settings.setValue(QStringLiteral("Products/%1/DataDir").arg(QLatin1String(product)), base + "/Data");
+            settings.setValue(QStringLiteral("Products/%1/CoreDir").arg(QLatin1String(product)),
+                              base + (product[0] == 'B' ? "" : "/Core"));
+        }
+    }
+    TdlgSettings dlg;
+    dlg.show();
+    if (!QTest::qWaitForWindowExposed(&dlg)) return 1;
+    dlg.keyEdit->setText(QString::fromLatin1(kDemoClientKey));
+    dlg.btnTestKeyClick();
+    QTest::qWait(100);
+    const QString file =
+        out + (CurrentLanguage() == TLanguage::French ? "/settings-dialog-fr.png" : "/settings-dialog.png");
+    if (!dlg.grab().save(file, "PNG")) {
+        std::fprintf(stderr, "tessary-shots: cannot write %s\n", qPrintable(file));
+        return 1;
+    }
+    ProgramSettings().remove(QStringLiteral("Products"));
+    std::printf("wrote %s\n", qPrintable(file));
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
     QApplication app(argc, argv);
+    if (argc == 3 && QByteArray(argv[1]) == "--settings") {
+        ApplyLanguage(StartLanguage());
+        return SettingsShot(QString::fromLocal8Bit(argv[2]));
+    }
     if (argc != 3) {
         std::fprintf(stderr, "usage: tessary-shots OUTDIR CLASSES.csv\n");
         return 2;

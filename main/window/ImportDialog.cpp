@@ -11,6 +11,7 @@
 #include <cmath>
 
 #include "import/ImportLog.h"
+#include "window/SettingsDialog.h"
 #include "parties/KvFnParty.h"
 
 namespace tessary {
@@ -95,6 +96,10 @@ TdlgFromFile::TdlgFromFile(TFolderOverrides folders, double zoom, QWidget* paren
     statusLabel->setStyleSheet(QStringLiteral("color: #8A2B0F;"));
     statusLabel->hide();
 
+    settingsButton = new QPushButton(tr("Settings…"), this);
+    settingsButton->setObjectName(QStringLiteral("btnSettings"));
+    settingsButton->setAutoDefault(false);
+    settingsButton->hide();
     okButton = new QPushButton(tr("OK"), this);
     okButton->setObjectName(QStringLiteral("hbtYes"));
     okButton->setDefault(true);
@@ -104,6 +109,7 @@ TdlgFromFile::TdlgFromFile(TFolderOverrides folders, double zoom, QWidget* paren
     connect(fileCombo, &QComboBox::activated, this, &TdlgFromFile::cmbFileChange);
     connect(solutionCombo, &QComboBox::activated, this, &TdlgFromFile::cmbSolutionChange);
     connect(okButton, &QPushButton::clicked, this, &TdlgFromFile::hbtYesClick);
+    connect(settingsButton, &QPushButton::clicked, this, &TdlgFromFile::btnSettingsClick);
     connect(cancelButton, &QPushButton::clicked, this, &TdlgMsg::CancelClick);
 
     const double z = zoom_;
@@ -132,7 +138,8 @@ TdlgFromFile::TdlgFromFile(TFolderOverrides folders, double zoom, QWidget* paren
     setTabOrder(fileCombo, solutionCombo);
     setTabOrder(solutionCombo, partyCombo);
     setTabOrder(partyCombo, holderCombo);
-    setTabOrder(holderCombo, okButton);
+    setTabOrder(holderCombo, settingsButton);
+    setTabOrder(settingsButton, okButton);
     setTabOrder(okButton, cancelButton);
 
     session_.Mode = 0;
@@ -168,12 +175,14 @@ void TdlgFromFile::PlaceButtons() {
     const int lineHeight = statusLabel->isHidden() ? 0 : statusLabel->heightForWidth(width) + Scaled(8, zoom_);
     statusLabel->setGeometry(Scaled(15, zoom_), Scaled(kStatusTop, zoom_), width, std::max(lineHeight, 0));
     const int buttonsTop = Scaled(kButtonsTop, zoom_) + lineHeight;
+    settingsButton->setGeometry(Scaled(15, zoom_), buttonsTop, Scaled(90, zoom_), Scaled(22, zoom_));
     okButton->setGeometry(Scaled(112, zoom_), buttonsTop, Scaled(66, zoom_), Scaled(22, zoom_));
     cancelButton->setGeometry(Scaled(186, zoom_), buttonsTop, Scaled(66, zoom_), Scaled(22, zoom_));
     setFixedSize(Scaled(kDialogWidth, zoom_), Scaled(kDialogHeight, zoom_) + lineHeight);
 }
 
-void TdlgFromFile::ShowStatus(const QString& text) {
+void TdlgFromFile::ShowStatus(const QString& text, bool offerSettings) {
+    settingsButton->setVisible(offerSettings);
     statusLabel->setText(text);
     statusLabel->setVisible(!text.isEmpty());
     PlaceButtons();
@@ -184,20 +193,28 @@ void TdlgFromFile::ShowFolderState(const QString& dataDir) {
     switch (session_.FolderState()) {
         case TFolderState::Listed: ShowStatus({}); break;
         case TFolderState::NotConfigured:
-            ShowStatus(tr("No data folder is set for %1 (DataDir in its configuration, or --data-root).")
-                           .arg(ProductKey(session_.Kind())));
+            ShowStatus(tr("No data folder is set for %1: choose one in Settings…").arg(ProductKey(session_.Kind())),
+                       true);
             break;
-        case TFolderState::Missing: ShowStatus(tr("The data folder %1 does not exist.").arg(folder)); break;
-        case TFolderState::NotAFolder: ShowStatus(tr("The data folder %1 is not a folder.").arg(folder)); break;
-        case TFolderState::Unreadable: ShowStatus(tr("The data folder %1 cannot be read.").arg(folder)); break;
-        case TFolderState::Empty: ShowStatus(tr("The data folder %1 holds no client files.").arg(folder)); break;
+        case TFolderState::Missing: ShowStatus(tr("The data folder %1 does not exist.").arg(folder), true); break;
+        case TFolderState::NotAFolder: ShowStatus(tr("The data folder %1 is not a folder.").arg(folder), true); break;
+        case TFolderState::Unreadable: ShowStatus(tr("The data folder %1 cannot be read.").arg(folder), true); break;
+        case TFolderState::Empty: ShowStatus(tr("The data folder %1 holds no client files.").arg(folder), true); break;
     }
 }
 
 QString TdlgFromFile::LockedText(const QString& folder) const {
-    return tr("%1 is protected: a client-file key is needed. Set Keys/ClientFileKey in Tessary's settings, "
-              "start Tessary with --key, or set TESSARY_CLIENT_KEY.")
+    return tr("%1 is protected: a client-file key is needed. Store it in Settings…, start Tessary with --key-file, "
+              "or set TESSARY_CLIENT_KEY.")
         .arg(folder);
+}
+
+void TdlgFromFile::btnSettingsClick() {
+    TdlgSettings dlg(session_.Overrides(), zoom_, this);
+    if (dlg.exec() != TdlgMsg::mrOk) return;
+    session_.Settings().ClientFileKey = ConfiguredClientKey(ClientKeyOption).toStdString();
+    emit SettingsChanged();
+    cbMDClick();
 }
 
 void TdlgFromFile::ClearPartyLists() {
@@ -253,7 +270,7 @@ void TdlgFromFile::cmbFileChange() {
     if (!locked.isEmpty()) {
         session_.ChooseFile(-1);
         ApplyPartyLabels();
-        ShowStatus(LockedText(locked));
+        ShowStatus(LockedText(locked), true);
         return;
     }
     ShowFolderState(session_.DataDir());

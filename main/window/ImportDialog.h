@@ -40,6 +40,8 @@ public:
 
     // How a loading error is shown; a message box unless replaced (tests do).
     std::function<void(const QString&)> ShowError;
+    // The --key option of this run, which beats a key stored in the settings.
+    QString ClientKeyOption;
 
     // Widgets; each carries its design name (the comment) as objectName.
     TCaptionBar* captionBar;      // pnCaption
@@ -56,6 +58,7 @@ public:
     QLabel* holderLabel;          // Label2
     QComboBox* holderCombo;       // cmbImpParty
     QLabel* statusLabel;          // lblStatus: why the lists are empty or a file is locked
+    QPushButton* settingsButton;  // btnSettings: offered when a folder or the key is missing
     QPushButton* okButton;        // hbtYes
     QPushButton* cancelButton;    // hbtNo
 
@@ -64,6 +67,12 @@ public slots:
     void cmbFileChange();
     void cmbSolutionChange();
     void hbtYesClick();
+    // The settings dialog; the lists are read anew after it.
+    void btnSettingsClick();
+
+signals:
+    // The settings dialog was confirmed: folders or the stored key may differ.
+    void SettingsChanged();
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -76,7 +85,7 @@ private:
     void ClearPartyLists();
     void ApplyPartyLabels();
     // Says a state of the data folder or of the chosen file; "" hides the line.
-    void ShowStatus(const QString& text);
+    void ShowStatus(const QString& text, bool offerSettings = false);
     void ShowFolderState(const QString& dataDir);
     QString LockedText(const QString& folder) const;
     void PlaceButtons();

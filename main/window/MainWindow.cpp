@@ -21,6 +21,7 @@
 #include "core/Totals.h"
 #include "core/Vocabulary.h"
 #include "window/ImportDialog.h"
+#include "window/SettingsDialog.h"
 #include "window/Language.h"
 #include "window/WindowLog.h"
 
@@ -133,6 +134,8 @@ TForm1::TForm1(QWidget* parent) : TFramelessWindow(parent), result_(MakeResultGr
 void TForm1::BuildFileMenu() {
     document_ = new TDocumentController(inputs_->Accounts(), inputs_->Classes(), result_, *resultGrid, this, fileMenu);
     fileMenu->addSeparator();
+    settingsAction = fileMenu->addAction(QString(), this, &TForm1::actSettingsClick);
+    settingsAction->setObjectName(QStringLiteral("actSettings"));
     languageMenu = fileMenu->addMenu(QString());
     languageMenu->setObjectName(QStringLiteral("mnuLanguage"));
     auto* group = new QActionGroup(languageMenu);
@@ -166,12 +169,13 @@ void TForm1::RetranslateUi() {
     resultHeadingLabel->setText(tr("Portfolio Allocation"));
     fileButton->setText(tr("File"));
     fileButton->setAccessibleName(tr("File"));
-    fileButton->setToolTip(tr("Worksheets, export, print and language"));
+    fileButton->setToolTip(tr("Worksheets, export, print, settings and language"));
     tradesButton->setText(tr("Trades"));
     tradesButton->setAccessibleName(tr("Trades"));
     tradesButton->setToolTip(tr("From today's holdings to the plan (Ctrl+T)"));
     chart->setAccessibleName(tr("Allocation chart"));
     document_->Retranslate();
+    settingsAction->setText(tr("S&ettings…"));
     languageMenu->setTitle(tr("&Language"));
     quitAction->setText(tr("&Quit"));
     (CurrentLanguage() == TLanguage::French ? frenchAction : englishAction)->setChecked(true);
@@ -320,8 +324,17 @@ void TForm1::LoadInputs(const QByteArray& accountsCsv, const QByteArray& classes
     UpdateNotices();
 }
 
+void TForm1::actSettingsClick() {
+    TdlgSettings dlg(importFolders_, cnf_.Zoom, this);
+    if (dlg.exec() == TdlgMsg::mrOk) ReloadClientKey();
+}
+
+void TForm1::ReloadClientKey() { importSettings_.ClientFileKey = ConfiguredClientKey(keyOption_).toStdString(); }
+
 void TForm1::btnImpClick() {
     auto dlg = std::make_unique<TdlgFromFile>(importFolders_, cnf_.Zoom, this, importSettings_);
+    dlg->ClientKeyOption = keyOption_;
+    connect(dlg.get(), &TdlgFromFile::SettingsChanged, this, &TForm1::ReloadClientKey);
     if (dlg->exec() != TdlgMsg::mrYes) return;
     int column = 1;
     if (dlg->productBsRadio->isChecked()) column = 2;

@@ -54,6 +54,9 @@ public:
     void SetImportFolders(const TFolderOverrides& folders) { importFolders_ = folders; }
     // The library settings each import dialog's session starts from.
     void SetImportSettings(const kv::TLibrarySettings& settings) { importSettings_ = settings; }
+    // The --key option (or what --key-file gave), which beats the stored key
+    // when the settings change it.
+    void SetClientKeyOption(const QString& key) { keyOption_ = key; }
 
     // Fills the input grids from CSV texts (an empty text leaves its grid as it is).
     void LoadInputs(const QByteArray& accountsCsv, const QByteArray& classesCsv);
@@ -71,6 +74,7 @@ public:
     // The worksheet and what is handed on, the language and Quit: in the caption bar.
     QToolButton* fileButton;
     QMenu* fileMenu;
+    QAction* settingsAction; // actSettings: folders and client-file key
     QMenu* languageMenu;
     QAction* englishAction;
     QAction* frenchAction;
@@ -81,6 +85,9 @@ public:
 
 public slots:
     void btnImpClick();
+    void actSettingsClick();
+    // The client-file key again, after the settings may have changed it.
+    void ReloadClientKey();
     void btnCalculateClick();
     void hbtQuitClick();
     void hbtMinimizeClick();
@@ -122,6 +129,7 @@ private:
     QString helpFile_;
     TFolderOverrides importFolders_;
     kv::TLibrarySettings importSettings_ = TodaysLibrarySettings();
+    QString keyOption_;
 };
 
 } // namespace tessary

@@ -45,14 +45,24 @@ int main(int argc, char** argv) {
                       QStringLiteral("Import from DIR/<product>/Data and DIR/<product>/Core instead of the "
                                      "products' configured folders."),
                       QStringLiteral("dir")});
-    parser.addOption(
-        {QStringLiteral("key"), QStringLiteral("Client-file key for protected client files."), QStringLiteral("key")});
+    parser.addOption({QStringLiteral("key"),
+                      QStringLiteral("Client-file key for protected client files; \"-\" reads it from standard input."),
+                      QStringLiteral("key")});
+    parser.addOption({QStringLiteral("key-file"), QStringLiteral("File whose first line is the client-file key."),
+                      QStringLiteral("file")});
     parser.addPositionalArgument(QStringLiteral("worksheet"), QStringLiteral("A .tessary worksheet to open."),
                                  QStringLiteral("[worksheet]"));
     parser.process(app);
     // The run's library settings: today's date and the configured client-file key.
     kv::TLibrarySettings settings = tessary::TodaysLibrarySettings();
-    tessary::ApplyClientKey(settings, parser.value(QStringLiteral("key")));
+    QString keyOption;
+    try {
+        keyOption = tessary::KeyOption(parser);
+    } catch (const std::exception& e) {
+        std::fprintf(stderr, "tessary: %s\n", e.what());
+        return 1;
+    }
+    tessary::ApplyClientKey(settings, keyOption);
     tessary::ApplyLanguage(tessary::StartLanguage());
 
     tessary::TForm1 form;
@@ -60,6 +70,7 @@ int main(int argc, char** argv) {
     folders.DataRoot = parser.value(QStringLiteral("data-root"));
     form.SetImportFolders(folders);
     form.SetImportSettings(settings);
+    form.SetClientKeyOption(keyOption);
     try {
         const QString accounts = parser.value(QStringLiteral("accounts"));
         const QString classes = parser.value(QStringLiteral("classes"));

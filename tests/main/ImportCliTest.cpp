@@ -11,6 +11,7 @@
 #include <QJsonDocument>
 #include <QFileInfo>
 #include <QJsonObject>
+#include <QProcess>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <map>
@@ -258,7 +259,89 @@ TEST(ImportCli, ClientKeyOptionThenEnvironmentThenSettings) {
     EXPECT_TRUE(RunDemo(args).err.contains("Invalid data"));
     EXPECT_TRUE(RunDemo(QStringList(args) << "--key" << QString::fromLatin1(kDemoClientKey)).out.contains("Gagnon"));
     qunsetenv("TESSARY_CLIENT_KEY");
+    // Nor the user's keyring: no secret service answers here.
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/tessary-bus");
     QSettings(QSettings::NativeFormat, QSettings::UserScope, "Torvane Labs Inc.", "Tessary").remove("Keys");
+}
+
+struct TRun {
+    int exitCode = -1;
+    QByteArray out, err;
+};
+
+// The real program, with the key on standard input when one is given.
+TRun RunProgram(const QString& program, const QStringList& args, const QByteArray& input = {}) {
+    QProcess p;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert("QT_QPA_PLATFORM", "offscreen");
+    // Else the window's toolkit adds a line about it to standard error.
+    static QTemporaryDir runtime;
+    env.insert("XDG_RUNTIME_DIR", runtime.path());
+    p.setProcessEnvironment(env);
+    p.start(QStringLiteral(TESSARY_BIN_DIR) + "/" + program, args);
+    p.write(input);
+    p.closeWriteChannel();
+    if (!p.waitForFinished(30000)) return {};
+    return {p.exitCode(), p.readAllStandardOutput(), p.readAllStandardError()};
+}
+
+// A key file or standard input keeps the key out of the process list and
+// imports as the option does; neither is ever echoed.
+TEST(ImportCli, KeyFileAndStandardInputGiveWhatKeyGives) {
+    const QString key = QString::fromLatin1(kDemoClientKey);
+    const QStringList import{"import", "--product", "MD", "--file", "Gagnon", "--solution", "Current plan",
+                             "--party", "Julie Gagnon", "--data-root", Root(), "--json"};
+    QTemporaryDir tmp;
+    const QString keyFile = tmp.filePath("key"), emptyFile = tmp.filePath("empty"), missing = tmp.filePath("none");
+    QFile f(keyFile);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.write(key.toUtf8() + "\r\nnot the key\n");
+    f.close();
+    QFile(emptyFile).open(QIODevice::WriteOnly);
+
+    const TRun reference = RunProgram("tessary-cli", QStringList(import) << "--key" << key);
+    ASSERT_EQ(reference.exitCode, 0) << reference.err.toStdString();
+    ASSERT_TRUE(reference.out.contains("entries"));
+    struct Case {
+        QStringList args;
+        QByteArray input;
+    };
+    const Case same[] = {
+        {{"--key-file", keyFile}, {}},
+        {{"--key", "-"}, key.toUtf8() + "\n"},
+        {{"--key", "-"}, key.toUtf8()},
+    };
+    for (const Case& c : same) {
+        SCOPED_TRACE(c.args.join(' ').toStdString());
+        const TRun run = RunProgram("tessary-cli", QStringList(import) << c.args, c.input);
+        EXPECT_EQ(run.exitCode, 0);
+        EXPECT_EQ(run.out, reference.out);
+        EXPECT_EQ(run.err, "");
+    }
+    const CliOutput inspect = RunCli({"inspect", Root() + "/Meridel/Data/md_db3_Gagnon/Main/FinItems.dat",
+                                      "--key-file", keyFile});
+    EXPECT_EQ(inspect.exitCode, 0) << inspect.err.toStdString();
+
+    const Case failing[] = {
+        {{"--key-file", missing}, {}},
+        {{"--key-file", emptyFile}, {}},
+        {{"--key", "-"}, {}},
+        {{"--key-file", keyFile, "--key", key}, {}},
+    };
+    for (const QString program : {"tessary-cli", "tessary"}) {
+        if (!QFile::exists(QStringLiteral(TESSARY_BIN_DIR) + "/" + program)) continue; // built without the window
+        for (const Case& c : failing) {
+            SCOPED_TRACE((program + " " + c.args.join(' ')).toStdString());
+            const TRun run = RunProgram(program, program == "tessary" ? c.args : QStringList(import) << c.args, c.input);
+            EXPECT_NE(run.exitCode, 0);
+            EXPECT_EQ(run.err.count('\n'), 1) << run.err.toStdString();
+            EXPECT_TRUE(run.err.contains(c.args.size() > 2 ? QByteArray("Choose one of --key and --key-file")
+                                         : c.args[1] == "-" ? QByteArray("Standard input")
+                                                            : c.args[1].toUtf8()))
+                << run.err.toStdString();
+            EXPECT_FALSE(run.err.contains(key.toUtf8()));
+        }
+    }
 }
 
 TEST(ImportCli, DemoDataRefusesAFolderInUse) {

@@ -134,7 +134,7 @@ TEST_F(ImportDialog, ProtectedFileWithoutKeyIsListedLockedAndTheOthersStayImport
     EXPECT_EQ(Named<QComboBox>(dlg.get(), "cmbSolution")->count(), 0);
     EXPECT_EQ(Named<QComboBox>(dlg.get(), "cmbParty")->count(), 0);
     ASSERT_TRUE(status->isVisible());
-    for (const char* where : {"md_db3_Gagnon", "key", "Keys/ClientFileKey", "--key", "TESSARY_CLIENT_KEY"})
+    for (const char* where : {"md_db3_Gagnon", "key", "Settings", "--key-file", "TESSARY_CLIENT_KEY"})
         EXPECT_TRUE(status->text().contains(where)) << where << " not in " << status->text().toStdString();
     // The line pushes the buttons down instead of covering them.
     EXPECT_GE(Named<QPushButton>(dlg.get(), "hbtYes")->y(), status->geometry().bottom());
@@ -330,6 +330,8 @@ int main(int argc, char** argv) {
     QTemporaryDir config;
     qputenv("XDG_CONFIG_HOME", config.path().toUtf8());
     qunsetenv("TESSARY_CLIENT_KEY");
+    // Nor the user's keyring: no secret service answers here.
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/tessary-bus");
     QApplication app(argc, argv);
     QTemporaryDir root;
     gRoot = root.path() + "/demo";
