@@ -479,7 +479,7 @@ void TProjHdrLst::Load(bool includeAlternate) {
     TDirTable table(dataDir_);
 
     // 1. Legacy folders "db*" take the first free "<prefix>db<n>".
-    {
+    if (RenameFolders) {
         int n = 1; // only grows: every move takes a name and frees none of this form
         const std::vector<std::size_t> dirs = table.Dirs("db*");
         for (auto it = dirs.rbegin(); it != dirs.rend(); ++it) {
@@ -505,7 +505,7 @@ void TProjHdrLst::Load(bool includeAlternate) {
             const std::size_t second = e.name.find('_', first + 1);
             const std::string target = e.name.substr(0, second) + "_" + FolderSafe(hdr->Name);
             const bool free = target != e.name && (!table.Taken(target) || LowerAscii(target) == e.lower);
-            if (free && RenameNoReplace(dataDir_ + e.name, dataDir_ + target))
+            if (free && RenameFolders && RenameNoReplace(dataDir_ + e.name, dataDir_ + target))
                 table.Rename(*it, target);
             else
                 e.hdr = std::move(hdr);

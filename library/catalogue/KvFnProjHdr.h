@@ -138,6 +138,9 @@ public:
     // leaves its folder out of the list and in Locked(), not renamed.
     void Load(bool includeAlternate);
     void Clear() noexcept { items_.clear(); }
+    // Off: Load renames nothing and lists the folders already named
+    // "<prefix>db<n>_..." (a look at a folder the adviser has not chosen yet).
+    bool RenameFolders = true;
 
     // First header with exactly this name, else nullptr.
     TProjHdr* FindByName(const std::string& name) const noexcept;

@@ -179,6 +179,7 @@ TFolderSurvey SurveyDataFolder(std::uint8_t kind, const QString& dataDir) {
     // Without a key: a protected file is counted, never opened.
     const kv::TLibrarySettings keyless;
     kv::TProjHdrLst list(Utf8(dataDir), std::string(), kind, keyless);
+    list.RenameFolders = false; // a folder being typed is looked at, never changed
     try {
         list.Load(false);
     } catch (const std::exception& e) {
@@ -199,6 +200,7 @@ TKeyCheck CheckClientKey(const QString& key, const QStringList& dataDirs) {
         if (dir.isEmpty() || ListableState(Utf8(dir), ec) != TFolderState::Listed) continue;
         const kv::TLibrarySettings keyless;
         kv::TProjHdrLst list(Utf8(dir), std::string(), kind, keyless);
+        list.RenameFolders = false;
         try {
             list.Load(false);
         } catch (const std::exception&) {

@@ -72,6 +72,7 @@ protected:
 TEST_F(Settings, LinesSayWhatEachFolderHolds) {
     QTemporaryDir tmp;
     QDir(tmp.path()).mkpath("empty");
+    QDir(tmp.path()).mkpath("legacy/db1");
     QFile(tmp.filePath("file")).open(QIODevice::WriteOnly);
     qputenv("TESSARY_TEST_DEMO", gDemo.toUtf8());
     struct Case {
@@ -86,6 +87,8 @@ TEST_F(Settings, LinesSayWhatEachFolderHolds) {
         {1, gDemo + "/Meridel/Data", "", "No client files in this folder.", "No core folder is set."},
         {2, tmp.filePath("none"), tmp.filePath("none"), "Folder not found.", "Folder not found."},
         {2, tmp.filePath("file"), tmp.filePath("file"), "Not a folder.", "Not a folder."},
+        // An old-style folder would be renamed by an import, not by a look.
+        {2, tmp.filePath("legacy"), "", "No client files in this folder.", "No core folder is set."},
         {2, tmp.filePath("empty"), "", "No client files in this folder.", "No core folder is set."},
         {2, "", "", "No data folder is set.", "No core folder is set."},
     };
@@ -101,6 +104,7 @@ TEST_F(Settings, LinesSayWhatEachFolderHolds) {
         EXPECT_EQ(row.data.state->text().toStdString(), c.dataSays);
         EXPECT_EQ(row.core.state->text().toStdString(), c.coreSays);
     }
+    EXPECT_EQ(QDir(tmp.filePath("legacy")).entryList(QDir::Dirs | QDir::NoDotAndDotDot), QStringList{"db1"});
     qunsetenv("TESSARY_TEST_DEMO");
 }
 
