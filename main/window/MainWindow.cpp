@@ -332,6 +332,9 @@ void TForm1::actSettingsClick() {
 void TForm1::ReloadClientKey() { importSettings_.ClientFileKey = ConfiguredClientKey(keyOption_).toStdString(); }
 
 void TForm1::btnImpClick() {
+    // The keyring is asked when a client file may first need the key, not at
+    // start-up, where a locked keyring would ask to be unlocked for nothing.
+    if (importSettings_.ClientFileKey.empty()) ReloadClientKey();
     auto dlg = std::make_unique<TdlgFromFile>(importFolders_, cnf_.Zoom, this, importSettings_);
     dlg->ClientKeyOption = keyOption_;
     connect(dlg.get(), &TdlgFromFile::SettingsChanged, this, &TForm1::ReloadClientKey);

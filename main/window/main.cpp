@@ -53,7 +53,7 @@ int main(int argc, char** argv) {
     parser.addPositionalArgument(QStringLiteral("worksheet"), QStringLiteral("A .tessary worksheet to open."),
                                  QStringLiteral("[worksheet]"));
     parser.process(app);
-    // The run's library settings: today's date and the configured client-file key.
+    // The run's library settings: today's date; the key is read when an import first needs it.
     kv::TLibrarySettings settings = tessary::TodaysLibrarySettings();
     QString keyOption;
     try {
@@ -62,7 +62,6 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "tessary: %s\n", e.what());
         return 1;
     }
-    tessary::ApplyClientKey(settings, keyOption);
     tessary::ApplyLanguage(tessary::StartLanguage());
 
     tessary::TForm1 form;

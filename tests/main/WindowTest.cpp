@@ -327,13 +327,17 @@ TEST_F(Window, KeyboardReachesEverythingAndIconButtonsHaveNames) {
     EXPECT_TRUE(form->Classes().Float(1, 1) == 40 && QApplication::focusWidget() == Named<QWidget>(form.get(), "AdvRepeatButton2"));
 
     // Ctrl+I opens the import dialog from anywhere in the window.
+    // The key is looked up before the dialog shows, so wait for it.
     bool opened = false;
-    QTimer::singleShot(0, [&] {
+    QTimer closer;
+    QObject::connect(&closer, &QTimer::timeout, [&] {
         if (QWidget* dlg = QApplication::activeModalWidget()) {
             opened = true;
+            closer.stop();
             QTest::keyClick(dlg, Qt::Key_Escape);
         }
     });
+    closer.start(10);
     QTest::keyClick(Named<TGridView>(form.get(), "grdClasses"), Qt::Key_I, Qt::ControlModifier);
     EXPECT_TRUE(opened);
 
@@ -350,6 +354,7 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QTemporaryDir config;   // saved presets go here, never to the user's settings
     qputenv("XDG_CONFIG_HOME", config.path().toUtf8());
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/tessary-bus"); // never the user's keyring
     QApplication app(argc, argv);
     ::testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
