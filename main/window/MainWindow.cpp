@@ -136,6 +136,8 @@ void TForm1::BuildFileMenu() {
     fileMenu->addSeparator();
     settingsAction = fileMenu->addAction(QString(), this, &TForm1::actSettingsClick);
     settingsAction->setObjectName(QStringLiteral("actSettings"));
+    settingsAction->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Comma));
+    addAction(settingsAction); // the shortcut works with the menu closed
     languageMenu = fileMenu->addMenu(QString());
     languageMenu->setObjectName(QStringLiteral("mnuLanguage"));
     auto* group = new QActionGroup(languageMenu);

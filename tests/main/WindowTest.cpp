@@ -340,6 +340,13 @@ TEST_F(Window, KeyboardReachesEverythingAndIconButtonsHaveNames) {
     closer.start(10);
     QTest::keyClick(Named<TGridView>(form.get(), "grdClasses"), Qt::Key_I, Qt::ControlModifier);
     EXPECT_TRUE(opened);
+    // Ctrl+, opens the settings the same way.
+    form->activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(form.get()));
+    opened = false;
+    closer.start(10);
+    QTest::keyClick(Named<TGridView>(form.get(), "grdClasses"), Qt::Key_Comma, Qt::ControlModifier);
+    EXPECT_TRUE(opened);
 
     // Buttons that show no words must still be named for a screen reader.
     for (QAbstractButton* b : form->findChildren<QAbstractButton*>()) {
