@@ -170,24 +170,35 @@ void ApplyClientKey(kv::TLibrarySettings& settings, const QString& option) {
     settings.ClientFileKey = Utf8(ConfiguredClientKey(option));
 }
 
+namespace {
+
+// A look at a data folder for the settings: without a key (a protected file
+// is counted, never opened) and renaming nothing, as the adviser may still be
+// typing the path.
+std::unique_ptr<kv::TProjHdrLst> LookAtFolder(std::uint8_t kind, const QString& dir) {
+    auto list = std::make_unique<kv::TProjHdrLst>(Utf8(dir), std::string(), kind, kv::kDefaultLibrarySettings);
+    list->RenameFolders = false;
+    list->Load(false);
+    return list;
+}
+
+} // namespace
+
 TFolderSurvey SurveyDataFolder(std::uint8_t kind, const QString& dataDir) {
     TFolderSurvey survey;
     if (dataDir.isEmpty()) return survey;
     std::error_code ec;
     survey.State = ListableState(Utf8(dataDir), ec);
     if (survey.State != TFolderState::Listed) return survey;
-    // Without a key: a protected file is counted, never opened.
-    const kv::TLibrarySettings keyless;
-    kv::TProjHdrLst list(Utf8(dataDir), std::string(), kind, keyless);
-    list.RenameFolders = false; // a folder being typed is looked at, never changed
+    std::unique_ptr<kv::TProjHdrLst> list;
     try {
-        list.Load(false);
+        list = LookAtFolder(kind, dataDir);
     } catch (const std::exception& e) {
         survey.Error = QString::fromUtf8(e.what());
         return survey;
     }
-    survey.Locked = static_cast<int>(list.Locked().size());
-    survey.Files = static_cast<int>(list.Items().size()) + survey.Locked;
+    survey.Locked = static_cast<int>(list->Locked().size());
+    survey.Files = static_cast<int>(list->Items().size()) + survey.Locked;
     if (survey.Files == 0) survey.State = TFolderState::Empty;
     return survey;
 }
@@ -198,18 +209,16 @@ TKeyCheck CheckClientKey(const QString& key, const QStringList& dataDirs) {
         const QString& dir = dataDirs[kind];
         std::error_code ec;
         if (dir.isEmpty() || ListableState(Utf8(dir), ec) != TFolderState::Listed) continue;
-        const kv::TLibrarySettings keyless;
-        kv::TProjHdrLst list(Utf8(dir), std::string(), kind, keyless);
-        list.RenameFolders = false;
+        std::unique_ptr<kv::TProjHdrLst> list;
         try {
-            list.Load(false);
+            list = LookAtFolder(kind, dir);
         } catch (const std::exception&) {
             continue;
         }
-        if (list.Locked().empty()) continue;
+        if (list->Locked().empty()) continue;
         kv::TLibrarySettings keyed;
         keyed.ClientFileKey = Utf8(key);
-        kv::TProjHdr header(kind, kv::ModelsFileName, list.Locked().front(), list.DataDir(), keyed);
+        kv::TProjHdr header(kind, kv::ModelsFileName, list->Locked().front(), list->DataDir(), keyed);
         check.Product = ProductKey(kind);
         try {
             header.LoadHeader();
@@ -218,7 +227,7 @@ TKeyCheck CheckClientKey(const QString& key, const QStringList& dataDirs) {
             check.Result = TKeyCheck::DoesNotOpen;
         }
         // The name stands in the header's first record, before any enciphered text.
-        check.File = QString::fromStdString(header.Name.empty() ? list.Locked().front() : header.Name);
+        check.File = QString::fromStdString(header.Name.empty() ? list->Locked().front() : header.Name);
         return check;
     }
     return check;
